@@ -1,0 +1,32 @@
+# Warnings, sanitizers and the compiler cache. Only our own targets ask for them:
+# a target calls torvel_compile(<target>).
+
+option(TORVEL_SANITIZE "Build with address and undefined-behaviour checks" OFF)
+option(TORVEL_CCACHE "Use ccache when it is installed" ON)
+
+if(TORVEL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  find_program(TORVEL_CCACHE_PROGRAM ccache)
+  if(TORVEL_CCACHE_PROGRAM)
+    # The cache stays below build/, so that nothing is written outside the checkout.
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+        "CCACHE_DIR=${CMAKE_SOURCE_DIR}/build/ccache" "${TORVEL_CCACHE_PROGRAM}")
+  endif()
+endif()
+
+if(TORVEL_SANITIZE)
+  # Without vptr: the plug-in hides its type information, which that check takes for a wrong type.
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize=vptr
+                      -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined -fno-sanitize=vptr)
+endif()
+
+# The warnings of every target of ours, as errors.
+function(torvel_compile target)
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /W4 /WX /EHsc /utf-8 /permissive-)
+    target_compile_definitions(${target} PRIVATE NOMINMAX)
+  else()
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Werror)
+  endif()
+  target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS)
+endfunction()

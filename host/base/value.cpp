@@ -1,0 +1,25 @@
+#include "base/value.h"
+
+#include <cstdio>
+
+namespace torvel {
+
+double Value::number() const
+{
+    if (isDouble())
+        return std::get<double>(m_data);
+    if (isInt())
+        return static_cast<double>(std::get<std::int64_t>(m_data));
+    if (isBool())
+        return std::get<bool>(m_data) ? 1.0 : 0.0;
+    return 0.0;
+}
+
+std::string textOfDouble(double value)
+{
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%g", value);
+    return buffer;
+}
+
+}  // namespace torvel

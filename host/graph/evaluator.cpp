@@ -1,0 +1,211 @@
+#include "graph/evaluator.h"
+
+#include <unordered_map>
+
+#include "graph/evaluation.h"
+#include "graph/slot_walk.h"
+
+namespace torvel {
+namespace {
+
+constexpr int kMaxHops = 100000;  // a chain of plain plugs longer than this is a ring
+
+// Geometry that an unknown node hands on: the inputs it may come in by, in the order they are tried.
+const char* const kGeometryInputs[] = {"ip", "ig", "inputPolymesh", "inMesh"};
+const char* const kGeometryOutputs[] = {"og", "op", "output", "out", "outMesh"};
+
+bool isOneOf(const std::string& name, const char* const* names, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i)
+        if (name == names[i])
+            return true;
+    return false;
+}
+
+// First connected geometry input of an unknown node; for several, the element of the output's own index.
+Plug passThroughInput(const Scene& scene, const Plug& output)
+{
+    const Node* node = scene.node(output.node);
+    if (!node || !node->attr(output.attr).is(kOpaque) || node->unknownType.empty() ||
+        !isOneOf(node->attr(output.attr).longName, kGeometryOutputs, std::size(kGeometryOutputs)))
+        return {};
+    for (const char* name : kGeometryInputs) {
+        const AttrIndex attr = node->findAttr(name);
+        if (attr == kNoAttr)
+            continue;
+        Plug first, same;
+        walkSlot(const_cast<Node&>(*node), Plug(output.node, attr), nullptr, [&](const Plug& plug, Slot& slot) {
+            if (!slot.links || slot.links->source.isNull())
+                return;
+            if (first.isNull())
+                first = plug;
+            if (same.isNull() && plug.index[0] == output.index[0])
+                same = plug;
+        });
+        if (!first.isNull())
+            return same.isNull() ? first : same;
+    }
+    return {};
+}
+
+}  // namespace
+
+AttrIndex outputRoot(const Node& node, AttrIndex attr)
+{
+    while (node.attr(attr).parent != kNoAttr && node.attr(node.attr(attr).parent).is(kOutput))
+        attr = node.attr(attr).parent;
+    return attr;
+}
+
+const WorldAttrs& worldAttrs(const NodeType& type)
+{
+    static std::unordered_map<const NodeType*, WorldAttrs> known;
+    const auto it = known.find(&type);
+    if (it != known.end())
+        return it->second;
+    WorldAttrs found;
+    const auto look = [&](const char* name) {
+        const auto at = type.byName.find(name);
+        return at == type.byName.end() ? kNoAttr : at->second;
+    };
+    if (type.is(kDagType))
+        found = {look("worldMatrix"), look("worldInverseMatrix"), look("parentMatrix"), look("parentInverseMatrix")};
+    return known.emplace(&type, found).first->second;
+}
+
+Plug Evaluator::resolve(const Scene& scene, const Plug& plug)
+{
+    Plug at = plug;
+    for (int hop = 0; hop < kMaxHops; ++hop) {
+        const Node* node = scene.node(at.node);
+        if (!node)
+            return at;
+        Plug next = node->linkedInputs ? scene.effectiveSource(at) : Plug();
+        if (next.isNull() && !node->unknownType.empty())
+            next = passThroughInput(scene, at);
+        if (next.isNull())
+            return at;
+        at = next;
+    }
+    return plug;
+}
+
+void Evaluator::pushOutput(NodeHandle handle, AttrIndex attr)
+{
+    Node* node = m_scene.node(handle);
+    attr = outputRoot(*node, attr);
+    const Slot* slot = node->peek(attr);
+    if (!slot || !(slot->state & kClean))
+        m_stack.push_back({handle, attr, false});
+}
+
+// Queues what a read of this plug needs: the output at the end of its chain, or those of its children.
+void Evaluator::push(const Plug& plug)
+{
+    const Plug from = resolve(m_scene, plug);
+    const Node* node = m_scene.node(from.node);
+    if (!node || from.attr >= node->attrCount())
+        return;
+    const AttrInfo& info = node->attr(from.attr);
+    if (info.is(kOutput)) {
+        pushOutput(from.node, from.attr);
+        return;
+    }
+    if (!node->linkedInputs || m_scene.isArrayPlug(from))
+        return;
+    for (std::size_t i = 0; i < info.children.size(); ++i)
+        push(m_scene.child(from, static_cast<int>(i)));
+}
+
+void Evaluator::pushLinked(Node& node, AttrIndex input)
+{
+    for (AttrIndex above = node.attr(input).parent; above != kNoAttr; above = node.attr(above).parent)
+        if (const Slot* slot = node.attr(above).arrayDepth == 0 ? node.peek(above) : nullptr;
+            slot && slot->links && !slot->links->source.isNull())
+            push(Plug(node.self, input));
+    const AttrInfo& info = node.attr(input);
+    if (info.arrayDepth > (info.isArray() ? 1 : 0))
+        return;  // inside an array: listed through the array itself
+    walkSlot(node, Plug(node.self, input), nullptr, [&](const Plug& plug, Slot& slot) {
+        if (slot.links && !slot.links->source.isNull())
+            push(plug);
+    });
+}
+
+void Evaluator::pushDependencies(Node& node, AttrIndex output)
+{
+    const NodeHandle self = node.self;
+    const WorldAttrs& world = worldAttrs(*node.type);
+    const bool needsParent = output == world.world || output == world.worldInverse || output == world.parent ||
+                             output == world.parentInverse;
+    if (node.isDag() && needsParent && world.world != kNoAttr)
+        for (NodeHandle parent : node.parents)
+            if (const AttrIndex attr = worldAttrs(*m_scene.node(parent)->type).world; attr != kNoAttr)
+                pushOutput(parent, attr);
+    for (AttrIndex input : node.attr(output).dependsOn) {
+        if (node.attr(input).is(kOutput))
+            pushOutput(self, input);
+        else if (node.linkedInputs)
+            pushLinked(node, input);
+    }
+}
+
+void Evaluator::finish(Node& node, AttrIndex output)
+{
+    if (node.type->evaluate) {
+        Evaluation evaluation(m_scene, node, output);
+        node.type->evaluate(evaluation);
+    }
+    Slot& slot = node.slot(output);
+    slot.state = (slot.state | kClean) & ~kComputing;
+}
+
+void Evaluator::reportCycle(Node& node, AttrIndex output)
+{
+    Slot& slot = node.slot(output);
+    if (slot.state & kReported)
+        return;
+    slot.state |= kReported;
+    m_scene.log().write(Channel::Warning, "Cycle on '" + m_scene.plugName(Plug(node.self, output)) +
+                                              "' may not evaluate as expected.");
+}
+
+void Evaluator::bringUpToDate(const Plug& plug)
+{
+    push(plug);
+    while (!m_stack.empty()) {
+        const Step step = m_stack.back();
+        Node* node = m_scene.node(step.node);
+        if (!node) {
+            m_stack.pop_back();
+            continue;
+        }
+        Slot& slot = node->slot(step.output);
+        if (step.expanded) {
+            m_stack.pop_back();
+            finish(*node, step.output);
+        } else if (slot.state & kClean) {
+            m_stack.pop_back();
+        } else if (slot.state & kComputing) {
+            m_stack.pop_back();  // met again on its own road: the value of the last evaluation stands in
+            reportCycle(*node, step.output);
+        } else {
+            slot.state |= kComputing;
+            m_stack.back().expanded = true;
+            pushDependencies(*node, step.output);
+        }
+    }
+}
+
+void Scene::evaluate(const Plug& plug) const
+{
+    const Node* n = node(plug.node);
+    if (!n || plug.attr >= n->attrCount())
+        return;
+    const AttrInfo& attr = n->attr(plug.attr);
+    if (!attr.is(kOutput) && !n->linkedInputs && n->unknownType.empty())
+        return;
+    Evaluator(const_cast<Scene&>(*this)).bringUpToDate(plug);
+}
+
+}  // namespace torvel

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+
+#include "commands/command.h"
+
+namespace torvel {
+
+/// setParent, menu, menuItem, deleteUI. They work on the session's main window; without one each of them fails:
+/// "menu: there is no user interface (--no-ui)".
+///
+/// Windows, menus and items are named as given or by number ("menuItem1"); every command returns the full path
+/// ("MayaWindow|TorvelPlugin|menuItem1"). An item's command is a text for `__main__`, or MEL with
+/// sourceType="mel"; a text that fails prints its error and raises nothing in Qt.
+extern const Command kUiCommands[];
+extern const std::size_t kUiCommandCount;
+
+// One function for each command; ui_commands.cpp holds their rows.
+Status runSetParent(const CommandCall& call, Value& result);
+Status runMenu(const CommandCall& call, Value& result);
+Status runMenuItem(const CommandCall& call, Value& result);
+Status runDeleteUi(const CommandCall& call, Value& result);
+
+}  // namespace torvel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QWidget>
+
+/// Shows the licence terms and asks for acceptance. Closing it without accepting changes nothing;
+/// either way the window deletes itself.
+class LicenseWindow : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit LicenseWindow(QWidget* parent = nullptr);
+
+  Q_SIGNALS:
+    /// The terms have been accepted.
+    void licenseValidated();
+
+  private Q_SLOTS:
+    /// Stores the acceptance, reports it and closes. What could not be stored holds for this time
+    /// only, which a warning tells.
+    void acceptLicense();
+};

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <maya/MArgList.h>
+#include <maya/MPxCommand.h>
+#include <maya/MStatus.h>
+
+/// Command `torvel_twist`: the twist joint tool. Looks at no argument; always succeeds.
+class TorvelTwist : public MPxCommand {
+  public:
+    ~TorvelTwist() override;
+
+    /// A new command object, owned by the caller.
+    static void* creator();
+
+    MStatus doIt(const MArgList& arguments) override;
+};

@@ -1,0 +1,3 @@
+#include "update/daily_step.h"
+
+void runDailyUpdateStep(const QString&) {}
