@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include <maya/MDagPath.h>
 #include <maya/MFn.h>
@@ -37,6 +38,8 @@ struct MApiBridge
     static MObject attribute(const torvel::Plug& plug) { return make(kAttribute, plug.node, plug.attr); }
     static MObject plugin(unsigned int number) { return make(kPlugin, {number, 1}, 0); }
 
+    /// Never named anything, as the null object; a deleted node is not blank.
+    static bool isBlank(const MObject& object) { return object.fGeneration == 0; }
     static unsigned int kind(const MObject& object) { return object.fKind; }
     /// Null unless the object is a node.
     static torvel::NodeHandle handle(const MObject& object)
@@ -93,6 +96,14 @@ struct MApiBridge
         return result;
     }
     static std::string text(const MString& source) { return std::string(source.asChar(), source.length()); }
+
+    /// What a selection list holds; defined with MSelectionList.
+    static std::vector<torvel::SelectionItem>& items(MSelectionList& list);
+    static const std::vector<torvel::SelectionItem>& items(const MSelectionList& list);
+
+    static torvel::Value& value(MCommandResult& result);
+    /// The list of arguments that a command receives.
+    static void fill(MArgList& list, const std::vector<torvel::Value>& args);
 
     /// The growing lists' own members, for the shared code behind them.
     template <class List>

@@ -21,7 +21,7 @@ enum PathPart { kAttached, kInstance };
 const Node* dagNodeOf(const MObject& object) { return dagNode(MApiBridge::handle(object)); }
 
 /// Whether `parent` may receive new nodes: the null object stands for the world.
-bool isParent(const MObject& parent) { return parent == MObject::kNullObj || dagNodeOf(parent); }
+bool isParent(const MObject& parent) { return MApiBridge::isBlank(parent) || dagNodeOf(parent); }
 
 bool contains(const std::vector<NodeHandle>& nodes, const MObject& wanted)
 {

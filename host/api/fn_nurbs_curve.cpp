@@ -9,30 +9,23 @@
 #include <maya/MPointArray.h>
 
 #include "api/bridge.h"
-#include "api/curve_points.h"
+#include "nodes/nurbs_curve.h"
 
 MAYA_API_NAMESPACE_OPEN
 
 using namespace torvel::api;
 using torvel::NodeHandle;
 using torvel::NurbsCurveData;
-using torvel::Plug;
 using torvel::V3d;
 using CurvePtr = std::shared_ptr<const NurbsCurveData>;
 
 namespace {
 
-Plug plugOf(const MObject& curve, const char* attribute)
-{
-    const torvel::Node* node = sceneNode(curve);
-    return node ? scene()->findPlug(node->self, attribute) : Plug();
-}
-
 /// What the shape shows: history and moved vertices included. Null when there is none.
 CurvePtr curveOf(const MObject& curve)
 {
-    const Plug plug = plugOf(curve, "local");
-    return plug.isNull() ? nullptr : scene()->dataAs<NurbsCurveData>(plug);
+    const torvel::Node* node = sceneNode(curve);
+    return node ? torvel::curveOf(*scene(), node->self) : nullptr;
 }
 
 bool ascends(const MDoubleArray& knots)
@@ -96,7 +89,7 @@ MObject MFnNurbsCurve::create(const MPointArray& cvs, const MDoubleArray& knots,
 {
     MFnDagNode::setObject(MObject());
     const NodeHandle parent = MApiBridge::handle(parentOrOwner);
-    const bool toWorld = parentOrOwner == MObject::kNullObj || (scene() && parent == scene()->world());
+    const bool toWorld = MApiBridge::isBlank(parentOrOwner) || (scene() && parent == scene()->world());
     const bool sound = degree > 0 && cvs.length() > degree && knots.length() == cvs.length() + degree - 1 &&
                        ascends(knots) && form > kInvalid && form < kLast;
     const bool placed = scene() && (toWorld || torvel::api::hasFn(parent, MFn::kTransform));
@@ -109,7 +102,7 @@ MObject MFnNurbsCurve::create(const MPointArray& cvs, const MDoubleArray& knots,
     if (!check(ReturnStatus, makeShape(toWorld ? NodeHandle() : parent, transform, shape), MStatus::kFailure))
         return MObject();
     const MObject made = MApiBridge::object(shape);
-    scene()->setData(plugOf(made, "cached"), makeData(cvs, knots, degree, form));
+    torvel::setCurve(*scene(), shape, makeData(cvs, knots, degree, form));
     MFnDagNode::setObject(made);
     return toWorld ? MApiBridge::object(transform) : made;
 }
@@ -182,15 +175,16 @@ MStatus MFnNurbsCurve::setCVs(const MPointArray& cvs, MSpace::Space space)
         const MPoint cv = given * toLocal;
         points.emplace_back(cv.x, cv.y, cv.z);
     }
-    return statusOf(moveCurvePoints(MApiBridge::handle(fObject), points));
+    const bool moved = torvel::setCurvePoints(*scene(), MApiBridge::handle(fObject), points);
+    return moved ? MStatus::kSuccess : MStatus::kFailure;
 }
 
 MStatus MFnNurbsCurve::updateCurve()
 {
-    const Plug plug = plugOf(fObject, "local");
-    if (plug.isNull())
+    const torvel::Node* node = sceneNode(fObject);
+    if (!node)
         return MStatus::kInvalidParameter;
-    scene()->setDirty(plug);
+    scene()->setDirty(scene()->findPlug(node->self, "local"));
     return MStatus::kSuccess;
 }
 

@@ -1,3 +1,8 @@
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <vector>
+
 #include <maya/MDagPath.h>
 #include <maya/MDagPathArray.h>
 #include <maya/MFnGeometryFilter.h>
@@ -18,52 +23,59 @@ namespace {
 
 enum class Way { In, Out };
 
-/// Next plug away from the deformer, null at a dead end. A plug that feeds several is followed to the first that ends in a
-/// shape or is no shape's own copy.
-Plug beyond(const Plug& plug, Way way)
+/// Names under which nodes of types that the host does not have take and hand on geometry.
+bool isGeometryName(const std::string& name)
 {
-    if (way == Way::In)
-        return scene()->effectiveSource(plug);
-    const std::vector<Plug>& targets = scene()->targets(plug);
-    return targets.empty() ? Plug() : targets.front();
+    static const char* const names[] = {"ip", "ig", "input", "inputGeometry", "inputPolymesh", "inMesh",
+                                        "op", "og", "output", "outputGeometry", "out", "outMesh"};
+    return std::find(std::begin(names), std::end(names), name) != std::end(names);
 }
 
-/// The attribute through which a node hands on what arrives at `plug` (or, inwards, takes what leaves there).
-Plug through(const Plug& plug, Way way)
+bool carriesGeometry(const Plug& plug)
 {
-    const Node* node = sceneNode(plug.node);
-    const std::uint32_t wanted = way == Way::In ? torvel::kGeometryIn : torvel::kGeometryOut;
-    Plug fallback;
-    for (torvel::AttrIndex i = 0; node && i < node->attrCount(); ++i) {
-        const torvel::AttrInfo& info = node->attr(i);
-        if (!info.is(wanted))
-            continue;
-        const Plug here = scene()->findPlug(node->self, info.longName);
-        if (here.isNull())
-            continue;
-        // Several pieces of geometry run side by side through one deformer, by index.
-        const Plug same = info.arrayDepth > 0 && plug.index[0] >= 0 ? scene()->element(here, plug.index[0]) : here;
-        if (!beyond(same, way).isNull())
-            return same;
-        fallback = same;
+    const torvel::AttrInfo& info = scene()->info(plug);
+    return info.is(torvel::kGeometryIn | torvel::kGeometryOut) ||
+           (info.is(torvel::kOpaque) && isGeometryName(info.longName));
+}
+
+/// Plugs at the other end of what takes geometry into the node or out of it. Several pieces run side by side through one
+/// deformer, told apart by the first index.
+std::vector<Plug> beyondNode(const Plug& arrived, Way way)
+{
+    std::vector<Plug> ends;
+    const bool in = way == Way::In;
+    for (const Scene::Connection& link : in ? scene()->incoming(arrived.node) : scene()->outgoing(arrived.node)) {
+        const Plug& near = in ? link.target : link.source;
+        const bool otherPiece = near.index[0] >= 0 && arrived.index[0] >= 0 && near.index[0] != arrived.index[0];
+        if (carriesGeometry(near) && !otherPiece)
+            ends.push_back(in ? link.source : link.target);
     }
-    return fallback;
+    return ends;
 }
 
-/// Walks away from a plug of the deformer to a shape; null when none is reached.
-NodeHandle shapeAt(Plug plug, Way way)
+/// The shape that these plugs belong to, or the first one behind the deformers they belong to; null when there is none.
+NodeHandle shapeBehind(const std::vector<Plug>& ends, Way way, std::vector<NodeHandle>& seen)
 {
-    // A chain that comes back to itself has to end, too.
-    for (int steps = 0; steps < 1000; ++steps) {
-        plug = beyond(plug, way);
-        const Node* node = sceneNode(plug.node);
-        if (!node)
-            return {};
-        if (node->type->is(torvel::kShapeType))
+    for (const Plug& end : ends)
+        if (const Node* node = sceneNode(end.node); node && node->type->is(torvel::kShapeType))
             return node->self;
-        plug = through(plug, way);
+    for (const Plug& end : ends) {
+        if (!sceneNode(end.node) || std::find(seen.begin(), seen.end(), end.node) != seen.end())
+            continue;
+        seen.push_back(end.node);
+        if (const NodeHandle shape = shapeBehind(beyondNode(end, way), way, seen); !shape.isNull())
+            return shape;
     }
     return {};
+}
+
+NodeHandle shapeAt(const Plug& plug, Way way)
+{
+    std::vector<NodeHandle> seen{plug.node};
+    if (way == Way::Out)
+        return shapeBehind(scene()->targets(plug), way, seen);
+    const Plug source = scene()->effectiveSource(plug);
+    return source.isNull() ? NodeHandle() : shapeBehind({source}, way, seen);
 }
 
 /// What connects at element `logical`: for inputs the geometry child of the compound element.

@@ -105,11 +105,15 @@ unsigned int MPlug::evaluateNumElements(MStatus* ReturnStatus)
     return static_cast<unsigned int>(scene()->elementCount(plug));
 }
 
+// Rewiring a skin visits joints times influences elements: what is known is not asked twice here.
 MPlug MPlug::elementByPhysicalIndex(unsigned int physicalIndex, MStatus* ReturnStatus) const
 {
     const Plug plug = MApiBridge::plug(*this);
-    const bool good = isLiveArray(plug) && physicalIndex < scene()->elementCount(plug);
-    return check(ReturnStatus, good) ? MApiBridge::plug(scene()->elementAt(plug, physicalIndex)) : MPlug();
+    const torvel::Scene* graph = scene();
+    const bool isArray = graph && graph->isArrayPlug(plug);
+    const Plug element = isArray ? graph->elementAt(plug, physicalIndex) : Plug();
+    check(ReturnStatus, !element.isNull());
+    return MApiBridge::plug(element);
 }
 
 MPlug MPlug::elementByLogicalIndex(unsigned int logicalIndex, MStatus* ReturnStatus) const

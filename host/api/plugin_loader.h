@@ -54,6 +54,7 @@ public:
 private:
     std::string locate(const std::string& nameOrPath) const;
     Status open(PluginRecord& record) const;
+    Status initialise(PluginRecord& record);
 
     std::vector<std::unique_ptr<PluginRecord>> m_records;
     std::vector<std::string> m_folders;

@@ -31,14 +31,3 @@ MStatus dagPathOf(const SelectionItem& item, MDagPath& path);
 MStatus plugOf(const SelectionItem& item, MPlug& plug);
 
 }  // namespace torvel::api
-
-MAYA_API_NAMESPACE_OPEN
-
-/// Lets the program's own selection and the list be exchanged.
-struct SelectionAccess
-{
-    static std::vector<torvel::SelectionItem>& items(MSelectionList& list);
-    static const std::vector<torvel::SelectionItem>& items(const MSelectionList& list);
-};
-
-MAYA_API_NAMESPACE_CLOSE

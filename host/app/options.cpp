@@ -1,9 +1,8 @@
 #include "app/options.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
-
-#include <CLI/CLI.hpp>
 
 #include "base/version.h"
 
@@ -13,55 +12,64 @@ namespace {
 
 const char* const kRefused[] = {"--check", "--render", "--network"};
 
-struct StepTexts
-{
+struct StepTexts {
     std::vector<std::string> mel, python, files;
 };
 
-CLI::Option* repeatable(CLI::App& app, const char* name, std::vector<std::string>& target, const char* help)
-{
-    return app.add_option(name, target, help)->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+CLI::Option* repeatable(CLI::App& app, const char* name, std::vector<std::string>& target,
+                        const char* help) {
+    return app.add_option(name, target, help)
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
-void addPlainOptions(CLI::App& app, Options& o)
-{
+void addPlainOptions(CLI::App& app, Options& o) {
     app.add_option("scene", o.scene, "Scene to open (.ma)");
     app.add_flag("--batch", o.batch, "Work without a screen and end after the work");
     app.add_flag("--no-ui", o.noUi, "Like --batch, and without any main window");
-    repeatable(app, "--plugin", o.plugins, "Plug-in to load, by name or path (repeatable)")->type_name("NAME|PATH");
+    repeatable(app, "--plugin", o.plugins, "Plug-in to load, by name or path (repeatable)")
+        ->type_name("NAME|PATH");
     app.add_flag("--no-plugin", o.noPlugin, "Leave the bundled plug-in out");
     app.add_option("--save", o.save, "Save the scene here at the end")->type_name("FILE.ma");
-    app.add_option("--trace", o.trace, "Write what plug-ins run and show, as JSON lines")->type_name("FILE");
+    app.add_option("--trace", o.trace, "Write what plug-ins run and show, as JSON lines")
+        ->type_name("FILE");
     app.add_flag("--trust", o.trust, "Run the scene's own script nodes");
 }
 
-void addVerifyOptions(CLI::App& app, Options& o)
-{
+void addVerifyOptions(CLI::App& app, Options& o) {
     const char* group = "Verify";
-    app.add_flag("--verify", o.verify, "Compare the scene before and after the scripts; 4 on a difference")
+    app.add_flag("--verify", o.verify,
+                 "Compare the scene before and after the scripts; 4 on a difference")
         ->group(group);
-    app.add_option("--verify-points", o.limits.points, "Largest move of a vertex")->capture_default_str()->group(group);
+    app.add_option("--verify-points", o.limits.points, "Largest move of a vertex")
+        ->capture_default_str()
+        ->group(group);
     app.add_option("--verify-weights", o.limits.weights, "Largest change of a skin weight")
         ->capture_default_str()
         ->group(group);
-    app.add_option("--verify-matrices", o.limits.matrices, "Largest change in a joint's world matrix")
+    app.add_option("--verify-matrices", o.limits.matrices,
+                   "Largest change in a joint's world matrix")
         ->capture_default_str()
         ->group(group);
-    app.add_option("--verify-nodes", o.limits.nodes, "Most nodes that may come or go (-1: not judged)")
+    app.add_option("--verify-nodes", o.limits.nodes,
+                   "Most nodes that may come or go (-1: not judged)")
         ->capture_default_str()
         ->group(group);
     app.add_option("--verify-connections", o.limits.connections,
                    "Most connections that may come or go (-1: not judged)")
         ->capture_default_str()
         ->group(group);
-    app.add_option("--verify-json", o.verifyJson, "Write the comparison here, too")->type_name("FILE")->group(group);
+    app.add_option("--verify-json", o.verifyJson, "Write the comparison here, too")
+        ->type_name("FILE")
+        ->group(group);
 }
 
-// CLI11 keeps each option's values in order and the options' order of use; together they give the steps.
-void addSteps(const CLI::App& app, const StepTexts& texts, std::vector<ScriptStep>& steps)
-{
+// CLI11 keeps each option's values in order and the options' order of use; together they give the
+// steps.
+void addSteps(const CLI::App& app, const StepTexts& texts, std::vector<ScriptStep>& steps) {
     std::map<std::string, std::size_t> used;
-    const auto take = [&](const std::string& name, const std::vector<std::string>& from, ScriptStep::Kind kind) {
+    const auto take = [&](const std::string& name, const std::vector<std::string>& from,
+                          ScriptStep::Kind kind) {
         const std::size_t at = used[name]++;
         if (at < from.size())
             steps.push_back({kind, from[at]});
@@ -77,16 +85,14 @@ void addSteps(const CLI::App& app, const StepTexts& texts, std::vector<ScriptSte
     }
 }
 
-ParsedOptions refusal(const std::string& text)
-{
+ParsedOptions refusal(const std::string& text) {
     ParsedOptions parsed;
     parsed.code = 2;
     parsed.text = "torvel-host: " + text + "\nTry torvel-host --help.\n";
     return parsed;
 }
 
-std::string refusedOption(const std::vector<std::string>& arguments)
-{
+std::string refusedOption(const std::vector<std::string>& arguments) {
     for (const std::string& argument : arguments)
         for (const char* name : kRefused)
             if (argument == name || argument.rfind(std::string(name) + "=", 0) == 0)
@@ -94,10 +100,10 @@ std::string refusedOption(const std::vector<std::string>& arguments)
     return {};
 }
 
-std::string badScript(const std::vector<std::string>& files)
-{
+std::string badScript(const std::vector<std::string>& files) {
     for (const std::string& file : files) {
-        const std::string suffix = file.size() > 3 ? file.substr(file.rfind('.') + 1) : std::string();
+        const std::string suffix =
+            file.size() > 3 ? file.substr(file.rfind('.') + 1) : std::string();
         if (suffix != "py" && suffix != "mel")
             return file;
     }
@@ -106,8 +112,7 @@ std::string badScript(const std::vector<std::string>& files)
 
 }  // namespace
 
-ParsedOptions parseOptions(const std::vector<std::string>& arguments)
-{
+ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
     const auto bar = std::find(arguments.begin(), arguments.end(), "--");
     std::vector<std::string> own(arguments.begin(), bar);
     ParsedOptions parsed;
@@ -117,17 +122,22 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments)
     if (const std::string name = refusedOption(own); !name.empty())
         return refusal(name + " is not offered by this version");
 
-    CLI::App app{"An open stand-in for Maya: scenes, scripts and plug-ins, on a screen or in batch", "torvel-host"};
+    CLI::App app{"An open stand-in for Maya: scenes, scripts and plug-ins, on a screen or in batch",
+                 "torvel-host"};
     StepTexts texts;
     addPlainOptions(app, o);
     repeatable(app, "--command", texts.mel, "MEL text to run (repeatable)")->type_name("MEL");
     repeatable(app, "--python", texts.python, "Python text to run (repeatable)")->type_name("TEXT");
-    repeatable(app, "--script", texts.files, "Script to run (repeatable)")->type_name("FILE.py|FILE.mel");
+    repeatable(app, "--script", texts.files, "Script to run (repeatable)")
+        ->type_name("FILE.py|FILE.mel");
     addVerifyOptions(app, o);
     app.set_version_flag("--version", std::string("torvel-host ") + versionText());
-    app.footer("Scripts run in the order given, after the scene is open; what follows -- is sys.argv for them.\n"
-               "Exit codes: 0 done, 1 a script failed, 2 wrong use, 3 the scene cannot be read, 4 --verify found a "
-               "difference.");
+    app.footer(
+        "Scripts run in the order given, after the scene is open; what follows -- is sys.argv for "
+        "them.\n"
+        "Exit codes: 0 done, 1 a script failed, 2 wrong use, 3 the scene cannot be read, 4 "
+        "--verify found a "
+        "difference.");
     try {
         std::reverse(own.begin(), own.end());
         app.parse(own);

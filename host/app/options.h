@@ -6,25 +6,22 @@
 namespace torvel {
 
 /// What --verify lets pass. A negative count of nodes or connections: told, not judged.
-struct VerifyLimits
-{
-    double points = 1e-3;     ///< largest move of a vertex, centimetres
-    double weights = 1e-6;    ///< largest change of one influence's weight on a vertex
-    double matrices = 1e-4;   ///< largest change of one number in a joint's world matrix
-    int nodes = -1;           ///< nodes that came or went
-    int connections = -1;     ///< connections that came or went
+struct VerifyLimits {
+    double points = 1e-3;    ///< largest move of a vertex, centimetres
+    double weights = 1e-6;   ///< largest change of one influence's weight on a vertex
+    double matrices = 1e-4;  ///< largest change of one number in a joint's world matrix
+    int nodes = -1;          ///< nodes that came or went
+    int connections = -1;    ///< connections that came or went
 };
 
 /// One of the texts to run, in the order of the command line.
-struct ScriptStep
-{
+struct ScriptStep {
     enum class Kind { Mel, Python, File };
     Kind kind = Kind::Python;
     std::string text;  ///< the text itself, or the path of the file
 };
 
-struct Options
-{
+struct Options {
     std::string scene;
     bool batch = false;
     bool noUi = false;
@@ -40,15 +37,15 @@ struct Options
     std::vector<std::string> scriptArguments;  ///< what follows "--"
 };
 
-struct ParsedOptions
-{
-    bool run = false;   ///< false: leave with `code` after printing `text`
-    int code = 0;       ///< 0 for --help and --version, 2 for a wrong use
-    std::string text;   ///< for standard output when code is 0, for standard error otherwise
+struct ParsedOptions {
+    bool run = false;  ///< false: leave with `code` after printing `text`
+    int code = 0;      ///< 0 for --help and --version, 2 for a wrong use
+    std::string text;  ///< for standard output when code is 0, for standard error otherwise
     Options options;
 };
 
-/// Reads a command line; `arguments` without the program's name. Options that the program does not offer yet (--check,
+/// Reads a command line; `arguments` without the program's name. Options that the program does not
+/// offer yet (--check,
 /// --render, --network) are refused by name.
 ParsedOptions parseOptions(const std::vector<std::string>& arguments);
 

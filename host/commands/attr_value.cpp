@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "base/number_source.h"
 #include "graph/data.h"
 
 namespace torvel {
@@ -205,13 +206,27 @@ Status readValue(const CommandCall& call, const Plug& plug, bool enumAsText, Val
 
 namespace {
 
+// Numbers, texts of numbers and the words for on and off.
+bool scriptNumber(const Value& value, double& out)
+{
+    out = value.number();
+    if (!value.isString())
+        return value.isNumber();
+    const std::string& text = value.string();
+    if (text == "on" || text == "yes" || text == "true" || text == "off" || text == "no" || text == "false") {
+        out = text == "on" || text == "yes" || text == "true";
+        return true;
+    }
+    NumberSource source(text);
+    return source.number(out) && source.atEnd();
+}
+
 // Script value to the stored one; a value outside the range is refused or, when asked, clamped.
 Status internalNumber(const CommandCall& call, const Plug& plug, const Value& value, bool clamp, double& out)
 {
     const AttrInfo& info = call.scene().info(plug);
-    if (!value.isNumber())
+    if (!scriptNumber(value, out))
         return call.fail("The attribute '" + call.scene().plugName(plug) + "' needs a number.");
-    out = value.number();
     if (info.type == AttrType::Angle)
         out *= kDegToRad;
     if (info.type == AttrType::Bool)

@@ -144,9 +144,8 @@ Status invalidFlag(const RawFlag& raw)
 
 Status needsBool(const RawFlag& raw, bool query)
 {
-    return Status::usage((query ? "In query mode, flag '" : "Flag '") + raw.name +
-                         (query ? "' must be passed a boolean argument when query flag is set."
-                                : "' must be passed a boolean argument"));
+    return Status::usage("Flag '" + raw.name + "' must be passed a boolean argument" +
+                         (query ? " when query flag is set" : ""));
 }
 
 std::string textOfNumber(const Value& value)

@@ -8,9 +8,8 @@ namespace torvel {
 namespace {
 
 const FlagRow kGetFlags[] = {
-    {"asString", "as"},   {"caching", "ca"},  {"channelBox", "cb"},    {"expandEnvironmentVariables", "x"},
-    {"keyable", "k"},     {"lock", "l"},      {"multiIndices", "mi"},  {"settable", "se"},
-    {"silent", "sl"},     {"size", "s"},      {"time", "t", "t"},      {"type", "typ"},
+    {"asString", "as"}, {"channelBox", "cb"}, {"keyable", "k"},   {"lock", "l"},      {"multiIndices", "mi"},
+    {"settable", "se"}, {"silent", "sl"},     {"size", "s"},      {"time", "t", "t"}, {"type", "typ"},
 };
 
 Status missing(const CommandCall& call, const std::string& text)
@@ -91,9 +90,6 @@ Status getAttr(const CommandCall& call, Value& result)
         return readValue(call, plug, false, result);
     if (readState(call, plug, result))
         return Status::ok();
-    for (const char* unused : {"caching", "expandEnvironmentVariables"})
-        if (call.has(unused))
-            return call.fail(std::string("The flag '") + unused + "' is not supported.");
     return call.has("time") ? readAtTime(call, plug, result) : readValue(call, plug, call.flag("asString"), result);
 }
 

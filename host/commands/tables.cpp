@@ -1,6 +1,7 @@
 #include "commands/tables.h"
 
 #include "commands/session.h"
+#include "commands/skin_commands.h"
 
 namespace torvel {
 
@@ -11,7 +12,8 @@ void addSceneCommands(Session& session)
         deleteCommands(),    duplicateCommands(),     freezeCommands(),     jointCommands(),
         listCommands(),      matchCommands(),         miscCommands(),       moveCommands(),
         parentCommands(),    relationCommands(),      renameCommands(),     selectCommands(),
-        setCommands(),       transformCommands(),
+        setCommands(),       transformCommands(),     {kSkinCommands, kSkinCommandCount},
+        {kPolyCommands, kPolyCommandCount},
     };
     for (const CommandTable& table : tables)
         session.addCommands(table.rows, table.count);

@@ -1,3 +1,4 @@
+#include <unordered_set>
 #include <vector>
 
 #include "graph/evaluator.h"
@@ -114,7 +115,7 @@ private:
     // An unknown node may hand geometry on: whatever changes in it is passed to all it feeds, once for a change.
     void spreadUnknown(Node& node, const Plug& changed)
     {
-        if (m_scene.source(changed).isNull())
+        if (m_scene.source(changed).isNull() || !m_unknownSeen.insert(node.self.index).second)
             return;
         for (const Scene::Connection& c : m_scene.outgoing(node.self))
             if (c.target.node != node.self)
@@ -124,6 +125,7 @@ private:
     Scene& m_scene;
     std::vector<Plug> m_queue;
     std::vector<Plug> m_outputs;
+    std::unordered_set<std::uint32_t> m_unknownSeen;  // unknown nodes may stand in a ring
     bool m_draining = false;
 };
 

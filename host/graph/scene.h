@@ -50,6 +50,11 @@ public:
 
     /// Back to the state after construction: world and default nodes only.
     void clear();
+    /// Empties this scene and makes it follow another one: handles of that scene never become valid here.
+    void succeed(const Scene& former);
+    /// Exchanges everything but the listeners with a scene over the same types. Selections end; the listeners of this
+    /// scene are told sceneCleared. The other one is good for deletion only.
+    void takeContents(Scene& other);
 
     // --- nodes -----------------------------------------------------------------------------------------------
     /// Null for a null, stale or foreign handle.
@@ -154,6 +159,8 @@ public:
     // --- connections -----------------------------------------------------------------------------------------
     /// Makes one connection; the target must be free (use disconnectTarget for force). Inserts no conversion nodes.
     Status connect(const Plug& source, const Plug& target);
+    /// What connect refuses about the two plugs themselves: missing, not readable, not writable, of unlike types.
+    Status checkConnection(const Plug& source, const Plug& target) const;
     Status disconnect(const Plug& source, const Plug& target);
     /// The plug that feeds exactly this one; null when none.
     Plug source(const Plug& target) const;

@@ -38,30 +38,38 @@ bool areCompatible(const Scene& scene, const Plug& source, const Plug& target)
 
 }  // namespace
 
-Status Scene::connect(const Plug& source, const Plug& target)
+Status Scene::checkConnection(const Plug& source, const Plug& target) const
 {
     if (!node(source.node) || !node(target.node) || source.attr >= node(source.node)->attrCount() ||
         target.attr >= node(target.node)->attrCount())
         return Status::failure("connectAttr: one end of the connection does not exist");
-    const std::string pair = "'" + plugName(source) + "' -> '" + plugName(target) + "'";
+    const auto pair = [&] { return "'" + plugName(source) + "' -> '" + plugName(target) + "'"; };
     if (info(target).is(kOutput))
-        return Status::failure("Connection not made: " + pair + ".  Destination attribute must be writable.");
+        return Status::failure("Connection not made: " + pair() + ".  Destination attribute must be writable.");
     if (info(source).is(kNotReadable))
-        return Status::failure("Connection not made: " + pair + ".  Source attribute must be readable.");
+        return Status::failure("Connection not made: " + pair() + ".  Source attribute must be readable.");
     if (!areCompatible(*this, source, target))
-        return Status::failure("Connection not made: " + pair +
+        return Status::failure("Connection not made: " + pair() +
                                ".  Data types of source and destination are not compatible.\nThe attribute '" +
                                plugName(source) + "' cannot be connected to '" + plugName(target) + "'.");
+    return Status::ok();
+}
+
+Status Scene::connect(const Plug& source, const Plug& target)
+{
+    if (const Status refused = checkConnection(source, target); !refused)
+        return refused;
     const Plug old = this->source(target);
     if (!old.isNull())
         return Status::failure("'" + plugName(target) + "' already has an incoming connection from '" +
                                plugName(old) + "'.");
+    const auto pair = [&] { return "'" + plugName(source) + "' -> '" + plugName(target) + "'"; };
     if (Evaluator::resolve(*this, source) == target || source == target)
-        return Status::failure("Connection not made: " + pair + ".  It would feed the attribute by itself.");
+        return Status::failure("Connection not made: " + pair() + ".  It would feed the attribute by itself.");
     Slot* to = slotFor(target);
     Slot* from = slotFor(source);
     if (!to || !from)
-        return Status::failure("Connection not made: " + pair + ".  The attribute takes no connections.");
+        return Status::failure("Connection not made: " + pair() + ".  The attribute takes no connections.");
     to = slotFor(target);  // making the source's element may have moved nothing, but both must be current
     Links& incoming = linksOf(*to);
     incoming.source = source;

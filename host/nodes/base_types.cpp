@@ -8,6 +8,8 @@ namespace {
 
 constexpr std::uint32_t kComputed = kOutput | kNotStored;
 
+constexpr std::uint32_t kPerPath = kComputed | kArray | kPerInstance;
+
 constexpr AttrRow kDependNodeAttrs[] = {
     attrRow("message", "msg", AttrType::Message, 0.0, kNotStored),
     attrRow("caching", "cch", AttrType::Bool),
@@ -18,9 +20,9 @@ constexpr AttrRow kDependNodeAttrs[] = {
     attrRow("binMembership", "bnm", AttrType::String),
 };
 
-constexpr const char* kWorldOutputs = "worldMatrix worldInverseMatrix";
 constexpr const char* kParentOutputs = "parentMatrix parentInverseMatrix worldMatrix worldInverseMatrix";
 
+// The core itself ties these outputs to the parent's world matrix.
 constexpr AttrRow kDagNodeAttrs[] = {
     attrRow("visibility", "v", AttrType::Bool, 1.0, kKeyable),
     attrRow("intermediateObject", "io", AttrType::Bool),
@@ -70,16 +72,11 @@ constexpr AttrRow kDagNodeAttrs[] = {
 
     attrRow("matrix", "m", AttrType::Matrix, 0.0, kComputed),
     attrRow("inverseMatrix", "im", AttrType::Matrix, 0.0, kComputed),
-    attrRow("worldMatrix", "wm", AttrType::Matrix, 0.0, kComputed | kArray),
-    attrRow("worldInverseMatrix", "wim", AttrType::Matrix, 0.0, kComputed | kArray),
-    attrRow("parentMatrix", "pm", AttrType::Matrix, 0.0, kComputed | kArray, kWorldOutputs),
-    attrRow("parentInverseMatrix", "pim", AttrType::Matrix, 0.0, kComputed | kArray),
+    attrRow("worldMatrix", "wm", AttrType::Matrix, 0.0, kPerPath),
+    attrRow("worldInverseMatrix", "wim", AttrType::Matrix, 0.0, kPerPath),
+    attrRow("parentMatrix", "pm", AttrType::Matrix, 0.0, kPerPath),
+    attrRow("parentInverseMatrix", "pim", AttrType::Matrix, 0.0, kPerPath),
     attrRow("offsetParentMatrix", "opm", AttrType::Matrix, 0.0, 0, kParentOutputs),
-};
-
-constexpr AffectRow kDagNodeAffects[] = {
-    {"parentMatrix", "parentInverseMatrix"},
-    {"matrix", "worldMatrix worldInverseMatrix"},
 };
 
 }  // namespace
@@ -89,7 +86,7 @@ const NodeTypeRow kDependNode =
 const NodeTypeRow kEntity =
     typeRow("entity", "dependNode", fn::kDependencyNode, "kDependencyNode", kAbstractType);
 const NodeTypeRow kDagNodeType = typeRow("dagNode", "entity", fn::kDagNode, "kDagNode", kDagNodeAttrs,
-                                         kDagNodeAffects, kDagType | kAbstractType, evaluateDagNode);
+                                         kDagType | kAbstractType, evaluateDagNode);
 const NodeTypeRow kWorldType = typeRow("world", "dagNode", fn::kWorld, "kWorld", kUniqueType);
 const NodeTypeRow kShapeBase = typeRow("shape", "dagNode", fn::kShape, "kShape", kShapeType | kAbstractType);
 const NodeTypeRow kGeometryShape = typeRow("geometryShape", "shape", fn::kShape, "kShape", kAbstractType);

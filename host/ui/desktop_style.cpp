@@ -9,8 +9,7 @@ namespace torvel {
 
 namespace {
 
-QPalette darkPalette()
-{
+QPalette darkPalette() {
     const QColor text(220, 220, 220), faint(128, 128, 128);
     QPalette palette;
     palette.setColor(QPalette::Window, QColor(68, 68, 68));
@@ -33,8 +32,7 @@ QPalette darkPalette()
 
 }  // namespace
 
-void applyDesktopStyle(QApplication& application)
-{
+void applyDesktopStyle(QApplication& application) {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(darkPalette());
     QFont font(QStringLiteral("DejaVu Sans"));

@@ -9,6 +9,7 @@
 #include <QStatusBar>
 
 #include "commands/session.h"
+#include "python/callbacks.h"
 #include "ui/log_text.h"
 #include "ui/outliner.h"
 #include "ui/scene_view.h"
@@ -18,13 +19,12 @@ namespace torvel {
 
 namespace {
 
-RawFlag flagOf(const char* name, Value value)
-{
+RawFlag flagOf(const char* name, Value value) {
     return RawFlag{name, {std::move(value)}, true};
 }
 
-QDockWidget* docked(QMainWindow* window, const QString& title, QWidget* content, Qt::DockWidgetArea area)
-{
+QDockWidget* docked(QMainWindow* window, const QString& title, QWidget* content,
+                    Qt::DockWidgetArea area) {
     auto* dock = new QDockWidget(title, window);
     dock->setWidget(content);
     window->addDockWidget(area, dock);
@@ -33,8 +33,7 @@ QDockWidget* docked(QMainWindow* window, const QString& title, QWidget* content,
 
 }  // namespace
 
-MainWindow::MainWindow(Session& session) : m_session(session)
-{
+MainWindow::MainWindow(Session& session) : m_session(session) {
     setObjectName(QStringLiteral("MayaWindow"));
     resize(1100, 760);
     UiElement self;
@@ -62,15 +61,13 @@ MainWindow::MainWindow(Session& session) : m_session(session)
     refreshTitle();
 }
 
-MainWindow::~MainWindow()
-{
+MainWindow::~MainWindow() {
     m_session.log().removeSink(m_sink);
     if (m_session.mainWindow == this)
         m_session.mainWindow = nullptr;
 }
 
-QMenu* MainWindow::addMenu(const QString& label, const char* name)
-{
+QMenu* MainWindow::addMenu(const QString& label, const char* name) {
     QMenu* menu = menuBar()->addMenu(label);
     UiElement one;
     one.name = name;
@@ -83,8 +80,7 @@ QMenu* MainWindow::addMenu(const QString& label, const char* name)
     return menu;
 }
 
-void MainWindow::buildFileMenu()
-{
+void MainWindow::buildFileMenu() {
     QMenu* menu = addMenu(tr("&File"), "mainFileMenu");
     menu->addAction(tr("&Open Scene..."), this, &MainWindow::open, QKeySequence::Open);
     menu->addAction(tr("&Save Scene"), this, &MainWindow::save, QKeySequence::Save);
@@ -93,15 +89,13 @@ void MainWindow::buildFileMenu()
     menu->addAction(tr("&Quit"), this, &MainWindow::close, QKeySequence::Quit);
 }
 
-void MainWindow::buildEditMenu()
-{
+void MainWindow::buildEditMenu() {
     QMenu* menu = addMenu(tr("&Edit"), "mainEditMenu");
     menu->addAction(tr("&Delete"), this, &MainWindow::deleteSelected, QKeySequence::Delete);
     menu->addAction(tr("Select &Nothing"), this, [this] { m_session.scene().selection().clear(); });
 }
 
-void MainWindow::buildWindowsMenu()
-{
+void MainWindow::buildWindowsMenu() {
     QMenu* menu = addMenu(tr("&Windows"), "mainWindowMenu");
     for (QDockWidget* dock : findChildren<QDockWidget*>())
         menu->addAction(dock->toggleViewAction());
@@ -109,21 +103,19 @@ void MainWindow::buildWindowsMenu()
     menu->addAction(tr("&Frame All"), this, [this] { m_view->frameAll(); });
 }
 
-void MainWindow::runItem(int id)
-{
+void MainWindow::runItem(int id) {
     const UiElement* one = m_tree.element(id);
     if (!one || one->command.empty())
         return;
-    // A copy: the command may delete its own item.
-    const std::string text = one->command;
-    Language* language = one->sourceType == "mel" ? m_session.mel : m_session.python;
-    Value result;
-    if (language)
-        ignore(language->run(text, result));
+    // Copies: the command may delete its own item.
+    const std::string command = one->command;
+    const bool python = one->sourceType != "mel";
+    const auto* action = qobject_cast<QAction*>(one->object.data());
+    // A failure is printed by the language.
+    ignore(runControlCommand(m_session, command, {Value(action && action->isChecked())}, python));
 }
 
-bool MainWindow::openScene(const QString& path)
-{
+bool MainWindow::openScene(const QString& path) {
     Value result;
     const Status opened = m_session.call("file", {flagOf("open", true), flagOf("force", true)},
                                          {Value(path.toStdString())}, result);
@@ -133,56 +125,53 @@ bool MainWindow::openScene(const QString& path)
     return opened.isOk();
 }
 
-void MainWindow::refreshTitle()
-{
+void MainWindow::refreshTitle() {
     const QString file = QString::fromStdString(m_session.scene().fileName);
-    setWindowTitle(tr("Torvel host - %1").arg(file.isEmpty() ? tr("untitled") : QFileInfo(file).fileName()));
+    setWindowTitle(
+        tr("Torvel host - %1").arg(file.isEmpty() ? tr("untitled") : QFileInfo(file).fileName()));
 }
 
-void MainWindow::open()
-{
-    const QString path = QFileDialog::getOpenFileName(this, tr("Open Scene"), {}, tr("Maya ASCII (*.ma)"));
+void MainWindow::open() {
+    const QString path =
+        QFileDialog::getOpenFileName(this, tr("Open Scene"), {}, tr("Maya ASCII (*.ma)"));
     if (!path.isEmpty() && mayDiscard())
         openScene(path);
 }
 
-void MainWindow::save()
-{
+void MainWindow::save() {
     const QString file = QString::fromStdString(m_session.scene().fileName);
     file.isEmpty() ? saveAs() : static_cast<void>(saveTo(file));
 }
 
-void MainWindow::saveAs()
-{
-    const QString path = QFileDialog::getSaveFileName(this, tr("Save Scene As"),
-                                                      QString::fromStdString(m_session.scene().fileName),
-                                                      tr("Maya ASCII (*.ma)"));
+void MainWindow::saveAs() {
+    const QString path = QFileDialog::getSaveFileName(
+        this, tr("Save Scene As"), QString::fromStdString(m_session.scene().fileName),
+        tr("Maya ASCII (*.ma)"));
     if (!path.isEmpty())
         saveTo(path);
 }
 
-bool MainWindow::saveTo(const QString& path)
-{
+bool MainWindow::saveTo(const QString& path) {
     Value result;
     Status saved = m_session.call("file", {flagOf("rename", path.toStdString())}, {}, result);
     if (saved)
-        saved = m_session.call("file", {flagOf("save", true), flagOf("type", "mayaAscii")}, {}, result);
+        saved =
+            m_session.call("file", {flagOf("save", true), flagOf("type", "mayaAscii")}, {}, result);
     if (!saved)
         m_session.log().write(Channel::Error, saved.text());
     refreshTitle();
     return saved.isOk();
 }
 
-bool MainWindow::mayDiscard()
-{
+bool MainWindow::mayDiscard() {
     if (!m_session.scene().modified)
         return true;
-    return QMessageBox::question(this, tr("Torvel host"), tr("The scene has changes that are not saved. Drop them?"),
-                                 QMessageBox::Discard | QMessageBox::Cancel) == QMessageBox::Discard;
+    return QMessageBox::question(
+               this, tr("Torvel host"), tr("The scene has changes that are not saved. Drop them?"),
+               QMessageBox::Discard | QMessageBox::Cancel) == QMessageBox::Discard;
 }
 
-void MainWindow::deleteSelected()
-{
+void MainWindow::deleteSelected() {
     Value result;
     if (m_session.scene().selection().items().empty())
         return;
@@ -190,8 +179,7 @@ void MainWindow::deleteSelected()
         m_session.log().write(Channel::Error, done.text());
 }
 
-void MainWindow::closeEvent(QCloseEvent* event)
-{
+void MainWindow::closeEvent(QCloseEvent* event) {
     // In batch nobody could answer.
     event->setAccepted(m_session.batch || mayDiscard());
 }

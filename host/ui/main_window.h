@@ -11,13 +11,13 @@ class SceneView;
 class ScriptEditor;
 class Session;
 
-/// The host's desktop: menu bar, outliner, view, Script Editor. Its object name is "MayaWindow", by which scripts
-/// know it. The constructor makes it the session's main window, the destructor takes it back.
-class MainWindow : public QMainWindow
-{
+/// The host's desktop: menu bar, outliner, view, Script Editor. Its object name is "MayaWindow", by
+/// which scripts know it. The constructor makes it the session's main window, the destructor takes
+/// it back.
+class MainWindow : public QMainWindow {
     Q_OBJECT
 
-public:
+  public:
     explicit MainWindow(Session& session);
     ~MainWindow() override;
 
@@ -29,10 +29,10 @@ public:
     /// Writes the window's title anew: "Torvel host - leg.ma".
     void refreshTitle();
 
-protected:
+  protected:
     void closeEvent(QCloseEvent* event) override;
 
-private:
+  private:
     void buildFileMenu();
     void buildEditMenu();
     void buildWindowsMenu();

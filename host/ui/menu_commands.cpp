@@ -5,6 +5,7 @@
 #include <QMenuBar>
 
 #include "commands/session.h"
+#include "python/callbacks.h"
 #include "ui/main_window.h"
 #include "ui/ui_commands.h"
 #include "ui/ui_lookup.h"
@@ -13,28 +14,24 @@ namespace torvel {
 
 namespace {
 
-QString shown(const std::string& text)
-{
+QString shown(const std::string& text) {
     return QString::fromStdString(text);
 }
 
 // The action that stands for a menu or an item in its menu.
-QAction* actionOf(const UiElement& one)
-{
+QAction* actionOf(const UiElement& one) {
     if (auto* menu = qobject_cast<QMenu*>(one.object.data()))
         return menu->menuAction();
     return qobject_cast<QAction*>(one.object.data());
 }
 
-void setLabel(UiElement& one, const std::string& label)
-{
+void setLabel(UiElement& one, const std::string& label) {
     one.label = label;
     if (QAction* action = actionOf(one))
         action->setText(shown(label));
 }
 
-Status menuWindow(const CommandCall& call, UiTree& tree, int& id)
-{
+Status menuWindow(const CommandCall& call, UiTree& tree, int& id) {
     id = tree.currentParent();
     if (call.has("parent"))
         if (Status found = tree.find(call.text("parent"), id); !found)
@@ -45,8 +42,7 @@ Status menuWindow(const CommandCall& call, UiTree& tree, int& id)
     return Status::ok();
 }
 
-Status createMenu(const CommandCall& call, UiTree& tree, Value& result)
-{
+Status createMenu(const CommandCall& call, UiTree& tree, Value& result) {
     UiElement one;
     one.kind = UiKind::Menu;
     if (Status named = newName(call, one.name); !named)
@@ -72,8 +68,7 @@ Status createMenu(const CommandCall& call, UiTree& tree, Value& result)
     return Status::ok();
 }
 
-Status queryMenu(const CommandCall& call, UiTree& tree, int id, Value& result)
-{
+Status queryMenu(const CommandCall& call, UiTree& tree, int id, Value& result) {
     const UiElement& one = *tree.element(id);
     std::vector<std::string> names;
     for (int child : tree.children(id))
@@ -93,8 +88,7 @@ Status queryMenu(const CommandCall& call, UiTree& tree, int id, Value& result)
     return Status::ok();
 }
 
-void editMenu(const CommandCall& call, UiTree& tree, int id)
-{
+void editMenu(const CommandCall& call, UiTree& tree, int id) {
     UiElement& one = *tree.element(id);
     if (call.has("label"))
         setLabel(one, call.text("label"));
@@ -105,16 +99,14 @@ void editMenu(const CommandCall& call, UiTree& tree, int id)
             tree.remove(child);
 }
 
-Status checkSourceType(const CommandCall& call)
-{
+Status checkSourceType(const CommandCall& call) {
     const std::string type = call.text("sourceType", "python");
     if (type == "python" || type == "mel")
         return Status::ok();
     return call.fail("sourceType must be \"python\" or \"mel\", not \"" + type + "\"");
 }
 
-void applyItemFlags(const CommandCall& call, UiElement& one)
-{
+void applyItemFlags(const CommandCall& call, UiElement& one) {
     QAction* action = actionOf(one);
     if (call.has("command"))
         one.command = call.text("command");
@@ -137,8 +129,7 @@ void applyItemFlags(const CommandCall& call, UiElement& one)
         setLabel(one, call.text("label"));
 }
 
-QObject* makeItem(const CommandCall& call, QMenu& menu, bool divider)
-{
+QObject* makeItem(const CommandCall& call, QMenu& menu, bool divider) {
     if (call.flag("subMenu")) {
         auto* below = menu.addMenu(QString());
         below->setTearOffEnabled(call.flag("tearOff"));
@@ -149,15 +140,14 @@ QObject* makeItem(const CommandCall& call, QMenu& menu, bool divider)
 }
 
 // Items find their element again by id: the action may outlive it by one turn of the event loop.
-void wire(MainWindow& window, int id)
-{
+void wire(MainWindow& window, int id) {
     auto* action = qobject_cast<QAction*>(window.tree().element(id)->object.data());
     if (action && !action->isSeparator())
-        QObject::connect(action, &QAction::triggered, &window, [&window, id] { window.runItem(id); });
+        QObject::connect(action, &QAction::triggered, &window,
+                         [&window, id] { window.runItem(id); });
 }
 
-Status itemParent(const CommandCall& call, UiTree& tree, int& id)
-{
+Status itemParent(const CommandCall& call, UiTree& tree, int& id) {
     id = tree.currentMenu();
     if (call.has("parent"))
         if (Status found = tree.find(call.text("parent"), id); !found)
@@ -167,11 +157,11 @@ Status itemParent(const CommandCall& call, UiTree& tree, int& id)
     return Status::ok();
 }
 
-Status createItem(const CommandCall& call, UiTree& tree, Value& result)
-{
+Status createItem(const CommandCall& call, UiTree& tree, Value& result) {
     UiElement one;
     one.kind = UiKind::MenuItem;
-    one.sourceType = "python";
+    // A text means what the caller's own language would make of it.
+    one.sourceType = calledFromPython() ? "python" : "mel";
     if (Status named = newName(call, one.name); !named)
         return named;
     if (Status found = itemParent(call, tree, one.parent); !found)
@@ -194,8 +184,7 @@ Status createItem(const CommandCall& call, UiTree& tree, Value& result)
     return Status::ok();
 }
 
-Status queryItem(const CommandCall& call, UiTree& tree, int id, Value& result)
-{
+Status queryItem(const CommandCall& call, UiTree& tree, int id, Value& result) {
     const UiElement& one = *tree.element(id);
     if (call.has("label"))
         result = one.divider ? std::string() : one.label;
@@ -220,8 +209,7 @@ Status queryItem(const CommandCall& call, UiTree& tree, int id, Value& result)
 
 }  // namespace
 
-Status runMenu(const CommandCall& call, Value& result)
-{
+Status runMenu(const CommandCall& call, Value& result) {
     UiTree* tree = nullptr;
     if (Status ready = uiTree(call, tree); !ready)
         return ready;
@@ -241,8 +229,7 @@ Status runMenu(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-Status runMenuItem(const CommandCall& call, Value& result)
-{
+Status runMenuItem(const CommandCall& call, Value& result) {
     UiTree* tree = nullptr;
     if (Status ready = uiTree(call, tree); !ready)
         return ready;

@@ -12,13 +12,11 @@ namespace {
 
 constexpr int kOpenedAtFirst = 300;  ///< nodes shown opened in a scene that is not larger
 
-std::uint64_t keyOf(NodeHandle handle)
-{
+std::uint64_t keyOf(NodeHandle handle) {
     return (std::uint64_t(handle.index) << 32) | handle.generation;
 }
 
-QColor colorOf(const Scene& scene, const Node& node)
-{
+QColor colorOf(const Scene& scene, const Node& node) {
     if (scene.isType(node.self, "joint"))
         return QColor(200, 170, 90);
     if (node.type->is(kConstraintType))
@@ -26,14 +24,12 @@ QColor colorOf(const Scene& scene, const Node& node)
     return node.type->is(kShapeType) ? QColor(110, 160, 110) : QColor(120, 150, 190);
 }
 
-bool isIntermediate(const Scene& scene, NodeHandle handle)
-{
+bool isIntermediate(const Scene& scene, NodeHandle handle) {
     const Plug plug = scene.findPlug(handle, "intermediateObject");
     return !plug.isNull() && scene.number(plug) != 0.0;
 }
 
-QIcon dot(const QColor& color)
-{
+QIcon dot(const QColor& color) {
     QPixmap picture(12, 12);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
@@ -46,8 +42,7 @@ QIcon dot(const QColor& color)
 
 }  // namespace
 
-Outliner::Outliner(Scene& scene, QWidget* parent) : QTreeWidget(parent), m_scene(scene)
-{
+Outliner::Outliner(Scene& scene, QWidget* parent) : QTreeWidget(parent), m_scene(scene) {
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -59,33 +54,28 @@ Outliner::Outliner(Scene& scene, QWidget* parent) : QTreeWidget(parent), m_scene
     m_scene.addListener(this);
 }
 
-Outliner::~Outliner()
-{
+Outliner::~Outliner() {
     m_scene.removeListener(this);
 }
 
-void Outliner::showEvent(QShowEvent* event)
-{
+void Outliner::showEvent(QShowEvent* event) {
     QTreeWidget::showEvent(event);
     update();
 }
 
-void Outliner::touch()
-{
+void Outliner::touch() {
     m_stale = true;
     if (isVisible() && !m_timer->isActive())
         m_timer->start(0);
 }
 
-void Outliner::selectionChanged()
-{
+void Outliner::selectionChanged() {
     m_selectionStale = true;
     if (!m_busy && isVisible() && !m_timer->isActive())
         m_timer->start(0);
 }
 
-void Outliner::update()
-{
+void Outliner::update() {
     if (!isVisible())
         return;
     if (m_stale)
@@ -94,8 +84,7 @@ void Outliner::update()
         showSelection();
 }
 
-void Outliner::refresh()
-{
+void Outliner::refresh() {
     m_busy = true;
     rememberOpen(invisibleRootItem());
     clear();
@@ -114,8 +103,7 @@ void Outliner::refresh()
 }
 
 // Cameras and the like that every scene has are left out, as are construction leftovers.
-QTreeWidgetItem* Outliner::makeItem(NodeHandle handle)
-{
+QTreeWidgetItem* Outliner::makeItem(NodeHandle handle) {
     const Node* node = m_scene.node(handle);
     if (!node || node->isDefault || isIntermediate(m_scene, handle))
         return nullptr;
@@ -128,8 +116,7 @@ QTreeWidgetItem* Outliner::makeItem(NodeHandle handle)
     return item;
 }
 
-void Outliner::fill(QTreeWidgetItem* item)
-{
+void Outliner::fill(QTreeWidgetItem* item) {
     const Node* node = m_scene.node(handleOf(item));
     if (!node || item->childCount() > 0)
         return;
@@ -144,8 +131,7 @@ void Outliner::fill(QTreeWidgetItem* item)
         item->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
 }
 
-void Outliner::rememberOpen(QTreeWidgetItem* item)
-{
+void Outliner::rememberOpen(QTreeWidgetItem* item) {
     if (item == invisibleRootItem())
         m_open.clear();
     for (int i = 0; i < item->childCount(); ++i) {
@@ -157,8 +143,7 @@ void Outliner::rememberOpen(QTreeWidgetItem* item)
     }
 }
 
-void Outliner::showSelection()
-{
+void Outliner::showSelection() {
     m_busy = true;
     m_selectionStale = false;
     const std::vector<NodeHandle> chosen = m_scene.selection().nodes();
@@ -171,8 +156,7 @@ void Outliner::showSelection()
     m_busy = false;
 }
 
-void Outliner::takeSelection()
-{
+void Outliner::takeSelection() {
     if (m_busy)
         return;
     m_busy = true;
@@ -185,8 +169,7 @@ void Outliner::takeSelection()
     m_busy = false;
 }
 
-NodeHandle Outliner::handleOf(const QTreeWidgetItem* item) const
-{
+NodeHandle Outliner::handleOf(const QTreeWidgetItem* item) const {
     const qulonglong key = item->data(0, Qt::UserRole).toULongLong();
     return {static_cast<std::uint32_t>(key >> 32), static_cast<std::uint32_t>(key & 0xffffffffu)};
 }

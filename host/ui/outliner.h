@@ -11,23 +11,23 @@ class QTimer;
 
 namespace torvel {
 
-/// The DAG as a tree. Refreshes itself once the scene is at rest and only while it can be seen; children are made
-/// when a branch is opened. A click selects in the scene, the scene's selection is shown here.
-class Outliner : public QTreeWidget, private SceneListener
-{
+/// The DAG as a tree. Refreshes itself once the scene is at rest and only while it can be seen;
+/// children are made when a branch is opened. A click selects in the scene, the scene's selection
+/// is shown here.
+class Outliner : public QTreeWidget, private SceneListener {
     Q_OBJECT
 
-public:
+  public:
     explicit Outliner(Scene& scene, QWidget* parent = nullptr);
     ~Outliner() override;
 
     /// Rebuilds now, keeping open branches open.
     void refresh();
 
-protected:
+  protected:
     void showEvent(QShowEvent* event) override;
 
-private:
+  private:
     void nodeCreated(NodeHandle) override { touch(); }
     void nodeDeleted(NodeHandle) override { touch(); }
     void nodeRenamed(NodeHandle, const std::string&) override { touch(); }

@@ -11,8 +11,7 @@ namespace torvel {
 namespace {
 
 // Windows that plug-ins made by themselves are known by their object name.
-QWidget* foreignWindow(const CommandCall& call, const std::string& name)
-{
+QWidget* foreignWindow(const CommandCall& call, const std::string& name) {
     const auto wanted = QString::fromStdString(name);
     for (QObject* child : call.session().mainWindow->children()) {
         auto* widget = qobject_cast<QWidget*>(child);
@@ -22,8 +21,7 @@ QWidget* foreignWindow(const CommandCall& call, const std::string& name)
     return nullptr;
 }
 
-std::string currentPath(const UiTree& tree, bool menu)
-{
+std::string currentPath(const UiTree& tree, bool menu) {
     if (!menu)
         return tree.fullPath(tree.currentParent());
     const std::string path = tree.fullPath(tree.currentMenu());
@@ -31,8 +29,7 @@ std::string currentPath(const UiTree& tree, bool menu)
 }
 
 // ".." leaves a sub-menu for the menu around it, a menu for nothing, and stops at a window.
-Status goUp(UiTree& tree, bool menu)
-{
+Status goUp(UiTree& tree, bool menu) {
     if (!menu)
         return Status::ok();
     const UiElement* one = tree.element(tree.currentMenu());
@@ -42,8 +39,7 @@ Status goUp(UiTree& tree, bool menu)
     return Status::ok();
 }
 
-Status goTo(UiTree& tree, const std::string& name, bool menu)
-{
+Status goTo(UiTree& tree, const std::string& name, bool menu) {
     int id = UiTree::kNone;
     if (Status found = tree.find(name, id); !found)
         return found;
@@ -59,19 +55,18 @@ Status goTo(UiTree& tree, const std::string& name, bool menu)
     return Status::ok();
 }
 
-bool isAsked(const CommandCall& call, UiKind kind)
-{
-    const bool any = call.has("menu") || call.has("menuItem") || call.has("window") || call.has("control");
+bool isAsked(const CommandCall& call, UiKind kind) {
+    const bool any =
+        call.has("menu") || call.has("menuItem") || call.has("window") || call.has("control");
     switch (kind) {
-    case UiKind::Menu: return !any || call.flag("menu");
-    case UiKind::MenuItem: return !any || call.flag("menuItem");
-    case UiKind::Window: return !any || call.flag("window");
+        case UiKind::Menu: return !any || call.flag("menu");
+        case UiKind::MenuItem: return !any || call.flag("menuItem");
+        case UiKind::Window: return !any || call.flag("window");
     }
     return false;
 }
 
-Status deleteOne(const CommandCall& call, UiTree& tree, const std::string& name)
-{
+Status deleteOne(const CommandCall& call, UiTree& tree, const std::string& name) {
     int id = UiTree::kNone;
     if (Status found = tree.find(name, id); !found) {
         QWidget* window = isAsked(call, UiKind::Window) ? foreignWindow(call, name) : nullptr;
@@ -93,8 +88,7 @@ Status deleteOne(const CommandCall& call, UiTree& tree, const std::string& name)
 
 }  // namespace
 
-Status runSetParent(const CommandCall& call, Value& result)
-{
+Status runSetParent(const CommandCall& call, Value& result) {
     UiTree* tree = nullptr;
     if (Status ready = uiTree(call, tree); !ready)
         return ready;
@@ -116,8 +110,7 @@ Status runSetParent(const CommandCall& call, Value& result)
     return done;
 }
 
-Status runDeleteUi(const CommandCall& call, Value&)
-{
+Status runDeleteUi(const CommandCall& call, Value&) {
     UiTree* tree = nullptr;
     if (Status ready = uiTree(call, tree); !ready)
         return ready;

@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include <Imath/ImathBox.h>
+
 #include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
@@ -16,21 +17,19 @@ namespace {
 constexpr std::size_t kMostFaces = 60000;
 constexpr std::size_t kMostPoints = 200000;
 
-M44d worldMatrix(const Scene& scene, NodeHandle handle)
-{
+M44d worldMatrix(const Scene& scene, NodeHandle handle) {
     const Plug plug = scene.findPlug(handle, "worldMatrix[0]");
     return plug.isNull() ? M44d() : scene.matrix(plug);
 }
 
-std::shared_ptr<const MeshData> meshOf(const Scene& scene, const Node& node)
-{
-    if (!scene.isType(node.self, "mesh") || scene.number(scene.findPlug(node.self, "intermediateObject")) != 0.0)
+std::shared_ptr<const MeshData> meshOf(const Scene& scene, const Node& node) {
+    if (!scene.isType(node.self, "mesh") ||
+        scene.number(scene.findPlug(node.self, "intermediateObject")) != 0.0)
         return nullptr;
     return scene.dataAs<MeshData>(scene.findPlug(node.self, "outMesh"));
 }
 
-std::vector<NodeHandle> nodesOfType(const Scene& scene, const char* type)
-{
+std::vector<NodeHandle> nodesOfType(const Scene& scene, const char* type) {
     std::vector<NodeHandle> found;
     scene.forEachNode([&](const Node& node) {
         if (scene.isType(node.self, type))
@@ -41,8 +40,7 @@ std::vector<NodeHandle> nodesOfType(const Scene& scene, const char* type)
 
 }  // namespace
 
-SceneView::SceneView(Scene& scene, QWidget* parent) : QWidget(parent), m_scene(scene)
-{
+SceneView::SceneView(Scene& scene, QWidget* parent) : QWidget(parent), m_scene(scene) {
     setMinimumSize(200, 160);
     setFocusPolicy(Qt::StrongFocus);
     m_timer = new QTimer(this);
@@ -51,25 +49,21 @@ SceneView::SceneView(Scene& scene, QWidget* parent) : QWidget(parent), m_scene(s
     m_scene.addListener(this);
 }
 
-SceneView::~SceneView()
-{
+SceneView::~SceneView() {
     m_scene.removeListener(this);
 }
 
-void SceneView::touch()
-{
+void SceneView::touch() {
     if (isVisible() && !m_timer->isActive())
         m_timer->start(0);
 }
 
-void SceneView::sceneCleared()
-{
+void SceneView::sceneCleared() {
     m_framed = false;
     touch();
 }
 
-void SceneView::frameAll()
-{
+void SceneView::frameAll() {
     Imath::Box3d box;
     for (NodeHandle handle : nodesOfType(m_scene, "mesh"))
         if (const auto mesh = meshOf(m_scene, *m_scene.node(handle))) {
@@ -87,22 +81,21 @@ void SceneView::frameAll()
     update();
 }
 
-V3d SceneView::toView(const V3d& world) const
-{
+V3d SceneView::toView(const V3d& world) const {
     const V3d p = world - m_center;
     const double x = std::cos(m_turn) * p.x - std::sin(m_turn) * p.z;
     const double z = std::sin(m_turn) * p.x + std::cos(m_turn) * p.z;
-    return {x, std::cos(m_tilt) * p.y - std::sin(m_tilt) * z, std::sin(m_tilt) * p.y + std::cos(m_tilt) * z};
+    return {x, std::cos(m_tilt) * p.y - std::sin(m_tilt) * z,
+            std::sin(m_tilt) * p.y + std::cos(m_tilt) * z};
 }
 
-QPointF SceneView::toScreen(const V3d& view) const
-{
+QPointF SceneView::toScreen(const V3d& view) const {
     const double scale = std::min(width(), height()) / m_size;
     return {width() / 2.0 + view.x * scale, height() / 2.0 - view.y * scale};
 }
 
-void SceneView::collectFaces(const Node& node, std::vector<Face>& faces, std::vector<QPointF>& points) const
-{
+void SceneView::collectFaces(const Node& node, std::vector<Face>& faces,
+                             std::vector<QPointF>& points) const {
     const auto mesh = meshOf(m_scene, node);
     if (!mesh || !mesh->topology)
         return;
@@ -136,18 +129,19 @@ void SceneView::collectFaces(const Node& node, std::vector<Face>& faces, std::ve
         }
         normal.normalize();
         const double light = std::abs(normal.dot(V3d(0.3, 0.4, 0.87)));
-        face.color = QColor::fromRgbF(0.25 + 0.45 * light, 0.27 + 0.45 * light, 0.30 + 0.45 * light);
+        face.color =
+            QColor::fromRgbF(0.25 + 0.45 * light, 0.27 + 0.45 * light, 0.30 + 0.45 * light);
         faces.push_back(std::move(face));
     }
 }
 
-void SceneView::drawMeshes(QPainter& painter) const
-{
+void SceneView::drawMeshes(QPainter& painter) const {
     std::vector<Face> faces;
     std::vector<QPointF> points;
     for (NodeHandle handle : nodesOfType(m_scene, "mesh"))
         collectFaces(*m_scene.node(handle), faces, points);
-    std::stable_sort(faces.begin(), faces.end(), [](const Face& a, const Face& b) { return a.depth < b.depth; });
+    std::stable_sort(faces.begin(), faces.end(),
+                     [](const Face& a, const Face& b) { return a.depth < b.depth; });
     for (const Face& face : faces) {
         painter.setPen(QPen(face.color.darker(125), 0.6));
         painter.setBrush(face.color);
@@ -158,8 +152,7 @@ void SceneView::drawMeshes(QPainter& painter) const
         painter.drawPoints(points.data(), static_cast<int>(points.size()));
 }
 
-void SceneView::drawJoints(QPainter& painter) const
-{
+void SceneView::drawJoints(QPainter& painter) const {
     const std::vector<NodeHandle> selected = m_scene.selection().nodes();
     for (NodeHandle handle : nodesOfType(m_scene, "joint")) {
         const QPointF at = toScreen(toView(worldMatrix(m_scene, handle).translation()));
@@ -175,8 +168,7 @@ void SceneView::drawJoints(QPainter& painter) const
     }
 }
 
-void SceneView::drawGrid(QPainter& painter) const
-{
+void SceneView::drawGrid(QPainter& painter) const {
     const double cell = std::pow(10.0, std::floor(std::log10(std::max(m_size, 1e-3)))) / 2.0;
     painter.setPen(QPen(QColor(86, 86, 86), 1.0));
     for (int i = -10; i <= 10; ++i) {
@@ -186,8 +178,7 @@ void SceneView::drawGrid(QPainter& painter) const
     }
 }
 
-void SceneView::paintEvent(QPaintEvent*)
-{
+void SceneView::paintEvent(QPaintEvent*) {
     if (!m_framed)
         frameAll();
     QPainter painter(this);
@@ -198,13 +189,11 @@ void SceneView::paintEvent(QPaintEvent*)
     drawJoints(painter);
 }
 
-void SceneView::mousePressEvent(QMouseEvent* event)
-{
+void SceneView::mousePressEvent(QMouseEvent* event) {
     m_last = event->pos();
 }
 
-void SceneView::mouseMoveEvent(QMouseEvent* event)
-{
+void SceneView::mouseMoveEvent(QMouseEvent* event) {
     const QPoint moved = event->pos() - m_last;
     m_last = event->pos();
     if (event->buttons() & Qt::MiddleButton || event->modifiers() & Qt::ShiftModifier) {
@@ -219,14 +208,12 @@ void SceneView::mouseMoveEvent(QMouseEvent* event)
     update();
 }
 
-void SceneView::wheelEvent(QWheelEvent* event)
-{
+void SceneView::wheelEvent(QWheelEvent* event) {
     m_size *= std::pow(0.999, event->angleDelta().y());
     update();
 }
 
-void SceneView::keyPressEvent(QKeyEvent* event)
-{
+void SceneView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_F)
         frameAll();
     else

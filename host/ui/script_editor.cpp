@@ -14,19 +14,17 @@ namespace torvel {
 
 namespace {
 
-QColor colorOf(Channel channel)
-{
+QColor colorOf(Channel channel) {
     switch (channel) {
-    case Channel::Warning: return QColor(220, 206, 120);
-    case Channel::Error: return QColor(255, 110, 100);
-    case Channel::Result: return QColor(150, 200, 150);
-    case Channel::Info: break;
+        case Channel::Warning: return QColor(220, 206, 120);
+        case Channel::Error: return QColor(255, 110, 100);
+        case Channel::Result: return QColor(150, 200, 150);
+        case Channel::Info: break;
     }
     return QColor(220, 220, 220);
 }
 
-std::string joined(const Value::List& items)
-{
+std::string joined(const Value::List& items) {
     std::string text = "[";
     for (const Value& item : items)
         text += (text.size() > 1 ? ", " : "") + resultText(item);
@@ -35,8 +33,7 @@ std::string joined(const Value::List& items)
 
 }  // namespace
 
-std::string resultText(const Value& value)
-{
+std::string resultText(const Value& value) {
     if (value.isNone())
         return {};
     if (value.isString())
@@ -52,8 +49,8 @@ std::string resultText(const Value& value)
     return joined(value.list());
 }
 
-ScriptEditor::ScriptEditor(Session& session, QWidget* parent) : QWidget(parent), m_session(session)
-{
+ScriptEditor::ScriptEditor(Session& session, QWidget* parent)
+    : QWidget(parent), m_session(session) {
     m_text = new QPlainTextEdit(this);
     m_text->setReadOnly(true);
     m_text->setMaximumBlockCount(10000);
@@ -80,18 +77,15 @@ ScriptEditor::ScriptEditor(Session& session, QWidget* parent) : QWidget(parent),
     m_sink = m_session.log().addSink([this](const LogLine& line) { show(line); });
 }
 
-ScriptEditor::~ScriptEditor()
-{
+ScriptEditor::~ScriptEditor() {
     m_session.log().removeSink(m_sink);
 }
 
-void ScriptEditor::show(const LogLine& line)
-{
+void ScriptEditor::show(const LogLine& line) {
     append(QString::fromStdString(shownLine(line)), colorOf(line.channel));
 }
 
-void ScriptEditor::append(const QString& text, const QColor& color)
-{
+void ScriptEditor::append(const QString& text, const QColor& color) {
     QTextCharFormat format;
     format.setForeground(color);
     QTextCursor cursor(m_text->document());
@@ -103,8 +97,7 @@ void ScriptEditor::append(const QString& text, const QColor& color)
     m_text->ensureCursorVisible();
 }
 
-void ScriptEditor::runInput()
-{
+void ScriptEditor::runInput() {
     const QString text = m_input->text();
     const bool mel = m_language->currentIndex() == 1;
     Language* language = mel ? m_session.mel : m_session.python;

@@ -15,19 +15,18 @@ namespace torvel {
 
 class Session;
 
-/// The log of the session in colours, and one line to type Python or MEL into. Listens to the log from its
-/// construction to its end; keeps the last 10,000 lines.
-class ScriptEditor : public QWidget
-{
+/// The log of the session in colours, and one line to type Python or MEL into. Listens to the log
+/// from its construction to its end; keeps the last 10,000 lines.
+class ScriptEditor : public QWidget {
     Q_OBJECT
 
-public:
+  public:
     explicit ScriptEditor(Session& session, QWidget* parent = nullptr);
     ~ScriptEditor() override;
 
     void show(const LogLine& line);
 
-private:
+  private:
     void runInput();
     void append(const QString& text, const QColor& color);
 

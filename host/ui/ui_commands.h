@@ -6,12 +6,13 @@
 
 namespace torvel {
 
-/// setParent, menu, menuItem, deleteUI. They work on the session's main window; without one each of them fails:
-/// "menu: there is no user interface (--no-ui)".
+/// setParent, menu, menuItem, deleteUI. They work on the session's main window; without one each of
+/// them fails: "menu: there is no user interface (--no-ui)".
 ///
-/// Windows, menus and items are named as given or by number ("menuItem1"); every command returns the full path
-/// ("MayaWindow|TorvelPlugin|menuItem1"). An item's command is a text for `__main__`, or MEL with
-/// sourceType="mel"; a text that fails prints its error and raises nothing in Qt.
+/// Windows, menus and items are named as given or by number ("menuItem1"); what is made is returned
+/// with its full path ("MayaWindow|TorvelPlugin|menuItem1"). An item's command is a callable, or a
+/// text in the language of its caller unless sourceType ("python", "mel") says otherwise; one that
+/// fails prints its error and raises nothing in Qt.
 extern const Command kUiCommands[];
 extern const std::size_t kUiCommandCount;
 

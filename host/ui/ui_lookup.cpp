@@ -5,8 +5,7 @@
 
 namespace torvel {
 
-Status uiTree(const CommandCall& call, UiTree*& tree)
-{
+Status uiTree(const CommandCall& call, UiTree*& tree) {
     auto* window = qobject_cast<MainWindow*>(call.session().mainWindow);
     if (!window)
         return call.fail("there is no user interface (--no-ui)");
@@ -14,8 +13,7 @@ Status uiTree(const CommandCall& call, UiTree*& tree)
     return Status::ok();
 }
 
-Status namedElement(const CommandCall& call, UiTree& tree, UiKind kind, int& id)
-{
+Status namedElement(const CommandCall& call, UiTree& tree, UiKind kind, int& id) {
     const std::vector<std::string> names = call.texts();
     if (names.size() != 1)
         return call.fail("exactly one name is needed");
@@ -27,15 +25,13 @@ Status namedElement(const CommandCall& call, UiTree& tree, UiKind kind, int& id)
     return Status::ok();
 }
 
-bool namedElementExists(const CommandCall& call, UiTree& tree, UiKind kind)
-{
+bool namedElementExists(const CommandCall& call, UiTree& tree, UiKind kind) {
     const std::vector<std::string> names = call.texts();
     const UiElement* one = names.size() == 1 ? tree.element(tree.lookUp(names.front())) : nullptr;
     return one && one->kind == kind;
 }
 
-Status newName(const CommandCall& call, std::string& name)
-{
+Status newName(const CommandCall& call, std::string& name) {
     const std::vector<std::string> names = call.texts();
     if (names.size() > 1)
         return call.fail("more than one name given");

@@ -4,13 +4,14 @@
 #include <QMenu>
 #include <QWidget>
 
+#include "python/callbacks.h"
+
 namespace torvel {
 
 namespace {
 
 // Takes the object off the screen now; Qt deletes it once no slot of it can be running any more.
-void retire(QObject* object)
-{
+void retire(QObject* object) {
     if (auto* menu = qobject_cast<QMenu*>(object)) {
         QAction* entry = menu->menuAction();
         for (QWidget* widget : entry->associatedWidgets())
@@ -27,17 +28,16 @@ void retire(QObject* object)
 }
 
 // "a|b" is the end of "w|a|b", "b|c" is not the end of "ab|c".
-bool isTail(const std::string& path, const std::string& text)
-{
-    if (text.size() > path.size() || path.compare(path.size() - text.size(), text.size(), text) != 0)
+bool isTail(const std::string& path, const std::string& text) {
+    if (text.size() > path.size() ||
+        path.compare(path.size() - text.size(), text.size(), text) != 0)
         return false;
     return text.size() == path.size() || path[path.size() - text.size() - 1] == '|';
 }
 
 }  // namespace
 
-Status UiTree::add(UiElement element, const std::string& stem, int& made)
-{
+Status UiTree::add(UiElement element, const std::string& stem, int& made) {
     if (element.name.empty())
         element.name = generated(stem);
     if (element.name.find('|') != std::string::npos)
@@ -51,8 +51,7 @@ Status UiTree::add(UiElement element, const std::string& stem, int& made)
     return Status::ok();
 }
 
-Status UiTree::find(const std::string& text, int& found) const
-{
+Status UiTree::find(const std::string& text, int& found) const {
     const std::vector<int> all = matches(text);
     if (all.empty())
         return Status::failure("Object '" + text + "' not found.");
@@ -62,46 +61,41 @@ Status UiTree::find(const std::string& text, int& found) const
     return Status::ok();
 }
 
-int UiTree::lookUp(const std::string& text) const
-{
+int UiTree::lookUp(const std::string& text) const {
     const std::vector<int> all = matches(text);
     return all.size() == 1 ? all.front() : kNone;
 }
 
-void UiTree::remove(int id)
-{
+void UiTree::remove(int id) {
     for (int below : children(id))
         remove(below);
     const auto it = m_elements.find(id);
     if (it == m_elements.end())
         return;
     const QPointer<QObject> object = it->second.object;
+    removeCallback(it->second.command);
     m_elements.erase(it);
     if (object)
         retire(object);
 }
 
-const UiElement* UiTree::element(int id) const
-{
+const UiElement* UiTree::element(int id) const {
     const auto it = m_elements.find(id);
     return it != m_elements.end() && it->second.object ? &it->second : nullptr;
 }
 
-UiElement* UiTree::element(int id)
-{
+UiElement* UiTree::element(int id) {
     return const_cast<UiElement*>(static_cast<const UiTree*>(this)->element(id));
 }
 
-std::string UiTree::fullPath(int id) const
-{
+std::string UiTree::fullPath(int id) const {
     const UiElement* one = element(id);
     if (!one)
         return {};
     return one->parent == kNone ? one->name : fullPath(one->parent) + "|" + one->name;
 }
 
-std::vector<int> UiTree::children(int id) const
-{
+std::vector<int> UiTree::children(int id) const {
     std::vector<int> found;
     for (const auto& [each, one] : m_elements)
         if (one.parent == id)
@@ -109,19 +103,16 @@ std::vector<int> UiTree::children(int id) const
     return found;
 }
 
-QMenu* UiTree::menuOf(int id) const
-{
+QMenu* UiTree::menuOf(int id) const {
     const UiElement* one = element(id);
     return one ? qobject_cast<QMenu*>(one->object.data()) : nullptr;
 }
 
-int UiTree::currentParent() const
-{
+int UiTree::currentParent() const {
     return element(m_currentParent) ? m_currentParent : lookUp("MayaWindow");
 }
 
-std::vector<int> UiTree::matches(const std::string& text) const
-{
+std::vector<int> UiTree::matches(const std::string& text) const {
     std::vector<int> found;
     if (text.empty())
         return found;
@@ -135,16 +126,14 @@ std::vector<int> UiTree::matches(const std::string& text) const
     return found;
 }
 
-bool UiTree::isTaken(const std::string& name, int parent) const
-{
+bool UiTree::isTaken(const std::string& name, int parent) const {
     for (const auto& [id, one] : m_elements)
         if (one.object && one.parent == parent && one.name == name)
             return true;
     return false;
 }
 
-std::string UiTree::generated(const std::string& stem) const
-{
+std::string UiTree::generated(const std::string& stem) const {
     for (int number = 1;; ++number) {
         const std::string name = stem + std::to_string(number);
         bool free = true;

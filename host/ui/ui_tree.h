@@ -15,42 +15,44 @@ namespace torvel {
 
 enum class UiKind { Window, Menu, MenuItem };
 
-/// One named part of the user interface. A sub-menu is a MenuItem whose object is a QMenu; any other item is a QAction.
-struct UiElement
-{
+/// One named part of the user interface. A sub-menu is a MenuItem whose object is a QMenu; any
+/// other item is a QAction.
+struct UiElement {
     std::string name;
     UiKind kind = UiKind::Window;
     QPointer<QObject> object;
-    int parent = 0;              ///< id of the element above; 0 for a window
-    std::string command;         ///< text that an item runs
-    std::string sourceType;      ///< "python" or "mel"
+    int parent = 0;          ///< id of the element above; 0 for a window
+    std::string command;     ///< text that an item runs
+    std::string sourceType;  ///< "python" or "mel"
     std::string label;
     std::string annotation;
     bool divider = false;
 };
 
-/// Names and paths of the windows, menus and menu items that scripts see, and where the next one goes.
-/// Paths read "MayaWindow|TorvelPlugin|menuItem3". Names are unique below one parent; a short name finds an
-/// element anywhere as long as it is the only one.
-class UiTree
-{
-public:
+/// Names and paths of the windows, menus and menu items that scripts see, and where the next one
+/// goes. Paths read "MayaWindow|TorvelPlugin|menuItem3". Names are unique below one parent; a short
+/// name finds an element anywhere as long as it is the only one.
+class UiTree {
+  public:
     static constexpr int kNone = 0;
 
-    /// Adds an element; an empty name is generated from `stem` and the first free number ("menuItem1").
-    /// "Object's name 'x' is not unique." when the parent has one of that name already.
+    /// Adds an element; an empty name is generated from `stem` and the first free number
+    /// ("menuItem1"). "Object's name 'x' is not unique." when the parent has one of that name
+    /// already.
     Status add(UiElement element, const std::string& stem, int& made);
-    /// By short name, path tail or full path. "Object 'x' not found." / "Object's name 'x' is not unique."
+    /// By short name, path tail or full path. "Object 'x' not found." / "Object's name 'x' is not
+    /// unique."
     Status find(const std::string& text, int& found) const;
     /// Same without texts: kNone when none or several.
     int lookUp(const std::string& text) const;
-    /// Takes the element and all below out of the tree at once and deletes their objects when Qt is idle.
+    /// Takes the element and all below out of the tree at once and deletes their objects when Qt is
+    /// idle.
     void remove(int id);
 
     const UiElement* element(int id) const;  ///< null when it or its object is gone
     UiElement* element(int id);
     std::string fullPath(int id) const;
-    std::vector<int> children(int id) const; ///< in the order of their making
+    std::vector<int> children(int id) const;  ///< in the order of their making
     /// The menu that items go into: of a Menu or a sub-menu item; null for anything else.
     QMenu* menuOf(int id) const;
 
@@ -61,7 +63,7 @@ public:
     int currentMenu() const { return element(m_currentMenu) ? m_currentMenu : kNone; }
     void setCurrentMenu(int id) { m_currentMenu = id; }
 
-private:
+  private:
     std::vector<int> matches(const std::string& text) const;
     bool isTaken(const std::string& name, int parent) const;
     std::string generated(const std::string& stem) const;

@@ -1,0 +1,87 @@
+// The freeze click, to the finished mesh: joints in chains of 20 under one root, one cluster.
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QPushButton>
+
+#include "app/host_setup.h"
+#include "commands/session.h"
+#include "graph/scene.h"
+#include "nodes/mesh.h"
+#include "skeleton/skeleton_window.h"
+
+namespace {
+
+using torvel::NodeHandle;
+using torvel::Scene;
+using torvel::Value;
+
+Value call(torvel::Session& session, const char* name, std::vector<Value> args,
+           std::vector<torvel::RawFlag> flags = {})
+{
+    Value result;
+    const torvel::Status status = session.call(name, flags, std::move(args), result);
+    if (!status)
+        std::fprintf(stderr, "%s: %s\n", name, status.text().c_str());
+    return result;
+}
+
+void makeJoints(Scene& scene, int count)
+{
+    NodeHandle root, at;
+    torvel::ignore(scene.createNode("joint", "root", {}, root));
+    for (int i = 1; i < count; ++i) {
+        const bool newChain = (i - 1) % 20 == 0;
+        torvel::ignore(scene.createNode("joint", "link" + std::to_string(i), newChain ? root : at, at));
+        scene.setVec3(scene.findPlug(at, "translate"), {newChain ? 0.02 * i : 0.0, newChain ? 0.0 : 1.0, 0.0});
+        scene.setVec3(scene.findPlug(at, "rotate"), {0.1, 0.0, 0.05});
+    }
+}
+
+void freezeClick(benchmark::State& state)
+{
+    const int joints = static_cast<int>(state.range(0)), side = static_cast<int>(state.range(1));
+    for (auto _ : state) {
+        state.PauseTiming();
+        torvel::Session session;
+        torvel::setUpSession(session);
+        Scene& scene = session.scene();
+        makeJoints(scene, joints);
+        call(session, "polyPlane", {}, {{"subdivisionsX", {side}, false}, {"subdivisionsY", {side}, false}});
+        call(session, "skinCluster", {"root", "pPlane1"}, {{"maximumInfluences", {4}, false}});
+        call(session, "select", {"link1"});
+        NodeHandle shape;
+        torvel::ignore(scene.names().findOne("pPlaneShape1", shape));
+        benchmark::DoNotOptimize(torvel::meshPoints(scene, shape));
+        auto* window = new SkeletonWindow(nullptr);
+        state.ResumeTiming();
+
+        window->btn_freezeRot->click();
+        const auto mesh = torvel::meshPoints(scene, shape);
+        benchmark::DoNotOptimize(mesh.get());
+
+        state.PauseTiming();
+        state.counters["vertices"] = mesh ? static_cast<double>(mesh->points.size()) : 0.0;
+        delete window;
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(freezeClick)
+    ->Args({200, 316})
+    ->Args({1000, 316})
+    ->Args({200, 999})
+    ->Args({1000, 999})
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1)
+    ->Repetitions(3)
+    ->ReportAggregatesOnly(true);
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstddef>
+
+#include "commands/command.h"
+
+namespace torvel {
+
+/// loadPlugin, unloadPlugin and pluginInfo.
+extern const Command kPluginCommands[];
+extern const std::size_t kPluginCommandCount;
+
+}  // namespace torvel

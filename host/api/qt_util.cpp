@@ -1,0 +1,13 @@
+#include <maya/MQtUtil.h>
+
+#include "commands/session.h"
+
+MAYA_API_NAMESPACE_OPEN
+
+QWidget* MQtUtil::mainWindow()
+{
+    const torvel::Session* session = torvel::Session::current();
+    return session ? session->mainWindow : nullptr;
+}
+
+MAYA_API_NAMESPACE_CLOSE

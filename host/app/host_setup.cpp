@@ -1,0 +1,29 @@
+#include "app/host_setup.h"
+
+#include "api/plugin_commands.h"
+#include "app/measure_commands.h"
+#include "commands/session.h"
+#include "commands/tables.h"
+#include "files/file_commands.h"
+#include "mel/mel_language.h"
+#include "python/python_language.h"
+#include "ui/ui_commands.h"
+
+namespace torvel {
+
+void setUpSession(Session& session) {
+    addSceneCommands(session);
+    const CommandTable tables[] = {
+        fileCommands(),
+        melCommands(),
+        pythonCommands(),
+        {kPluginCommands, kPluginCommandCount},
+        {kUiCommands, kUiCommandCount},
+        {kMeasureCommands, kMeasureCommandCount},
+    };
+    for (const CommandTable& table : tables) session.addCommands(table.rows, table.count);
+    setUpMel(session);
+    setUpPython(session);
+}
+
+}  // namespace torvel

@@ -1,0 +1,237 @@
+#include "app/program.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+
+#include <QApplication>
+
+#include "app/host_setup.h"
+#include "app/verify.h"
+#include "commands/session.h"
+#include "ui/log_text.h"
+#include "ui/main_window.h"
+
+namespace torvel {
+
+namespace {
+
+RawFlag flagOf(const char* name, Value value) {
+    return RawFlag{name, {std::move(value)}, true};
+}
+
+std::string absolute(const std::string& path) {
+    std::error_code ignored;
+    const auto full = std::filesystem::absolute(path, ignored);
+    return full.empty() ? path : full.lexically_normal().string();
+}
+
+// Deferred deletions and queued calls of a script take place before the next one starts.
+void settle() {
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+bool endsWith(const std::string& text, const std::string& tail) {
+    return text.size() >= tail.size() &&
+           text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
+}
+
+}  // namespace
+
+std::string pythonLiteral(const std::string& text) {
+    std::string literal = "'";
+    for (const char c : text) {
+        if (c == '\'' || c == '\\')
+            literal += '\\';
+        if (c == '\n')
+            literal += "\\n";
+        else if (c == '\r')
+            literal += "\\r";
+        else if (c == '\0')
+            literal += "\\0";
+        else
+            literal += c;
+    }
+    return literal + "'";
+}
+
+Program::Program(Options options)
+    : m_options(std::move(options)), m_session(std::make_unique<Session>()) {
+    m_session->batch = m_options.batch;
+    m_session->trust = m_options.trust;
+}
+
+Program::~Program() = default;
+
+void Program::complain(const std::string& text) {
+    std::cerr << "torvel-host: " << text << std::endl;
+}
+
+bool Program::openTrace() {
+    if (m_options.trace.empty())
+        return true;
+    m_trace.open(m_options.trace, std::ios::binary | std::ios::trunc);
+    if (!m_trace) {
+        complain("cannot write " + m_options.trace);
+        return false;
+    }
+    m_session->record().setListener([this](const RecordEntry& entry) {
+        m_trace << recordToJson(entry) << '\n' << std::flush;
+    });
+    return true;
+}
+
+void Program::showLog() {
+    if (m_options.batch)
+        m_session->log().addSink(
+            [](const LogLine& line) { std::cerr << shownLine(line) << std::endl; });
+}
+
+bool Program::loadPlugin(const std::string& nameOrPath) {
+    Value result;
+    const Status loaded =
+        m_session->call("loadPlugin", {flagOf("quiet", true)}, {Value(nameOrPath)}, result);
+    if (!loaded)
+        complain("cannot load the plug-in " + nameOrPath +
+                 (loaded.text().empty() ? "" : ": " + loaded.text()));
+    settle();
+    return loaded.isOk();
+}
+
+bool Program::loadPlugins() {
+    if (!m_options.noPlugin) {
+        const auto folder =
+            std::filesystem::path(QCoreApplication::applicationDirPath().toStdString());
+        if (!loadPlugin((folder / TORVEL_BUNDLED_PLUGIN).lexically_normal().string()))
+            return false;
+    }
+    for (const std::string& each : m_options.plugins) {
+        const bool isPath = each.find('/') != std::string::npos || std::filesystem::exists(each);
+        if (!loadPlugin(isPath ? absolute(each) : each))
+            return false;
+    }
+    return true;
+}
+
+bool Program::openScene() {
+    if (m_options.scene.empty())
+        return true;
+    if (!std::filesystem::is_regular_file(m_options.scene)) {
+        complain("no such scene: " + m_options.scene);
+        return false;
+    }
+    Value result;
+    const Status opened = m_session->call("file", {flagOf("open", true), flagOf("force", true)},
+                                          {Value(absolute(m_options.scene))}, result);
+    if (!opened)
+        complain("cannot read " + m_options.scene +
+                 (opened.text().empty() ? "" : ": " + opened.text()));
+    if (m_window)
+        m_window->refreshTitle();
+    settle();
+    return opened.isOk();
+}
+
+void Program::setArguments(const std::string& script) {
+    std::string list = pythonLiteral(script);
+    for (const std::string& argument : m_options.scriptArguments)
+        list += ", " + pythonLiteral(argument);
+    Value result;
+    if (m_session->python)
+        ignore(m_session->python->run("import sys\nsys.argv = [" + list + "]\n", result));
+}
+
+bool Program::runStep(const ScriptStep& step) {
+    const bool isFile = step.kind == ScriptStep::Kind::File;
+    const bool mel = isFile ? endsWith(step.text, ".mel") : step.kind == ScriptStep::Kind::Mel;
+    Language* language = mel ? m_session->mel : m_session->python;
+    if (isFile && !std::filesystem::is_regular_file(step.text)) {
+        complain("no such script: " + step.text);
+        return false;
+    }
+    setArguments(isFile ? step.text : std::string(mel ? "-m" : "-c"));
+    Value result;
+    const Status done = isFile ? language->runFile(step.text) : language->run(step.text, result);
+    settle();
+    flush();
+    return done.isOk();
+}
+
+bool Program::runSteps() {
+    bool good = true;
+    for (const ScriptStep& step : m_options.steps)
+        good = runStep(step) && good;
+    return good;
+}
+
+bool Program::saveScene() {
+    if (m_options.save.empty())
+        return true;
+    Value result;
+    Status saved =
+        m_session->call("file", {flagOf("rename", absolute(m_options.save))}, {}, result);
+    if (saved)
+        saved = m_session->call("file", {flagOf("save", true), flagOf("type", "mayaAscii")}, {},
+                                result);
+    if (!saved)
+        complain("cannot save " + m_options.save +
+                 (saved.text().empty() ? "" : ": " + saved.text()));
+    return saved.isOk();
+}
+
+int Program::compare(const SceneState& before) {
+    const auto rows = compareStates(before, stateOf(m_session->scene()), m_options.limits);
+    printTable(rows, std::cout);
+    if (!m_options.verifyJson.empty()) {
+        std::ofstream out(m_options.verifyJson, std::ios::binary | std::ios::trunc);
+        out << verifyJson(rows) << std::flush;
+        if (!out) {
+            complain("cannot write " + m_options.verifyJson);
+            return kWrongUse;
+        }
+    }
+    return allWithin(rows) ? kDone : kVerifyDiffers;
+}
+
+int Program::run() {
+    showLog();
+    if (!openTrace())
+        return kWrongUse;
+    setUpSession(*m_session);
+    if (!m_options.noUi)
+        m_window = std::make_unique<MainWindow>(*m_session);
+    if (m_window && !m_options.batch)
+        m_window->show();
+    if (!loadPlugins())
+        return kWrongUse;
+    if (!openScene())
+        return kUnreadableScene;
+
+    SceneState before;
+    if (m_options.verify)
+        before = stateOf(m_session->scene());
+    int code = runSteps() ? kDone : kScriptFailed;
+    if (m_options.verify)
+        if (const int verdict = compare(before); code == kDone)
+            code = verdict;
+    if (!saveScene() && code == kDone)
+        code = kScriptFailed;
+    if (!m_options.batch) {
+        flush();
+        QApplication::exec();
+    }
+    return code;
+}
+
+void Program::flush() {
+    Value result;
+    if (m_session->python)
+        ignore(
+            m_session->python->run("import sys\nsys.stdout.flush()\nsys.stderr.flush()\n", result));
+    std::cout.flush();
+    std::cerr.flush();
+    std::fflush(nullptr);
+}
+
+}  // namespace torvel

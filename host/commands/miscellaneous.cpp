@@ -1,0 +1,192 @@
+#include "commands/session.h"
+#include "commands/tables.h"
+
+namespace torvel {
+namespace {
+
+const FlagRow kAboutFlags[] = {
+    {"apiVersion", "api"},     {"application", "a"},      {"batch", "b"},          {"cutIdentifier", "c"},
+    {"installedVersion", "iv"}, {"is64", "x64"},          {"linux", "li"},         {"linux64", "l64"},
+    {"macOS", "mac"},          {"majorVersion", "mjv"},   {"minorVersion", "mnv"}, {"operatingSystem", "os"},
+    {"product", "p"},          {"qtVersion", "qt"},       {"version", "v"},        {"windows", "win"},
+};
+
+constexpr bool onLinux()
+{
+#ifdef __linux__
+    return true;
+#else
+    return false;
+#endif
+}
+
+constexpr bool onWindows()
+{
+#ifdef _WIN32
+    return true;
+#else
+    return false;
+#endif
+}
+
+constexpr bool onMac()
+{
+#ifdef __APPLE__
+    return true;
+#else
+    return false;
+#endif
+}
+
+Status about(const CommandCall& call, Value& result)
+{
+    struct Fact
+    {
+        const char* flag;
+        Value value;
+    };
+    const Fact facts[] = {
+        {"apiVersion", Value(20240000)},
+        {"application", Value("maya")},
+        {"batch", Value(call.session().batch)},
+        {"cutIdentifier", Value(TORVEL_VERSION)},
+        {"installedVersion", Value("Maya 2024")},
+        {"is64", Value(sizeof(void*) == 8)},
+        {"linux", Value(onLinux())},
+        {"linux64", Value(onLinux() && sizeof(void*) == 8)},
+        {"macOS", Value(onMac())},
+        {"majorVersion", Value("2024")},
+        {"minorVersion", Value("0")},
+        {"operatingSystem", Value(onWindows() ? "win64" : onMac() ? "mac" : "linux64")},
+        {"product", Value("Maya 2024")},
+        {"qtVersion", Value("5.15.2")},
+        {"version", Value("2024")},
+        {"windows", Value(onWindows())},
+    };
+    for (const Fact& fact : facts)
+        if (call.has(fact.flag)) {
+            result = fact.value;
+            return Status::ok();
+        }
+    return call.fail("Needs a flag that tells what to look for.");
+}
+
+std::string joinedTexts(const CommandCall& call)
+{
+    std::string text;
+    for (const Value& value : call.args()) {
+        const std::string part = value.isString() ? value.string() : textOfDouble(value.number());
+        text += (text.empty() ? "" : " ") + part;
+    }
+    return text;
+}
+
+const FlagRow kMessageFlags[] = {{"noContext", "n"}, {"showLineNumber", "sl", "b"}};
+
+Status warning(const CommandCall& call, Value&)
+{
+    call.session().log().write(Channel::Warning, joinedTexts(call), true);
+    return Status::ok();
+}
+
+// The language that runs the script prints the text with the failure.
+Status error(const CommandCall& call, Value&)
+{
+    return Status::failure(joinedTexts(call));
+}
+
+const FlagRow kUndoInfoFlags[] = {
+    {"chunkName", "cn", "s"}, {"closeChunk", "cck"}, {"infinity", "in", "b"},          {"length", "l", "i"},
+    {"openChunk", "ock"},     {"state", "st", "b"},  {"stateWithoutFlush", "swf", "b"}, {"undoQueueEmpty", "uqe"},
+};
+
+// There is no undo: chunks and switches are taken and change nothing, questions are answered so.
+Status undoInfo(const CommandCall& call, Value& result)
+{
+    if (!call.isQuery())
+        return Status::ok();
+    if (call.has("chunkName"))
+        result = Value("");
+    else if (call.has("length"))
+        result = Value(0);
+    else
+        result = Value(call.has("undoQueueEmpty"));
+    return Status::ok();
+}
+
+Status undo(const CommandCall& call, Value&)
+{
+    return call.fail("There is nothing to undo: this host keeps no undo queue.");
+}
+
+const FlagRow kUnitFlags[] = {{"angle", "a", "s"}, {"linear", "l", "s"}, {"time", "t", "s"}};
+
+Status currentUnit(const CommandCall& call, Value& result)
+{
+    struct Unit
+    {
+        const char* flag;
+        const char* shortName;
+        const char* longName;
+    };
+    static const Unit kUnits[] = {{"angle", "deg", "degree"}, {"linear", "cm", "centimeter"}, {"time", "film", "film"}};
+    for (const Unit& unit : kUnits) {
+        if (!call.has(unit.flag))
+            continue;
+        if (call.isQuery()) {
+            result = Value(unit.shortName);
+            return Status::ok();
+        }
+        const std::string wanted = call.text(unit.flag);
+        if (wanted != unit.shortName && wanted != unit.longName)
+            return call.fail(std::string("The ") + unit.flag + " unit is always " + unit.longName + ".");
+    }
+    return Status::ok();
+}
+
+const FlagRow kUpAxisFlags[] = {{"axis", "ax", "s"}, {"rotateView", "rv"}};
+
+Status upAxis(const CommandCall& call, Value& result)
+{
+    if (call.isQuery())
+        result = Value("y");
+    else if (call.text("axis", "y") != "y")
+        return call.fail("The up axis is always y.");
+    return Status::ok();
+}
+
+const FlagRow kTimeFlags[] = {{"update", "u", "b"}};
+
+Status currentTime(const CommandCall& call, Value& result)
+{
+    Scene& scene = call.scene();
+    const Plug time = scene.findPlug(scene.timeNode(), "outTime");
+    if (!call.isQuery()) {
+        if (call.args().size() != 1 || !call.args()[0].isNumber())
+            return call.fail("Needs a time.");
+        scene.setNumber(time, call.args()[0].number());
+    }
+    result = Value(scene.number(time));
+    return Status::ok();
+}
+
+const Command kMiscCommands[] = {
+    {"about", kAboutFlags, countOf(kAboutFlags), about, "Facts about the program."},
+    {"currentTime", kTimeFlags, countOf(kTimeFlags), currentTime, "Gets and sets the time."},
+    {"currentUnit", kUnitFlags, countOf(kUnitFlags), currentUnit, "The units in use."},
+    {"error", kMessageFlags, countOf(kMessageFlags), error, "Stops a script with a text."},
+    {"redo", nullptr, 0, undo, "Refused: there is no undo."},
+    {"undo", nullptr, 0, undo, "Refused: there is no undo."},
+    {"undoInfo", kUndoInfoFlags, countOf(kUndoInfoFlags), undoInfo, "Takes undo chunks."},
+    {"upAxis", kUpAxisFlags, countOf(kUpAxisFlags), upAxis, "The up axis."},
+    {"warning", kMessageFlags, countOf(kMessageFlags), warning, "Shows a warning."},
+};
+
+}  // namespace
+
+CommandTable miscCommands()
+{
+    return {kMiscCommands, std::size(kMiscCommands)};
+}
+
+}  // namespace torvel

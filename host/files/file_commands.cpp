@@ -1,0 +1,138 @@
+#include "files/file_commands.h"
+
+#include <filesystem>
+
+#include "commands/session.h"
+#include "files/file_io.h"
+#include "files/scene_files.h"
+
+namespace torvel {
+namespace {
+
+const FlagRow kFileFlags[] = {
+    {"newFile", "new", "", kCreate},
+    {"open", "o", "", kCreate},
+    {"save", "s", "", kCreate},
+    {"rename", "rn", "s", kCreate},
+    {"force", "f", "", kCreate},
+    {"type", "typ", "s"},
+    {"sceneName", "sn", "", kQuery},
+    {"shortName", "shn", "", kQuery},
+    {"modified", "mf", "b"},
+    {"anyModified", "amf", "", kQuery},
+    {"exists", "ex", "", kQuery},
+    // Taken for the scripts that give them; they change nothing here.
+    {"options", "op", "s"},
+    {"prompt", "pmt", "b"},
+    {"ignoreVersion", "iv", "", kCreate},
+    {"executeScriptNodes", "esn", "b", kCreate},
+    {"loadReferenceDepth", "lrd", "s", kCreate},
+    // Refused by name.
+    {"import", "i", "", kCreate},
+    {"reference", "r", "", kCreate},
+    {"exportAll", "ea", "", kCreate},
+    {"exportSelected", "es", "", kCreate},
+    {"removeReference", "rr", "", kCreate},
+    {"loadReference", "lr", "s", kCreate},
+    {"unloadReference", "ur", "s", kCreate},
+};
+
+const char* const kRefused[] = {"import",          "reference",     "exportAll",      "exportSelected",
+                                "removeReference", "loadReference", "unloadReference"};
+
+std::string firstText(const CommandCall& call)
+{
+    const std::vector<std::string> texts = call.texts();
+    return texts.empty() ? std::string() : texts.front();
+}
+
+Status checkType(const CommandCall& call)
+{
+    const std::string type = call.text("type", "mayaAscii");
+    if (type == "mayaAscii" || type == "Maya ASCII")
+        return Status::ok();
+    return call.fail("the file type '" + type + "' is not supported; only mayaAscii is");
+}
+
+Status query(const CommandCall& call, Value& result)
+{
+    const std::string& path = call.scene().fileName;
+    if (call.has("sceneName"))
+        result = Value(path);
+    else if (call.has("shortName"))
+        result = Value(std::filesystem::path(path).filename().string());
+    else if (call.has("modified") || call.has("anyModified"))
+        result = Value(call.scene().modified);
+    else if (call.has("type"))
+        result = Value(Value::List{Value("mayaAscii")});
+    else if (call.has("exists"))
+        result = Value(std::filesystem::exists(firstText(call)));
+    else
+        return call.fail("nothing to query: give sceneName, shortName, modified, type or exists");
+    return Status::ok();
+}
+
+Status open(const CommandCall& call, Value& result)
+{
+    const std::string path = firstText(call);
+    if (path.empty())
+        return call.fail("open needs the path of a file");
+    if (const Status status = openScene(call.session(), path); !status)
+        return status;
+    result = Value(call.scene().fileName);
+    return Status::ok();
+}
+
+Status save(const CommandCall& call, Value& result)
+{
+    const std::string path = call.scene().fileName;
+    if (path.empty())
+        return call.fail("the scene has no name; give it one with rename");
+    if (const Status status = saveScene(call.scene(), path); !status)
+        return status;
+    result = Value(call.scene().fileName);
+    return Status::ok();
+}
+
+Status run(const CommandCall& call, Value& result)
+{
+    if (call.isQuery())
+        return query(call, result);
+    for (const char* flag : kRefused)
+        if (call.has(flag))
+            return call.fail(std::string("flag '") + flag + "' is not supported");
+    if (const Status status = checkType(call); !status)
+        return status;
+    const bool replaces = call.has("newFile") || call.has("open");
+    if (replaces && call.scene().modified && !call.has("force"))
+        return Status::failure("Unsaved changes.");
+    if (call.has("open"))
+        return open(call, result);
+    if (call.has("newFile")) {
+        newScene(call.session());
+        result = Value("untitled");
+        return Status::ok();
+    }
+    if (call.has("rename")) {
+        call.scene().fileName = absolutePath(call.text("rename"));
+        result = Value(call.scene().fileName);
+    }
+    if (call.has("modified"))
+        call.scene().modified = call.flag("modified");
+    if (call.has("save"))
+        return save(call, result);
+    const bool did = call.has("rename") || call.has("modified") || call.has("type");
+    return did ? Status::ok() : call.fail("nothing to do: give newFile, open, save or rename");
+}
+
+const Command kFileCommands[] = {
+    {"file", kFileFlags, countOf(kFileFlags), run, "Makes, opens and saves scenes as Maya ASCII files."}};
+
+}  // namespace
+
+CommandTable fileCommands()
+{
+    return {kFileCommands, std::size(kFileCommands)};
+}
+
+}  // namespace torvel

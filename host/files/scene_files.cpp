@@ -1,0 +1,56 @@
+#include "files/scene_files.h"
+
+#include <filesystem>
+
+#include "commands/session.h"
+#include "files/file_io.h"
+#include "files/scene_reader.h"
+#include "files/scene_writer.h"
+#include "files/text_codes.h"
+#include "nodes/default_nodes.h"
+
+namespace torvel {
+
+Status openScene(Session& session, const std::string& path)
+{
+    const std::string full = absolutePath(path);
+    std::string text;
+    if (const Status status = loadFile(full, text); !status)
+        return status;
+    toUtf8(text);
+    Scene& scene = session.scene();
+    Scene fresh(scene.types(), scene.log());
+    fresh.succeed(scene);
+    createDefaultNodes(fresh);
+    OpenReport report;
+    const std::string name = std::filesystem::path(full).filename().string();
+    if (const Status status = readSceneText(fresh, text, name, report); !status)
+        return status;
+    fresh.fileName = full;
+    fresh.modified = false;
+    scene.takeContents(fresh);
+    if (const std::string told = report.text(); !told.empty())
+        session.log().write(report.skippedCount || report.noEndLine ? Channel::Warning : Channel::Info,
+                            name + ": " + told);
+    return Status::ok();
+}
+
+void newScene(Session& session)
+{
+    Scene& scene = session.scene();
+    scene.clear();
+    createDefaultNodes(scene);
+    scene.modified = false;
+}
+
+Status saveScene(Scene& scene, const std::string& path)
+{
+    const std::string full = absolutePath(path);
+    if (const Status status = replaceFile(full, sceneToText(scene)); !status)
+        return status;
+    scene.fileName = full;
+    scene.modified = false;
+    return Status::ok();
+}
+
+}  // namespace torvel

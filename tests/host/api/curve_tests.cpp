@@ -1,0 +1,83 @@
+#include <maya/MDoubleArray.h>
+#include <maya/MFnNurbsCurve.h>
+#include <maya/MPoint.h>
+#include <maya/MPointArray.h>
+
+#include "host/api/api_scene.h"
+
+namespace torvel::test {
+namespace {
+
+class CurveTest : public ApiTest
+{
+protected:
+    MObject makeSquare(MFnNurbsCurve& fn, const MObject& parent = MObject::kNullObj, unsigned int knotCount = 5,
+                       MStatus* status = nullptr)
+    {
+        MPointArray points;
+        for (const double x : {-1.0, 1.0})
+            points.append(x, 0, x), points.append(x, 0, -x);
+        points.append(points[0]);
+        MDoubleArray knots;
+        for (unsigned int i = 0; i < knotCount; ++i)
+            knots.append(i);
+        return fn.create(points, knots, 1, MFnNurbsCurve::kOpen, false, false, parent, status);
+    }
+};
+
+TEST_F(CurveTest, createWithoutParentGivesTheTransformAndAttachesToTheShape)
+{
+    MFnNurbsCurve fn;
+    const MObject made = makeSquare(fn);
+    EXPECT_EQ(nameOf(made), "curve1");
+    EXPECT_TRUE(made.hasFn(MFn::kTransform));
+    EXPECT_EQ(text(fn.fullPathName()), "|curve1|curveShape1");
+    EXPECT_EQ(fn.numCVs(), 5);
+    EXPECT_EQ(fn.degree(), 1);
+    EXPECT_EQ(fn.numSpans(), 4);
+    EXPECT_EQ(fn.form(), MFnNurbsCurve::kOpen);
+}
+
+TEST_F(CurveTest, createBelowATransformGivesTheShape)
+{
+    const MObject parent = make("transform", "holder");
+    MFnNurbsCurve fn;
+    const MObject made = makeSquare(fn, parent);
+    EXPECT_EQ(made.apiType(), MFn::kNurbsCurve);
+    EXPECT_TRUE(MFnDagNode(parent).hasChild(made));
+}
+
+TEST_F(CurveTest, aWrongKnotCountMakesNothing)
+{
+    const std::size_t before = scene.scene().nodeCount();
+    MFnNurbsCurve fn;
+    MStatus status;
+    EXPECT_TRUE(makeSquare(fn, MObject::kNullObj, 6, &status).isNull());
+    EXPECT_EQ(status, MS::kInvalidParameter);
+    EXPECT_EQ(scene.scene().nodeCount(), before);
+}
+
+TEST_F(CurveTest, pointsAreReadAndWrittenInBothSpaces)
+{
+    MFnNurbsCurve made;
+    makeSquare(made);
+    scene.set("curve1.translate", 10, 0, 0);
+    MFnNurbsCurve fn(path("curve1"));
+    MPointArray points;
+    EXPECT_TRUE(fn.getCVs(points, MSpace::kWorld));
+    ASSERT_EQ(points.length(), 5u);
+    EXPECT_TRUE(points[0].isEquivalent(MPoint(9, 0, -1)));
+    EXPECT_TRUE(fn.getCVs(points));
+    for (unsigned int i = 0; i < points.length(); ++i)
+        points[i] *= 3.0;
+    EXPECT_TRUE(fn.setCVs(points, MSpace::kObject));
+    EXPECT_TRUE(fn.updateCurve());
+    fn.getCVs(points);
+    EXPECT_TRUE(points[0].isEquivalent(MPoint(-3, 0, -3)));
+    points.setLength(2);
+    EXPECT_FALSE(fn.setCVs(points));
+    EXPECT_FALSE(made.getCVs(points, MSpace::kWorld)) << "an object has no path";
+}
+
+}  // namespace
+}  // namespace torvel::test

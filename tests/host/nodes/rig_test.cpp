@@ -1,0 +1,98 @@
+// Numbers stored in rigs that others made. TORVEL_RIGS names their folder; without it nothing is compared.
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "files/scene_reader.h"
+#include "node_scene.h"
+#include "nodes/default_nodes.h"
+
+namespace torvel::test {
+
+class RigTest : public NodeScene
+{
+protected:
+    /// False when the file is not at hand.
+    bool open(const std::string& name)
+    {
+        const char* folder = std::getenv("TORVEL_RIGS");
+        std::ifstream file(std::string(folder ? folder : "") + "/" + name, std::ios::binary);
+        if (!folder || !file)
+            return false;
+        std::ostringstream text;
+        text << file.rdbuf();
+        createDefaultNodes(scene);
+        OpenReport report;
+        const Status status = readSceneText(scene, text.str(), name, report);
+        EXPECT_TRUE(status) << status.text();
+        return true;
+    }
+    std::vector<NodeHandle> allOf(const char* type) const
+    {
+        std::vector<NodeHandle> out;
+        for (NodeHandle node : scene.allNodes())
+            if (scene.isType(node, type))
+                out.push_back(node);
+        return out;
+    }
+    bool hasBindPose(NodeHandle joint) const { return scene.storedData(Plug(joint, jointAttrs().bindPose)) != nullptr; }
+    M44d bindPose(NodeHandle joint) const { return scene.matrix(Plug(joint, jointAttrs().bindPose)); }
+    int jointsAtTheirBindPose() const
+    {
+        int count = 0;
+        for (NodeHandle joint : allOf("joint"))
+            if (hasBindPose(joint) && nearlyEqual(worldMatrix(scene, joint), bindPose(joint), 1e-6))
+                ++count;
+        return count;
+    }
+};
+
+struct PosedRig
+{
+    const char* file;
+    int joints;
+};
+
+class PosedRigs : public RigTest, public ::testing::WithParamInterface<PosedRig>
+{
+};
+
+TEST_P(PosedRigs, JointsStandWhereTheirBindPoseSays)
+{
+    if (!open(GetParam().file))
+        GTEST_SKIP() << GetParam().file << " is not at hand (TORVEL_RIGS)";
+    EXPECT_EQ(jointsAtTheirBindPose(), GetParam().joints);
+}
+
+INSTANTIATE_TEST_SUITE_P(Stored, PosedRigs,
+                         ::testing::Values(PosedRig{"skeleton.ma", 89}, PosedRig{"plane_skinned.ma", 6},
+                                           PosedRig{"UsdExportSkeletonAtSceneRoot.ma", 3}));
+
+class SkinnedRigs : public RigTest, public ::testing::WithParamInterface<const char*>
+{
+};
+
+TEST_P(SkinnedRigs, BindMatricesAreInversesOfBindPoses)
+{
+    if (!open(GetParam()))
+        GTEST_SKIP() << GetParam() << " is not at hand (TORVEL_RIGS)";
+    int compared = 0;
+    for (NodeHandle skin : allOf("skinCluster")) {
+        const Plug matrices = plug(skin, "matrix"), inverses = plug(skin, "bindPreMatrix");
+        for (const std::int32_t i : scene.elementIndices(matrices)) {
+            const NodeHandle joint = scene.source(scene.element(matrices, i)).node;
+            if (!isJoint(scene, joint) || !hasBindPose(joint))
+                continue;
+            ++compared;
+            const M44d inverse = scene.matrix(scene.element(inverses, i));
+            EXPECT_TRUE(nearlyEqual(inverseOf(inverse), bindPose(joint), 1e-5)) << scene.node(joint)->name;
+        }
+    }
+    EXPECT_GT(compared, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Stored, SkinnedRigs,
+                         ::testing::Values("rig01.ma", "plane_skinned.ma", "bindTransformsExport.ma",
+                                           "rig_rlessard_example01.ma", "UsdExportSkeletonAtSceneRoot.ma"));
+
+}  // namespace torvel::test

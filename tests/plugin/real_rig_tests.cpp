@@ -1,0 +1,102 @@
+// Freeze Rotations on rigs that others made. TORVEL_RIGS names the folder of the scenes; without
+// it, or without the file, the case is skipped.
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "plugin/rig_state.h"
+
+namespace torvel::test {
+
+namespace {
+
+std::string rigPath(const std::string& file) {
+    const char* folder = std::getenv("TORVEL_RIGS");
+    if (!folder || !*folder)
+        return {};
+    const std::filesystem::path path = std::filesystem::path(folder) / file;
+    return std::filesystem::exists(path) ? path.string() : std::string();
+}
+
+}  // namespace
+
+class RealRigTest : public PluginScene, public ::testing::WithParamInterface<const char*> {
+  public:
+    void open(const std::string& path) {
+        python("cmds.file('" + path + "', open=True, force=True)");
+        forget();
+    }
+
+    /// The skinned joints, each once, in the order of clusters and influences.
+    Lines influences() {
+        Lines all;
+        for (const auto& [cluster, sources] : stateOf(*this).influences) {
+            for (const auto& [index, path] : sources) {
+                if (!path.empty() && std::find(all.begin(), all.end(), path) == all.end())
+                    all.push_back(path);
+            }
+        }
+        return all;
+    }
+
+    /// The skeleton's own meshes with every cluster switched off.
+    std::map<std::string, Points> restShapes() {
+        const RigState state = stateOf(*this);
+        for (const auto& [cluster, weights] : state.weights)
+            scene().setNumber(plug(cluster, "nodeState"), 1.0);
+        const std::map<std::string, Points> rest = stateOf(*this).meshes;
+        for (const auto& [cluster, weights] : state.weights)
+            scene().setNumber(plug(cluster, "nodeState"), 0.0);
+        return rest;
+    }
+
+    void freezeAndCompare(const std::string& path, const Lines& selection, bool all) {
+        open(path);
+        RigState before = stateOf(*this);
+        const std::map<std::string, Points> rest = restShapes();
+        freeze(selection, all);
+        ASSERT_EQ(messages().back(),
+                  "info: Freeze Rotations completado. El skinning se ha conservado.");
+        const RigState after = stateOf(*this);
+        expectSameSkeletons(after, before);
+        for (const auto& [mesh, points] : after.meshes) {
+            SCOPED_TRACE(mesh);
+            const Points& expected = wasBound(mesh) ? rest.at(mesh) : before.meshes.at(mesh);
+            expectPoints(points, expected, 1e-5);
+        }
+    }
+
+    /// Whether the last click bound this mesh again.
+    bool wasBound(const std::string& mesh) {
+        const Lines said = messages();
+        return std::find(said.begin(), said.end(), "info: Binding skin to: " + mesh) != said.end();
+    }
+};
+
+TEST_P(RealRigTest, EverySelectionKeepsTheSkin) {
+    const std::string path = rigPath(GetParam());
+    if (path.empty())
+        GTEST_SKIP() << GetParam() << " is not at hand (TORVEL_RIGS)";
+    open(path);
+    const Lines joints = influences();
+    ASSERT_FALSE(joints.empty());
+    const Lines selections[] = {{joints.front()}, {joints.back()}, joints};
+    for (const Lines& selection : selections) {
+        for (bool all : {false, true}) {
+            SCOPED_TRACE(selection.front() + (all ? " with" : " without") + " the box, " +
+                         std::to_string(selection.size()) + " selected");
+            freezeAndCompare(path, selection, all);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, RealRigTest,
+                         ::testing::Values("UsdExportSkeletonAtSceneRoot.ma", "plane_skinned.ma",
+                                           "bindTransformsExport.ma", "rig_rlessard_example01.ma"),
+                         [](const ::testing::TestParamInfo<const char*>& info) {
+                             std::string name = info.param;
+                             name.resize(name.rfind('.'));
+                             return name;
+                         });
+
+}  // namespace torvel::test
