@@ -27,7 +27,8 @@ def main_window():
 
 def open_tool():
     """Clicks the menu item as a person would; returns the window."""
-    menu = main_window().findChild(QtWidgets.QMenu, "TorvelPlugin")
+    main = main_window()  # kept: PySide2 lets go of a child together with its parent's wrapper
+    menu = main.findChild(QtWidgets.QMenu, "TorvelPlugin")
     if menu is None:
         raise RuntimeError("the plug-in's menu is missing")
     for action in menu.actions():

@@ -20,6 +20,7 @@ CLI::Option* repeatable(CLI::App& app, const char* name, std::vector<std::string
                         const char* help) {
     return app.add_option(name, target, help)
         ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 

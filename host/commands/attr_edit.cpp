@@ -9,7 +9,7 @@ namespace torvel {
 namespace {
 
 const FlagRow kAddFlags[] = {
-    {"attributeType", "at", "s"},     {"cachedInternally", "ci", "b"}, {"category", "ct", "s", kAllModes, true},
+    {"attributeType", "at", "s"},     {"cachedInternally", "ci", "b"}, {"category", "ct", "s", kCreate | kEdit, true},
     {"dataType", "dt", "s"},          {"defaultValue", "dv", "d"},     {"disconnectBehaviour", "dcb", "i"},
     {"enumName", "en", "s"},          {"exists", "ex"},                {"hidden", "h", "b"},
     {"hasMaxValue", "hxv", "b"},      {"hasMinValue", "hnv", "b"},     {"indexMatters", "im", "b"},
@@ -341,7 +341,7 @@ Status attributeQuery(const CommandCall& call, Value& result)
 const FlagRow kListAttrFlags[] = {
     {"array", "a"},     {"channelBox", "cb"}, {"connectable", "c"}, {"keyable", "k"},
     {"locked", "l"},    {"multi", "m"},       {"output", "o"},      {"read", "r"},       {"scalar", "s"},
-    {"settable", "se"}, {"shortNames", "sn"}, {"string", "st", "s", kAllModes, true},    {"unlocked", "u"},
+    {"settable", "se"}, {"shortNames", "sn"}, {"string", "st", "s", kCreate | kEdit, true},    {"unlocked", "u"},
     {"userDefined", "ud"}, {"visible", "v"},  {"write", "w"},
 };
 

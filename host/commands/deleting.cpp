@@ -10,7 +10,7 @@ namespace torvel {
 namespace {
 
 const FlagRow kDeleteFlags[] = {
-    {"all", "all"}, {"attribute", "at", "s", kAllModes, true}, {"channels", "c"}, {"constraints", "cn"},
+    {"all", "all"}, {"attribute", "at", "s", kCreate | kEdit, true}, {"channels", "c"}, {"constraints", "cn"},
     {"constructionHistory", "ch"},
 };
 

@@ -92,6 +92,8 @@ public:
     {
         for (const Step& step : m_steps)
             step.plan.apply(m_scene);
+        for (const auto& [locator, pushed] : m_locators)
+            moveLocator(locator, pushed);
         for (const PointStep& step : m_points)
             if (Status done = movePoints(m_scene, step.set, step.points); !done)
                 return done;
@@ -214,6 +216,10 @@ private:
             return Status::ok();
         if (m_scene.instanceCount(node) > 1)
             return refuse(m_scene.names().shortest(node) + " is instanced");
+        if (m_scene.isType(node, "locator")) {
+            m_locators.emplace_back(node, pushed);
+            return Status::ok();
+        }
         PointStep step;
         step.set = allPoints(m_scene, node);
         step.points = shapePoints(m_scene, node);
@@ -224,11 +230,20 @@ private:
         return Status::ok();
     }
 
+    // A cross has a place and a size of its own, but no rotation.
+    void moveLocator(NodeHandle locator, const M44d& pushed)
+    {
+        const Plug position = m_scene.findPlug(locator, "localPosition"), size = m_scene.findPlug(locator, "localScale");
+        m_scene.setVec3(position, m_scene.vec3(position) * pushed);
+        m_scene.setVec3(size, m_scene.vec3(size) * decompose(pushed).scale);
+    }
+
     const CommandCall& m_call;
     Scene& m_scene;
     const Parts& m_parts;
     std::vector<Step> m_steps;
     std::vector<PointStep> m_points;
+    std::vector<std::pair<NodeHandle, M44d>> m_locators;
 };
 
 Status makeIdentity(const CommandCall& call, Value&)

@@ -11,12 +11,12 @@ namespace {
 const FlagRow kLsFlags[] = {
     {"allPaths", "ap"},        {"assemblies", "as"},  {"cameras", "ca"},
     {"dagObjects", "dag"},     {"dependencyNodes", "dep"},
-    {"exactType", "et", "s", kAllModes, true},        {"geometry", "g"},
+    {"exactType", "et", "s", kCreate | kEdit, true},        {"geometry", "g"},
     {"head", "hd", "i"},       {"intermediateObjects", "io"},                {"invisible", "iv"},
     {"long", "l"},             {"lockedNodes", "ln"}, {"noIntermediate", "ni"},
     {"objectsOnly", "o"},      {"recursive", "r"},    {"selection", "sl"},   {"sets", "set"},
     {"shapes", "s"},           {"shortNames", "sn"},  {"showType", "st"},    {"tail", "tl", "i"},
-    {"transforms", "tr"},      {"type", "typ", "s", kAllModes, true},        {"uuid", "uid"},
+    {"transforms", "tr"},      {"type", "typ", "s", kCreate | kEdit, true},        {"uuid", "uid"},
     {"visible", "v"},
 };
 

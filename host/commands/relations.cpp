@@ -23,7 +23,7 @@ Value listOrNone(const std::vector<std::string>& names)
 const FlagRow kRelativeFlags[] = {
     {"allDescendents", "ad"}, {"allParents", "ap"}, {"children", "c"}, {"fullPath", "f"},
     {"noIntermediate", "ni"}, {"parent", "p"},      {"path", "pa"},    {"shapes", "s"},
-    {"type", "typ", "s", kAllModes, true},
+    {"type", "typ", "s", kCreate | kEdit, true},
 };
 
 void childrenFirst(const Scene& scene, NodeHandle top, std::vector<NodeHandle>& out)

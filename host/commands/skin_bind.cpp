@@ -51,6 +51,17 @@ NodeHandle lastUsedPose(const Scene& scene, const std::vector<NodeHandle>& nodes
     return {};
 }
 
+// The bind pose that the skeleton is at, with all members in it; a new one when there is none.
+Status poseFor(Scene& scene, const std::vector<NodeHandle>& members, NodeHandle& pose)
+{
+    pose = lastUsedPose(scene, members);
+    if (pose.isNull())
+        return createPose(scene, members, true, "", pose);
+    for (NodeHandle node : members)
+        addToPose(scene, pose, node);
+    return Status::ok();
+}
+
 std::vector<NodeHandle> nodesOf(const std::vector<Influence>& influences)
 {
     std::vector<NodeHandle> out;
@@ -164,14 +175,9 @@ private:
     Status pose(const std::vector<NodeHandle>& influences)
     {
         const std::vector<NodeHandle> members = withJointParents(m_scene, influences);
-        NodeHandle pose = lastUsedPose(m_scene, members);
-        if (pose.isNull()) {
-            if (const Status made = createPose(m_scene, members, true, "", pose); !made)
-                return made;
-        } else {
-            for (NodeHandle node : members)
-                addToPose(m_scene, pose, node);
-        }
+        NodeHandle pose;
+        if (const Status found = poseFor(m_scene, members, pose); !found)
+            return found;
         lockGeometryChannels(m_scene, m_shape, true);
         return m_scene.connect(m_scene.findPlug(pose, "message"), plug("bindPose"));
     }
@@ -204,8 +210,8 @@ Status refreshBindPose(Scene& scene, NodeHandle cluster)
         return Status::ok();
     }
     NodeHandle pose;
-    if (const Status made = createPose(scene, members, true, "", pose); !made)
-        return made;
+    if (const Status found = poseFor(scene, members, pose); !found)
+        return found;
     return scene.connect(scene.findPlug(pose, "message"), target);
 }
 

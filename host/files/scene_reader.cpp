@@ -429,6 +429,8 @@ Plug SceneReader::findPlug(std::string_view text, bool nextAvailable)
         return opaque(handle, path, nextAvailable);
     if (nextAvailable && m_scene.isArrayPlug(plug))
         return m_scene.element(plug, m_scene.nextAvailable(plug));
+    if (m_scene.isArrayPlug(plug) && m_scene.info(plug).is(kOutput))
+        return m_scene.element(plug, 0);  // files write "joint1.wm" for the first element
     return plug;
 }
 

@@ -157,7 +157,8 @@ public:
     bool isSettable(const Plug& plug) const;
 
     // --- connections -----------------------------------------------------------------------------------------
-    /// Makes one connection; the target must be free (use disconnectTarget for force). Inserts no conversion nodes.
+    /// Makes one connection; the target must be free. Inserts no conversion nodes. As a source, worldMatrix and its
+    /// kin named without an index mean element 0 (here, in disconnect and in isConnected).
     Status connect(const Plug& source, const Plug& target);
     /// What connect refuses about the two plugs themselves: missing, not readable, not writable, of unlike types.
     Status checkConnection(const Plug& source, const Plug& target) const;
@@ -167,7 +168,7 @@ public:
     /// Source on the plug or on a compound/array above it (then the matching child of that source).
     Plug effectiveSource(const Plug& target) const;
     const std::vector<Plug>& targets(const Plug& source) const;
-    bool isConnected(const Plug& source, const Plug& target) const { return this->source(target) == source; }
+    bool isConnected(const Plug& source, const Plug& target) const;
     struct Connection
     {
         Plug source, target;

@@ -2,6 +2,7 @@
 #include <charconv>
 
 #include "graph/scene.h"
+#include "graph/slot_walk.h"
 
 namespace torvel {
 namespace {
@@ -49,6 +50,24 @@ Plug below(const Plug& plug, AttrIndex attr)
     return out;
 }
 
+// Makes room for one more attribute in the elements that an array has already.
+void growElements(Node& node, AttrIndex parent)
+{
+    const AttrIndex owner = parent == kNoAttr ? kNoAttr : node.attr(parent).arrayOwner;
+    if (owner == kNoAttr)
+        return;
+    const std::uint32_t size = node.attr(owner).elementSize;
+    walkNode(node, [&](const Plug& plug, Slot& slot) {
+        if (plug.attr != owner || !slot.array)
+            return;
+        for (std::unique_ptr<Slot[]>& block : slot.array->elements) {
+            auto larger = std::make_unique<Slot[]>(size + 1);
+            std::move(block.get(), block.get() + size, larger.get());
+            block = std::move(larger);
+        }
+    });
+}
+
 }  // namespace
 
 const AttrInfo& Scene::info(const Plug& plug) const
@@ -79,6 +98,7 @@ Status Scene::addAttribute(NodeHandle handle, const AttrInfo& wanted, AttrIndex 
     if (parent != kNoAttr && parent < first)
         return Status::failure("addAttr: the parent of '" + info.longName + "' is no dynamic attribute");
     info.flags |= kDynamic;
+    growElements(*n, parent);
     made = layOutAttribute(n->dynamic->attrs, n->dynamic->slotCount, std::move(info), parent, first);
     const AttrInfo& stored = n->attr(made);
     n->dynamic->byName[stored.longName] = made;
@@ -118,6 +138,7 @@ Plug Scene::opaquePlug(NodeHandle handle, std::string_view attrPath)
             const AttrIndex first = static_cast<AttrIndex>(n->type->attrs.size());
             if (parent != kNoAttr && parent < first)
                 return {};  // the host knows the compound but not this child
+            growElements(*n, parent);
             found = layOutAttribute(n->dynamic->attrs, n->dynamic->slotCount, std::move(info), parent, first);
             if (parent == kNoAttr)
                 n->dynamic->byName.emplace(std::string(step.name), found);

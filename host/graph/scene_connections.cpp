@@ -36,6 +36,12 @@ bool areCompatible(const Scene& scene, const Plug& source, const Plug& target)
     return from.type == AttrType::Text || to.type == AttrType::Text;
 }
 
+// A world matrix named without an index means that of the first path.
+Plug firstPath(const Scene& scene, const Plug& source)
+{
+    return scene.info(source).is(kPerInstance) && scene.isArrayPlug(source) ? scene.element(source, 0) : source;
+}
+
 }  // namespace
 
 Status Scene::checkConnection(const Plug& source, const Plug& target) const
@@ -55,8 +61,9 @@ Status Scene::checkConnection(const Plug& source, const Plug& target) const
     return Status::ok();
 }
 
-Status Scene::connect(const Plug& source, const Plug& target)
+Status Scene::connect(const Plug& given, const Plug& target)
 {
+    const Plug source = firstPath(*this, given);
     if (const Status refused = checkConnection(source, target); !refused)
         return refused;
     const Plug old = this->source(target);
@@ -82,8 +89,14 @@ Status Scene::connect(const Plug& source, const Plug& target)
     return Status::ok();
 }
 
-Status Scene::disconnect(const Plug& source, const Plug& target)
+bool Scene::isConnected(const Plug& source, const Plug& target) const
 {
+    return this->source(target) == firstPath(*this, source) && !source.isNull();
+}
+
+Status Scene::disconnect(const Plug& given, const Plug& target)
+{
+    const Plug source = firstPath(*this, given);
     if (this->source(target).isNull() || this->source(target) != source)
         return Status::failure("There is no connection from '" + plugName(source) + "' to '" + plugName(target) +
                                "' to disconnect");

@@ -98,8 +98,12 @@ void evaluateCurve(Evaluation& e)
         evaluateWorldSpace(e);
     } else if (output == a.degree || output == a.spans || output == a.form) {
         const CurvePtr curve = shapeOf(e);
-        const int value = !curve ? 0 : output == a.degree ? curve->degree : output == a.spans ? curve->spans : curve->form;
-        e.set(output, static_cast<double>(value));
+        if (curve)
+            e.set(output, static_cast<double>(output == a.degree  ? curve->degree
+                                              : output == a.spans ? curve->spans
+                                                                  : curve->form));
+        else
+            e.set(output, 0.0);
     } else {
         evaluateDagNode(e);
     }

@@ -3,6 +3,12 @@
 #if defined(__SSE2__) || defined(_M_X64)
 #include <xmmintrin.h>
 #endif
+#if defined(__x86_64__) && defined(__GNUC__)
+#include <immintrin.h>
+/// Marks a function that may use fused multiply-add; to be called only where the processor has it.
+#define TORVEL_FUSED __attribute__((target("avx2,fma")))
+#define TORVEL_HAS_FUSED_LANES
+#endif
 
 /// Four floats that are worked on at once.
 namespace torvel {

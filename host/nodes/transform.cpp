@@ -15,7 +15,7 @@ AttrIndex attrOf(const char* type, const char* name)
 
 // --- reading inputs ----------------------------------------------------------------------------------------------
 
-// Inputs of the node under evaluation. Nodes without connections are read straight from their slots.
+// Inputs of the node under evaluation. What has no connection is read straight from its slot.
 class EvaluatedInputs
 {
 public:
@@ -23,10 +23,16 @@ public:
         : m_evaluation(evaluation), m_node(evaluation.node()), m_linked(m_node.linkedInputs != 0)
     {
     }
-    double number(AttrIndex attr) const { return m_linked ? m_evaluation.number(attr) : stored(attr); }
+    /// Of an attribute without a compound above it.
+    double number(AttrIndex attr) const
+    {
+        return m_linked && hasSource(attr) ? m_evaluation.number(attr) : stored(attr);
+    }
     V3d vec3(AttrIndex attr) const
     {
         const AttrIndex first = attr + 1;  // the children follow their compound
+        if (m_linked && hasSource(attr))
+            return {m_evaluation.number(first), m_evaluation.number(first + 1), m_evaluation.number(first + 2)};
         return {number(first), number(first + 1), number(first + 2)};
     }
     bool isFed(AttrIndex compound) const

@@ -83,8 +83,10 @@ TEST_F(DuplicationTest, ConstraintsAreNotCopied) {
 TEST_F(DuplicationTest, NamedTransformsStandAtTheTop) {
     makeChain(*this, {"a", "b"});
     select({"|a|b"});
-    EXPECT_EQ(createNamedTransform("home"), object("|home"));
-    EXPECT_EQ(createNamedTransform("home"), object("|home1"));
+    const MObject first = createNamedTransform("home");
+    const MObject second = createNamedTransform("home");
+    EXPECT_EQ(first, object("|home"));
+    EXPECT_EQ(second, object("|home1"));
     EXPECT_EQ(selected(), Lines{"|a|b"});
 }
 

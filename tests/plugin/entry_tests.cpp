@@ -111,7 +111,7 @@ TEST_F(EntryTest, InitialisingTwiceReplacesTheMenu) {
     void* library = dlopen(TORVEL_PLUGIN_PATH, RTLD_NOW | RTLD_NOLOAD);
     ASSERT_NE(library, nullptr);
     using Entry = MStatus (*)(MObject);
-    void* symbol = dlsym(library, "_Z16initializePluginN16OpenMaya202400007MObjectE");
+    void* symbol = dlsym(library, "initializePlugin");
     ASSERT_NE(symbol, nullptr);
     EXPECT_TRUE(reinterpret_cast<Entry>(symbol)(MObject()));
     finishDeletion();

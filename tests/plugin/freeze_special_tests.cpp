@@ -122,17 +122,17 @@ TEST_F(FreezeSpecialTest, ALeftoverParkingGroupCostsOneMoreClick) {
     EXPECT_EQ(nodeState("skinCluster1"), 0.0);
 }
 
+// The bind pose goes with the old joints; only the bind would make the next one.
 TEST_F(FreezeSpecialTest, ANamesakeOfTheRootKeepsTheBindAway) {
     makeLeg(*this);
     makeGroup(*this, "other");
     makeGroup(*this, "hip", "|other");
-    const RigState before = stateOf(*this);
+    RigState before = stateOf(*this);
+    before.nodes.erase(std::find(before.nodes.begin(), before.nodes.end(), "dagPose bindPose1"));
     freeze({"|hip"}, true);
     EXPECT_TRUE(contains(scripts(), bindLine("hip", "|leg|legShape") + " (failed)"));
     EXPECT_EQ(nodeState("skinCluster1"), 1.0);
-    const RigState after = stateOf(*this);
-    expectSameSkeletons(after, before);
-    expectSamePoints(after, before);
+    expectSameRig(stateOf(*this), before);
     EXPECT_EQ(messages().back(), closing());
 }
 

@@ -33,6 +33,9 @@ void expectSamePoints(const RigState& actual, const RigState& expected, double t
 void expectSameRig(const RigState& actual, const RigState& expected);
 
 Points pointsOf(PluginScene& scene, const std::string& shape);
+/// Largest distance between points of one number, as a share of the expected box's diagonal;
+/// infinite when the counts differ.
+double deviation(const Points& actual, const Points& expected);
 void expectPoints(const Points& actual, const Points& expected, double tolerance);
 M44d worldMatrixOf(PluginScene& scene, const std::string& path);
 /// The three rotate channels in degrees.

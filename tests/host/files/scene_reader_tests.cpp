@@ -85,7 +85,7 @@ TEST_F(SceneReader, AddAttrMakesCompoundsEnumsAndArrays)
 
 TEST_F(SceneReader, UnknownAttributesAndNodesAreKeptWordForWord)
 {
-    const std::string kept = "\tsetAttr \".someFutureThing[0:1].odd\" -type \"whoKnows\" {\"a\",\"b;\"} 1 2 ;\n";
+    const std::string kept = "\tsetAttr \".someFutureThing[0:1].odd\" -type \"whoKnows\" {\"a\",\"b;\"} 1 2;\n";
     const std::string shape = "createNode lavaLamp -n \"lampShape\" -p \"a\";\n\tsetAttr \".heat\" 5;\n";
     ASSERT_EQ(openBody("createNode transform -n \"a\";\n" + kept + shape +
                        "createNode bubbler -n \"bub\";\n\tsetAttr -s 2 \".in\";\n"

@@ -52,6 +52,10 @@ struct PosedRig
     const char* file;
     int joints;
 };
+void PrintTo(const PosedRig& rig, std::ostream* out)
+{
+    *out << rig.file;
+}
 
 class PosedRigs : public RigTest, public ::testing::WithParamInterface<PosedRig>
 {
