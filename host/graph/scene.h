@@ -103,7 +103,8 @@ public:
     Plug opaquePlug(NodeHandle handle, std::string_view attrPath);
     void deleteAttribute(NodeHandle handle, AttrIndex attr);
     const AttrInfo& info(const Plug& plug) const;
-    /// Resolves "translateX", "matrix[3]", "input[0].inputGeometry", "t.tx"; null plug when it does not exist. An array element need not exist yet.
+    /// Resolves "translateX", "matrix[3]", "input[0].inputGeometry", "t.tx"; null plug when it does not exist. An element need not exist
+    /// yet. An array named on the way without an index means its element 0.
     Plug findPlug(NodeHandle handle, std::string_view attrPath) const;
     /// "node.attr[3].child" with long (or short) names and the node's shortest unique path.
     std::string plugName(const Plug& plug, bool longNames = true) const;

@@ -213,6 +213,8 @@ Plug Scene::findPlug(NodeHandle handle, std::string_view attrPath) const
             if (!info.isArray())
                 return {};
             plug.index[info.arrayDepth - 1] = step.index;
+        } else if (info.isArray() && !attrPath.empty()) {
+            plug.index[info.arrayDepth - 1] = 0;  // "iog.og[1].gid" as files write it
         }
     }
     if (plug.attr == kNoAttr)
