@@ -118,7 +118,7 @@ Status setStates(const CommandCall& call, const Plug& plug)
     return Status::ok();
 }
 
-// "node.attr[0:3]" names a run of elements; the part before the bracket and both ends.
+// "node.attr[0:3]" names a run of elements: what stands before the bracket, and both ends.
 struct Run
 {
     std::string array;
