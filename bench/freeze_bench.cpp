@@ -43,7 +43,8 @@ void freezeClick(benchmark::State& state)
     const int joints = static_cast<int>(state.range(0)), side = static_cast<int>(state.range(1));
     for (auto _ : state) {
         state.PauseTiming();
-        torvel::Session session;
+        auto owned = std::make_unique<torvel::Session>();
+        torvel::Session& session = *owned;
         torvel::setUpSession(session);
         Scene& scene = session.scene();
         makeJoints(scene, joints);
@@ -57,12 +58,14 @@ void freezeClick(benchmark::State& state)
         state.ResumeTiming();
 
         window->btn_freezeRot->click();
-        const auto mesh = torvel::meshPoints(scene, shape);
+        auto mesh = torvel::meshPoints(scene, shape);
         benchmark::DoNotOptimize(mesh.get());
 
         state.PauseTiming();
         state.counters["vertices"] = mesh ? static_cast<double>(mesh->points.size()) : 0.0;
+        mesh.reset();
         delete window;
+        owned.reset();
         state.ResumeTiming();
     }
 }

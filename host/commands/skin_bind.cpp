@@ -57,8 +57,7 @@ Status poseFor(Scene& scene, const std::vector<NodeHandle>& members, NodeHandle&
     pose = lastUsedPose(scene, members);
     if (pose.isNull())
         return createPose(scene, members, true, "", pose);
-    for (NodeHandle node : members)
-        addToPose(scene, pose, node);
+    addToPose(scene, pose, members);
     return Status::ok();
 }
 

@@ -101,9 +101,10 @@ Status add(const CommandCall& call)
         return status;
     if (const Status status = call.objectsOrSelection(nodes); !status)
         return status;
-    for (NodeHandle node : nodes)
-        if (isTransform(call.scene(), node))
-            addToPose(call.scene(), pose, node);
+    nodes.erase(std::remove_if(nodes.begin(), nodes.end(),
+                               [&](NodeHandle node) { return !isTransform(call.scene(), node); }),
+                nodes.end());
+    addToPose(call.scene(), pose, nodes);
     return Status::ok();
 }
 

@@ -143,7 +143,7 @@ Status addInfluence(Scene& scene, NodeHandle cluster, NodeHandle node, const Add
     if (const Plug pose = scene.source(scene.findPlug(cluster, "bindPose")); !pose.isNull())
         for (NodeHandle member : withJointParents(scene, {node}))
             if (member == node || !resetMember(scene, pose.node, member))
-                addToPose(scene, pose.node, member);
+                addToPose(scene, pose.node, {member});
     return Status::ok();
 }
 

@@ -1,6 +1,8 @@
 #include "commands/skin_pose.h"
 
 #include <algorithm>
+#include <map>
+#include <set>
 
 #include "commands/dag_edit.h"
 #include "nodes/dag_pose.h"
@@ -15,18 +17,28 @@ Plug posePlug(const Scene& scene, NodeHandle pose, const char* attr, std::int32_
     return scene.element(scene.findPlug(pose, attr), element);
 }
 
-std::int32_t memberIndex(const Scene& scene, NodeHandle pose, NodeHandle node)
+// Members by node: a pose of a thousand joints asks for a thousand parents.
+class MemberTable
 {
-    for (const PoseMember& member : poseMembers(scene, pose))
-        if (member.node == node)
-            return member.logical;
-    return -1;
-}
+  public:
+    MemberTable(const Scene& scene, NodeHandle pose)
+    {
+        for (const PoseMember& member : poseMembers(scene, pose))
+            m_index.try_emplace(key(member.node), member.logical);
+    }
+    /// -1: no member.
+    std::int32_t find(NodeHandle node) const
+    {
+        const auto at = m_index.find(key(node));
+        return at == m_index.end() ? -1 : at->second;
+    }
+    void add(NodeHandle node, std::int32_t logical) { m_index.try_emplace(key(node), logical); }
 
-bool contains(const std::vector<NodeHandle>& list, NodeHandle node)
-{
-    return std::find(list.begin(), list.end(), node) != list.end();
-}
+  private:
+    using Key = std::pair<std::uint32_t, std::uint32_t>;
+    static Key key(NodeHandle node) { return {node.index, node.generation}; }
+    std::map<Key, std::int32_t> m_index;
+};
 
 // World matrices of joints come from their bindPose attribute, those of other nodes are held by the pose itself.
 void takeValues(Scene& scene, NodeHandle pose, NodeHandle node, std::int32_t at)
@@ -45,12 +57,12 @@ void takeValues(Scene& scene, NodeHandle pose, NodeHandle node, std::int32_t at)
         ignore(scene.connect(bindPose, target));
 }
 
-void linkParent(Scene& scene, NodeHandle pose, NodeHandle node, std::int32_t at)
+void linkParent(Scene& scene, NodeHandle pose, const MemberTable& table, NodeHandle node, std::int32_t at)
 {
     const Plug target = posePlug(scene, pose, "parents", at);
     if (!scene.source(target).isNull())
         ignore(scene.disconnect(scene.source(target), target));
-    const std::int32_t parent = memberIndex(scene, pose, parentOf(scene, node));
+    const std::int32_t parent = table.find(parentOf(scene, node));
     ignore(scene.connect(parent < 0 ? scene.findPlug(pose, "world") : posePlug(scene, pose, "members", parent), target));
 }
 
@@ -97,20 +109,23 @@ Status createPose(Scene& scene, const std::vector<NodeHandle>& nodes, bool bindP
     if (const Status made = scene.createNode("dagPose", wanted, {}, pose); !made)
         return made;
     scene.setNumber(scene.findPlug(pose, "bindPose"), bindPose ? 1.0 : 0.0);
-    for (NodeHandle node : nodes)
-        addToPose(scene, pose, node);
+    addToPose(scene, pose, nodes);
     return Status::ok();
 }
 
-void addToPose(Scene& scene, NodeHandle pose, NodeHandle node)
+void addToPose(Scene& scene, NodeHandle pose, const std::vector<NodeHandle>& nodes)
 {
-    std::int32_t at = memberIndex(scene, pose, node);
-    if (at < 0) {
-        at = scene.nextAvailable(scene.findPlug(pose, "members"));
-        ignore(scene.connect(scene.findPlug(node, "message"), posePlug(scene, pose, "members", at)));
-        linkParent(scene, pose, node, at);
+    MemberTable table(scene, pose);
+    for (NodeHandle node : nodes) {
+        std::int32_t at = table.find(node);
+        if (at < 0) {
+            at = scene.nextAvailable(scene.findPlug(pose, "members"));
+            ignore(scene.connect(scene.findPlug(node, "message"), posePlug(scene, pose, "members", at)));
+            table.add(node, at);
+            linkParent(scene, pose, table, node, at);
+        }
+        takeValues(scene, pose, node, at);
     }
-    takeValues(scene, pose, node, at);
 }
 
 void refreshPose(Scene& scene, NodeHandle pose, const std::vector<NodeHandle>& nodes)
@@ -122,17 +137,17 @@ void refreshPose(Scene& scene, NodeHandle pose, const std::vector<NodeHandle>& n
         for (const char* attr : {"members", "parents", "worldMatrix", "xformMatrix"})
             scene.removeElement(posePlug(scene, pose, attr, at));
     }
-    for (NodeHandle node : nodes)
-        addToPose(scene, pose, node);
+    addToPose(scene, pose, nodes);
+    const MemberTable table(scene, pose);
     for (const PoseMember& member : poseMembers(scene, pose)) {
-        linkParent(scene, pose, member.node, member.logical);
+        linkParent(scene, pose, table, member.node, member.logical);
         takeValues(scene, pose, member.node, member.logical);
     }
 }
 
 bool resetMember(Scene& scene, NodeHandle pose, NodeHandle node)
 {
-    const std::int32_t at = memberIndex(scene, pose, node);
+    const std::int32_t at = MemberTable(scene, pose).find(node);
     if (at >= 0)
         takeValues(scene, pose, node, at);
     return at >= 0;
@@ -213,12 +228,14 @@ Status restorePose(Scene& scene, NodeHandle pose, bool global)
 std::vector<NodeHandle> withJointParents(const Scene& scene, const std::vector<NodeHandle>& nodes)
 {
     std::vector<NodeHandle> out;
+    std::set<std::uint32_t> taken;
     for (NodeHandle node : nodes) {
         std::vector<NodeHandle> chain{node};
-        for (NodeHandle up = parentOf(scene, node); isJoint(scene, node) && isJoint(scene, up); up = parentOf(scene, up))
+        for (NodeHandle up = parentOf(scene, node); isJoint(scene, node) && isJoint(scene, up) && !taken.count(up.index);
+             up = parentOf(scene, up))
             chain.push_back(up);
         for (auto it = chain.rbegin(); it != chain.rend(); ++it)
-            if (!contains(out, *it))
+            if (taken.insert(it->index).second)
                 out.push_back(*it);
     }
     return out;

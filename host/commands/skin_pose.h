@@ -23,8 +23,8 @@ std::vector<NodeHandle> posesOf(const Scene& scene, NodeHandle node, bool bindOn
 /// joints' bindPose attribute, which is set.
 Status createPose(Scene& scene, const std::vector<NodeHandle>& nodes, bool bindPose, const std::string& name,
                   NodeHandle& pose);
-/// Adds a node as it stands now; takes the values again when it is a member.
-void addToPose(Scene& scene, NodeHandle pose, NodeHandle node);
+/// Adds nodes as they stand now; takes the values of those again that are members.
+void addToPose(Scene& scene, NodeHandle pose, const std::vector<NodeHandle>& nodes);
 /// Drops members without a node, adds `nodes` and takes all members' values again.
 void refreshPose(Scene& scene, NodeHandle pose, const std::vector<NodeHandle>& nodes);
 /// Takes the values of one member again; false when it is none.

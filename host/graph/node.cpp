@@ -26,17 +26,6 @@ int ArrayStore::find(std::int32_t logicalIndex) const
 Node::Node() = default;
 Node::~Node() = default;
 
-std::size_t Node::attrCount() const
-{
-    return type->attrs.size() + (dynamic ? dynamic->attrs.size() : 0);
-}
-
-const AttrInfo& Node::attr(AttrIndex index) const
-{
-    const std::size_t own = type->attrs.size();
-    return index < own ? type->attrs[index] : dynamic->attrs[index - own];
-}
-
 namespace {
 
 AttrIndex findIn(const std::unordered_map<std::string, AttrIndex>& names, std::string_view name)
@@ -64,13 +53,6 @@ Slot& Node::slot(AttrIndex index)
     if (!pages[page])
         pages[page] = std::make_unique<Slot[]>(kPageSize);
     return pages[page][position % kPageSize];
-}
-
-const Slot* Node::peek(AttrIndex index) const
-{
-    const std::uint32_t position = attr(index).slot;
-    const std::size_t page = position / kPageSize;
-    return page < pages.size() && pages[page] ? &pages[page][position % kPageSize] : nullptr;
 }
 
 }  // namespace torvel

@@ -51,7 +51,13 @@ struct ArrayStore
     int find(std::int32_t logicalIndex) const;
 };
 
-struct AttrTable;  // dynamic attributes of one node
+/// Dynamic attributes of one node.
+struct AttrTable
+{
+    std::vector<AttrInfo> attrs;  ///< the node's own; indices continue those of the type
+    std::uint32_t slotCount = 0;  ///< including the type's
+    std::unordered_map<std::string, AttrIndex> byName;
+};
 
 /// A node. Slots come in pages that are made on first use: untouched attributes cost nothing and read as defaults.
 struct Node
@@ -72,30 +78,35 @@ struct Node
     bool locked = false;
     bool isDefault = false;            ///< made by the scene itself (time1, persp ...)
     std::uint32_t linkedInputs = 0;    ///< incoming connections: nodes without any need no search for sources
+    std::vector<Plug> feeding;         ///< plugs that feed others, in the order they began to
 
     // DAG part; empty for other nodes. A top node has the world as its only parent.
     std::vector<NodeHandle> parents;
     std::vector<NodeHandle> children;
 
-    std::size_t attrCount() const;
-    const AttrInfo& attr(AttrIndex index) const;
+    // Inline: every plug question passes here.
+    std::size_t attrCount() const { return type->attrs.size() + (dynamic ? dynamic->attrs.size() : 0); }
+    const AttrInfo& attr(AttrIndex index) const
+    {
+        const std::size_t own = type->attrs.size();
+        return index < own ? type->attrs[index] : dynamic->attrs[index - own];
+    }
     /// By long or short name, dynamic ones included; kNoAttr when there is none.
     AttrIndex findAttr(std::string_view attrName) const;
     bool isDag() const { return type->is(kDagType); }
 
     /// Slot of an attribute without an array above it (an array attribute's own slot holds its elements).
     Slot& slot(AttrIndex index);
-    const Slot* peek(AttrIndex index) const;  ///< null while untouched
+    /// Null while untouched.
+    const Slot* peek(AttrIndex index) const
+    {
+        const std::uint32_t position = attr(index).slot;
+        const std::size_t page = position / kPageSize;
+        return page < pages.size() && pages[page] ? &pages[page][position % kPageSize] : nullptr;
+    }
 
     Node();
     ~Node();
-};
-
-struct AttrTable
-{
-    std::vector<AttrInfo> attrs;  ///< the node's own; indices continue those of the type
-    std::uint32_t slotCount = 0;  ///< including the type's
-    std::unordered_map<std::string, AttrIndex> byName;
 };
 
 }  // namespace torvel

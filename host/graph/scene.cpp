@@ -43,18 +43,6 @@ void Scene::clear()
     tell([](SceneListener& l) { l.sceneCleared(); });
 }
 
-Node* Scene::node(NodeHandle handle)
-{
-    if (handle.index >= m_generations.size() || m_generations[handle.index] != handle.generation)
-        return nullptr;
-    return m_nodes[handle.index].get();
-}
-
-const Node* Scene::node(NodeHandle handle) const
-{
-    return const_cast<Scene*>(this)->node(handle);
-}
-
 NodeHandle Scene::add(std::unique_ptr<Node> made)
 {
     std::uint32_t index;

@@ -58,8 +58,12 @@ public:
 
     // --- nodes -----------------------------------------------------------------------------------------------
     /// Null for a null, stale or foreign handle.
-    Node* node(NodeHandle handle);
-    const Node* node(NodeHandle handle) const;
+    Node* node(NodeHandle handle)
+    {
+        const bool alive = handle.index < m_generations.size() && m_generations[handle.index] == handle.generation;
+        return alive ? m_nodes[handle.index].get() : nullptr;
+    }
+    const Node* node(NodeHandle handle) const { return const_cast<Scene*>(this)->node(handle); }
     bool isValid(NodeHandle handle) const { return node(handle) != nullptr; }
     NodeHandle world() const { return m_world; }
     /// Makes a node of a known, not abstract type. `wantedName` is made legal and unique; empty: type + number

@@ -351,6 +351,28 @@ std::vector<std::int32_t> Scene::elementIndices(const Plug& arrayPlug) const
     return out;
 }
 
+namespace {
+
+// The links of an element and of all below it, in slot order.
+struct ElementLinks
+{
+    std::vector<std::pair<Plug, Plug>> in, out;  // source, target
+
+    void collect(Node& owner, const Plug& element, Slot* block)
+    {
+        walkElement(owner, element, block, [this](const Plug& plug, Slot& slot) {
+            if (!slot.links)
+                return;
+            if (!slot.links->source.isNull())
+                in.emplace_back(slot.links->source, plug);
+            for (const Plug& target : slot.links->targets)
+                out.emplace_back(plug, target);
+        });
+    }
+};
+
+}  // namespace
+
 void Scene::removeElement(const Plug& elementPlug)
 {
     Plug array = parentPlug(elementPlug);
@@ -358,19 +380,12 @@ void Scene::removeElement(const Plug& elementPlug)
     const int at = slot && slot->array ? slot->array->find(logicalIndex(elementPlug)) : -1;
     if (at < 0)
         return;
-    const auto inside = [&](const Plug& plug) {
-        const AttrInfo& outer = info(elementPlug);
-        for (AttrIndex a = plug.attr; a != kNoAttr; a = node(plug.node)->attr(a).parent)
-            if (a == elementPlug.attr)
-                return plug.index[outer.arrayDepth - 1] == elementPlug.index[outer.arrayDepth - 1];
-        return false;
-    };
-    for (const Connection& c : incoming(elementPlug.node))
-        if (inside(c.target))
-            unlink(c.source, c.target, false);
-    for (const Connection& c : outgoing(elementPlug.node))
-        if (inside(c.source))
-            unlink(c.source, c.target, true);
+    ElementLinks links;
+    links.collect(*node(array.node), elementPlug, slot->array->elements[static_cast<std::size_t>(at)].get());
+    for (const auto& [source, target] : links.in)
+        unlink(source, target, false);
+    for (const auto& [source, target] : links.out)
+        unlink(source, target, true);
     const int again = slot->array->find(logicalIndex(elementPlug));  // unlinking may have taken it already
     if (again >= 0) {
         slot->array->logical.erase(slot->array->logical.begin() + again);

@@ -81,7 +81,10 @@ Status Scene::connect(const Plug& given, const Plug& target)
     Links& incoming = linksOf(*to);
     incoming.source = source;
     incoming.order = ++m_connections;
-    linksOf(*from).targets.push_back(target);
+    std::vector<Plug>& targets = linksOf(*from).targets;
+    if (targets.empty())
+        node(source.node)->feeding.push_back(source);
+    targets.push_back(target);
     ++node(target.node)->linkedInputs;
     modified = true;
     changed(target);
@@ -117,6 +120,9 @@ void Scene::unlink(const Plug& source, const Plug& target, bool keepValue)
     if (Slot* from = slotFor(source); from && from->links) {
         std::vector<Plug>& targets = from->links->targets;
         targets.erase(std::remove(targets.begin(), targets.end(), target), targets.end());
+        std::vector<Plug>& feeding = node(source.node)->feeding;
+        if (targets.empty())
+            feeding.erase(std::remove(feeding.begin(), feeding.end(), source), feeding.end());
     }
     --node(target.node)->linkedInputs;
     if (keepValue && isNumber) {
@@ -186,17 +192,15 @@ std::vector<Scene::Connection> Scene::incoming(NodeHandle handle) const
 std::vector<Scene::Connection> Scene::outgoing(NodeHandle handle) const
 {
     std::vector<Connection> out;
-    Node* self = const_cast<Scene*>(this)->node(handle);
+    const Node* self = node(handle);
     if (!self)
         return out;
-    walkNode(*self, [&](const Plug& plug, Slot& slot) {
-        if (!slot.links)
-            return;
-        for (const Plug& target : slot.links->targets) {
+    for (const Plug& plug : self->feeding) {
+        for (const Plug& target : targets(plug)) {
             const Slot* to = peekSlot(target);
             out.push_back({plug, target, to && to->links ? to->links->order : 0});
         }
-    });
+    }
     std::sort(out.begin(), out.end(), [](const Connection& a, const Connection& b) { return a.order < b.order; });
     return out;
 }
