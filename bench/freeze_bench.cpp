@@ -1,4 +1,4 @@
-// The freeze click, to the finished mesh: joints in chains of 20 under one root, one cluster.
+// The clicks that keep the skin, to the finished mesh: joints in chains of 20 under one root, one cluster.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -38,7 +38,9 @@ void makeJoints(Scene& scene, int count)
     }
 }
 
-void freezeClick(benchmark::State& state)
+using Button = QPushButton* SkeletonWindow::*;
+
+void editClick(benchmark::State& state, Button button)
 {
     const int joints = static_cast<int>(state.range(0)), side = static_cast<int>(state.range(1));
     for (auto _ : state) {
@@ -57,7 +59,7 @@ void freezeClick(benchmark::State& state)
         auto* window = new SkeletonWindow(nullptr);
         state.ResumeTiming();
 
-        window->btn_freezeRot->click();
+        (window->*button)->click();
         auto mesh = torvel::meshPoints(scene, shape);
         benchmark::DoNotOptimize(mesh.get());
 
@@ -69,15 +71,14 @@ void freezeClick(benchmark::State& state)
         state.ResumeTiming();
     }
 }
-BENCHMARK(freezeClick)
-    ->Args({200, 316})
-    ->Args({1000, 316})
-    ->Args({200, 999})
-    ->Args({1000, 999})
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(1)
-    ->Repetitions(3)
-    ->ReportAggregatesOnly(true);
+void atEverySize(benchmark::internal::Benchmark* bench)
+{
+    bench->Args({200, 316})->Args({1000, 316})->Args({200, 999})->Args({1000, 999});
+    bench->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(3)->ReportAggregatesOnly(true);
+}
+BENCHMARK_CAPTURE(editClick, freeze, static_cast<Button>(&SkeletonWindow::btn_freezeRot))->Apply(atEverySize);
+BENCHMARK_CAPTURE(editClick, orient, static_cast<Button>(&SkeletonWindow::btn_OrientJoints))->Apply(atEverySize);
+BENCHMARK_CAPTURE(editClick, flip, static_cast<Button>(&SkeletonWindow::btn_flipOrient))->Apply(atEverySize);
 
 }  // namespace
 

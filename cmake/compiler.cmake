@@ -9,7 +9,8 @@ if(TORVEL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   if(TORVEL_CCACHE_PROGRAM)
     # The cache stays below build/, so that nothing is written outside the checkout.
     set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
-        "CCACHE_DIR=${CMAKE_SOURCE_DIR}/build/ccache" "${TORVEL_CCACHE_PROGRAM}")
+        "CCACHE_DIR=${CMAKE_SOURCE_DIR}/build/ccache" CCACHE_SLOPPINESS=pch_defines,time_macros
+        "${TORVEL_CCACHE_PROGRAM}")
   endif()
 endif()
 
@@ -32,4 +33,13 @@ function(torvel_compile target)
     endif()
   endif()
   target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS)
+endfunction()
+
+# Standard and library headers that nearly every source of the target includes anyway, read once.
+# Headers of ours stay out, so that each source keeps including what it uses.
+function(torvel_precompile target)
+  target_precompile_headers(${target} PRIVATE ${ARGN})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(${target} PRIVATE -fpch-preprocess)  # for ccache
+  endif()
 endfunction()

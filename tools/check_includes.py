@@ -43,6 +43,15 @@ PLUGIN_ALLOWED = {
 PLUGIN_ENTRY = re.compile(r"^plugin/shell/entry[^/]*$")
 GENERATED = re.compile(r"^(ui_\w+\.h|moc_\w+\.cpp|\w+\.moc|qrc_\w+\.cpp)$")
 
+# The units that fill and read what the plug-in says about itself: these and no others.
+INFO_HEADER = "shell/plugin_info.h"
+INFO_UNITS = {
+    "plugin/licence/license_window.cpp",
+    "plugin/shell/entry.cpp",
+    "plugin/skeleton/skeleton_command.cpp",
+    "plugin/update/checker_command.cpp",
+}
+
 # Headers of the standard library are spelled without a dot; these C ones are accepted besides.
 STANDARD_HEADER = re.compile(r"^[a-z0-9_]+$")
 QT_HEADER = re.compile(r"^(Qt\w+/)?Q\w+(\.h)?$|^q\w+\.h$")
@@ -170,6 +179,21 @@ def check_file(root, path):
     return faults
 
 
+def check_info_units(root):
+    """Which units include the header of `pluginInfo`; nothing to say in a tree without it."""
+    if not (root / "plugin" / INFO_HEADER).exists():
+        return []
+    found = set()
+    for path in (root / "plugin").rglob("*"):
+        if path.suffix in SOURCE_SUFFIXES and path.is_file():
+            text = blank_comments(path.read_text(encoding="utf-8"))
+            if re.search(r'^\s*#\s*include\s*"[^"]*plugin_info\.h"', text, re.M):
+                found.add(path.relative_to(root).as_posix())
+    faults = [f"{where}:1: must not include {INFO_HEADER}" for where in found - INFO_UNITS]
+    faults += [f"{where}:1: has to include {INFO_HEADER}" for where in INFO_UNITS - found]
+    return sorted(faults)
+
+
 def check_tree(root):
     """All faults below root/host and root/plugin, in path order."""
     root = pathlib.Path(root).resolve()
@@ -178,7 +202,7 @@ def check_tree(root):
         for path in sorted((root / top).rglob("*")):
             if path.suffix in SOURCE_SUFFIXES and path.is_file():
                 faults += check_file(root, path)
-    return faults
+    return faults + check_info_units(root)
 
 
 def main(arguments):

@@ -9,6 +9,7 @@
 #include <maya/MPointArray.h>
 
 #include "api/bridge.h"
+#include "commands/curves.h"
 #include "nodes/nurbs_curve.h"
 
 MAYA_API_NAMESPACE_OPEN
@@ -54,7 +55,8 @@ bool makeShape(NodeHandle parent, NodeHandle& transform, NodeHandle& shape)
     if (!scene()->createNode("transform", "curve1", {}, transform))
         return false;
     // "curve7" goes with "curveShape7".
-    const std::string name = "curveShape" + scene()->node(transform)->name.substr(5);
+    const std::string number = scene()->node(transform)->name.substr(5);
+    const std::string name = torvel::freeShapeName(*scene(), "curveShape", number);
     return scene()->createNode("nurbsCurve", name, transform, shape).isOk();
 }
 

@@ -6,6 +6,8 @@
 #include <maya/MStringArray.h>
 #include <maya/MUuid.h>
 
+#include "commands/components.h"
+
 namespace torvel::api {
 
 namespace {
@@ -35,6 +37,11 @@ bool itemsNamed(const std::string& text, std::vector<SelectionItem>& items)
         items.push_back(one);
         return true;
     }
+    std::vector<SelectionItem> components;
+    if (torvel::componentItems(*scene(), text, components)) {
+        items.insert(items.end(), components.begin(), components.end());
+        return !components.empty();
+    }
     const std::vector<NodeHandle> found = scene()->names().find(text);
     for (const NodeHandle node : found)
         items.push_back({node, {}, {}, 0});
@@ -47,7 +54,7 @@ std::string nameOf(const SelectionItem& item)
         return {};
     if (!item.plug.isNull())
         return scene()->plugName(item.plug);
-    const std::string name = scene()->names().shortest(item.node);
+    const std::string name = scene()->names().shortest(torvel::componentOwner(*scene(), item));
     return item.component.empty() ? name : name + "." + item.component;
 }
 

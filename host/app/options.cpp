@@ -5,12 +5,11 @@
 #include <map>
 
 #include "base/version.h"
+#include "ui/render.h"
 
 namespace torvel {
 
 namespace {
-
-const char* const kRefused[] = {"--check", "--render", "--network"};
 
 struct StepTexts {
     std::vector<std::string> mel, python, files;
@@ -34,6 +33,10 @@ void addPlainOptions(CLI::App& app, Options& o) {
     app.add_option("--save", o.save, "Save the scene here at the end")->type_name("FILE.ma");
     app.add_option("--trace", o.trace, "Write what plug-ins run and show, as JSON lines")
         ->type_name("FILE");
+    app.add_flag("--network", o.network, "Let --batch reach the network");
+    repeatable(app, "--answer", o.answers,
+               "Button, and text, that the next dialog takes (repeatable)")
+        ->type_name("BUTTON[=TEXT]");
     app.add_flag("--trust", o.trust, "Run the scene's own script nodes");
 }
 
@@ -65,6 +68,35 @@ void addVerifyOptions(CLI::App& app, Options& o) {
         ->group(group);
 }
 
+void addCheckOptions(CLI::App& app, Options& o) {
+    const char* group = "Check";
+    app.add_flag("--check", o.check,
+                 "List what the skeleton tools would lose or refuse on the scene; 1 on a finding")
+        ->group(group);
+    app.add_option("--check-json", o.checkJson, "Write the findings here, too")
+        ->type_name("FILE")
+        ->group(group);
+}
+
+void addRenderOptions(CLI::App& app, Options& o) {
+    const char* group = "Picture";
+    app.add_option("--render", o.render, "Draw the scene here at the end")
+        ->type_name("FILE.png")
+        ->group(group);
+    app.add_option("--view", o.view, "persp, front, side or top")
+        ->check(CLI::IsMember({"persp", "front", "side", "top"}))
+        ->capture_default_str()
+        ->group(group);
+    app.add_option("--size", o.size, "Width and height of the picture")
+        ->type_name("WxH")
+        ->capture_default_str()
+        ->group(group);
+    app.add_option("--frames", o.frames, "A picture for each of these frames, FILE.0001.png ...")
+        ->type_name("A:B")
+        ->group(group);
+    app.add_flag("--wire", o.wire, "Draw meshes as wires")->group(group);
+}
+
 // CLI11 keeps each option's values in order and the options' order of use; together they give the
 // steps.
 void addSteps(const CLI::App& app, const StepTexts& texts, std::vector<ScriptStep>& steps) {
@@ -86,19 +118,22 @@ void addSteps(const CLI::App& app, const StepTexts& texts, std::vector<ScriptSte
     }
 }
 
+std::string pictureFault(const Options& o) {
+    QSize size;
+    int first = 0, last = 0;
+    if (!pictureSize(o.size, size))
+        return "--size takes WxH with sides of 1 to 16384, not " + o.size;
+    if (!o.frames.empty() && !frameRange(o.frames, first, last))
+        return "--frames takes A:B, from a lower to a higher number, not " + o.frames;
+    const bool png = o.render.size() > 4 && o.render.compare(o.render.size() - 4, 4, ".png") == 0;
+    return o.render.empty() || png ? "" : "--render takes a .png file, not " + o.render;
+}
+
 ParsedOptions refusal(const std::string& text) {
     ParsedOptions parsed;
     parsed.code = 2;
     parsed.text = "torvel-host: " + text + "\nTry torvel-host --help.\n";
     return parsed;
-}
-
-std::string refusedOption(const std::vector<std::string>& arguments) {
-    for (const std::string& argument : arguments)
-        for (const char* name : kRefused)
-            if (argument == name || argument.rfind(std::string(name) + "=", 0) == 0)
-                return name;
-    return {};
 }
 
 std::string badScript(const std::vector<std::string>& files) {
@@ -120,8 +155,6 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
     Options& o = parsed.options;
     if (bar != arguments.end())
         o.scriptArguments.assign(bar + 1, arguments.end());
-    if (const std::string name = refusedOption(own); !name.empty())
-        return refusal(name + " is not offered by this version");
 
     CLI::App app{"An open stand-in for Maya: scenes, scripts and plug-ins, on a screen or in batch",
                  "torvel-host"};
@@ -132,11 +165,13 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
     repeatable(app, "--script", texts.files, "Script to run (repeatable)")
         ->type_name("FILE.py|FILE.mel");
     addVerifyOptions(app, o);
+    addCheckOptions(app, o);
+    addRenderOptions(app, o);
     app.set_version_flag("--version", std::string("torvel-host ") + versionText());
     app.footer(
         "Scripts run in the order given, after the scene is open; what follows -- is sys.argv for "
         "them.\n"
-        "Exit codes: 0 done, 1 a script failed, 2 wrong use, 3 the scene cannot be read, 4 "
+        "Exit codes: 0 done, 1 a script failed or --check found something, 2 wrong use, 3 the scene cannot be read, 4 "
         "--verify found a "
         "difference.");
     try {
@@ -153,8 +188,13 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
     }
     if (const std::string file = badScript(texts.files); !file.empty())
         return refusal("--script takes .py and .mel files, not " + file);
+    if (const std::string fault = pictureFault(o); !fault.empty())
+        return refusal(fault);
+    if (o.scene.empty() && (o.check || !o.checkJson.empty()))
+        return refusal("--check needs a scene");
     addSteps(app, texts, o.steps);
-    o.batch = o.batch || o.noUi;
+    o.check = o.check || !o.checkJson.empty();
+    o.batch = o.batch || o.noUi || o.check;
     o.verify = o.verify || !o.verifyJson.empty();
     parsed.run = true;
     return parsed;

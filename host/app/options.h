@@ -27,11 +27,20 @@ struct Options {
     bool noUi = false;
     bool noPlugin = false;
     bool trust = false;
+    bool network = false;              ///< batch only; with a screen the network is there
+    std::vector<std::string> answers;  ///< of dialogs, "BUTTON" or "BUTTON=TEXT"
     bool verify = false;
     VerifyLimits limits;
     std::string verifyJson;
+    bool check = false;              ///< list what the skeleton tools would lose; implies batch
+    std::string checkJson;
     std::string save;
     std::string trace;
+    std::string render;              ///< picture of the scene at the end; empty: none
+    std::string view = "persp";      ///< of the picture
+    std::string size = "960x540";
+    std::string frames;              ///< "A:B" for a sequence; empty: one picture
+    bool wire = false;
     std::vector<std::string> plugins;
     std::vector<ScriptStep> steps;
     std::vector<std::string> scriptArguments;  ///< what follows "--"
@@ -44,9 +53,7 @@ struct ParsedOptions {
     Options options;
 };
 
-/// Reads a command line; `arguments` without the program's name. Options that the program does not
-/// offer yet (--check,
-/// --render, --network) are refused by name.
+/// Reads a command line; `arguments` without the program's name.
 ParsedOptions parseOptions(const std::vector<std::string>& arguments);
 
 }  // namespace torvel

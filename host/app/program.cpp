@@ -7,10 +7,13 @@
 #include <QApplication>
 
 #include "app/host_setup.h"
+#include "app/network.h"
+#include "app/rig_check.h"
 #include "app/verify.h"
 #include "commands/session.h"
 #include "ui/log_text.h"
 #include "ui/main_window.h"
+#include "ui/render.h"
 
 namespace torvel {
 
@@ -180,18 +183,49 @@ bool Program::saveScene() {
     return saved.isOk();
 }
 
+bool Program::drawPicture() {
+    if (m_options.render.empty())
+        return true;
+    RenderJob job;
+    job.file = m_options.render;
+    job.view = m_options.view;
+    job.wire = m_options.wire;
+    job.sequence = !m_options.frames.empty();
+    pictureSize(m_options.size, job.size);
+    if (job.sequence)
+        frameRange(m_options.frames, job.first, job.last);
+    std::vector<std::string> written;
+    const Status drawn = render(*m_session, job, written);
+    if (!drawn)
+        complain(drawn.text());
+    return drawn.isOk();
+}
+
+// An empty path: nothing is asked for.
+bool Program::writeText(const std::string& path, const std::string& text) {
+    if (path.empty())
+        return true;
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << text << std::flush;
+    if (!out)
+        complain("cannot write " + path);
+    return out.good();
+}
+
 int Program::compare(const SceneState& before) {
     const auto rows = compareStates(before, stateOf(m_session->scene()), m_options.limits);
     printTable(rows, std::cout);
-    if (!m_options.verifyJson.empty()) {
-        std::ofstream out(m_options.verifyJson, std::ios::binary | std::ios::trunc);
-        out << verifyJson(rows) << std::flush;
-        if (!out) {
-            complain("cannot write " + m_options.verifyJson);
-            return kWrongUse;
-        }
-    }
+    if (!writeText(m_options.verifyJson, verifyJson(rows)))
+        return kWrongUse;
     return allWithin(rows) ? kDone : kVerifyDiffers;
+}
+
+int Program::check() {
+    const auto findings = checkRig(m_session->scene());
+    printFindings(findings, std::cout);
+    if (!writeText(m_options.checkJson, findingsJson(findings)))
+        return kWrongUse;
+    return findings.empty() ? kDone : kScriptFailed;
 }
 
 int Program::run() {
@@ -201,6 +235,11 @@ int Program::run() {
     setUpSession(*m_session);
     if (!m_options.noUi)
         m_window = std::make_unique<MainWindow>(*m_session);
+    if (m_options.batch && !m_options.network)
+        closeNetwork();
+    for (const std::string& answer : m_options.answers)
+        if (m_window)
+            m_window->dialogs().answers.push_back(answerOf(answer));
     if (m_window && !m_options.batch)
         m_window->show();
     if (!loadPlugins())
@@ -215,7 +254,12 @@ int Program::run() {
     if (m_options.verify)
         if (const int verdict = compare(before); code == kDone)
             code = verdict;
+    if (m_options.check)
+        if (const int verdict = check(); code == kDone)
+            code = verdict;
     if (!saveScene() && code == kDone)
+        code = kScriptFailed;
+    if (!drawPicture() && code == kDone)
         code = kScriptFailed;
     if (!m_options.batch) {
         flush();

@@ -14,7 +14,7 @@ class Session;
 /// Exit codes of the program.
 enum ExitCode {
     kDone = 0,
-    kScriptFailed = 1,
+    kScriptFailed = 1,  ///< or --check found something
     kWrongUse = 2,
     kUnreadableScene = 3,
     kVerifyDiffers = 4
@@ -41,7 +41,10 @@ class Program {
     bool runSteps();
     bool runStep(const ScriptStep& step);
     bool saveScene();
+    bool drawPicture();
     int compare(const struct SceneState& before);
+    int check();
+    bool writeText(const std::string& path, const std::string& text);
     void setArguments(const std::string& script);
     void complain(const std::string& text);
 

@@ -1,6 +1,6 @@
 #include <algorithm>
-#include <cctype>
 
+#include "commands/attr_info.h"
 #include "commands/attr_value.h"
 #include "commands/session.h"
 #include "commands/tables.h"
@@ -137,8 +137,6 @@ Status editAttribute(const CommandCall& call, NodeHandle handle, const std::stri
     return Status::ok();
 }
 
-Value attributeFact(const CommandCall& call, const AttrInfo& info);
-
 Status addAttr(const CommandCall& call, Value& result)
 {
     std::vector<NodeHandle> nodes;
@@ -195,202 +193,9 @@ Status deleteAttr(const CommandCall& call, Value&)
     return Status::ok();
 }
 
-// --- attributeQuery, listAttr ----------------------------------------------------------------------------------
-
-const FlagRow kQueryFlags[] = {
-    {"attributeType", "at"}, {"connectable", "c"},   {"exists", "ex"},        {"hidden", "h"},
-    {"keyable", "k"},        {"listChildren", "lc"}, {"listDefault", "ld"},   {"listEnum", "le"},
-    {"listParent", "lp"},    {"longName", "ln"},     {"maxExists", "mxe"},    {"maximum", "max"},
-    {"message", "msg"},      {"minExists", "mne"},   {"minimum", "min"},      {"multi", "m"},
-    {"niceName", "nn"},      {"node", "n", "s", kAllModes, false, true},
-    {"range", "r"},          {"readable", "rd"},     {"rangeExists", "re"},   {"shortName", "s"},
-    {"softMax", "smx"},      {"softMin", "smn"},        {"storable", "st"},
-    {"type", "typ", "s", kAllModes, false, true},    {"writable", "w"},
-};
-
-std::string niceName(const AttrInfo& info)
-{
-    if (!info.niceName.empty())
-        return info.niceName;
-    std::string text;
-    for (char c : info.longName) {
-        if (std::isupper(static_cast<unsigned char>(c)) && !text.empty() && text.back() != ' ')
-            text += ' ';
-        text += text.empty() ? static_cast<char>(std::toupper(static_cast<unsigned char>(c))) : c == '_' ? ' ' : c;
-    }
-    return text;
-}
-
-std::string joined(const std::vector<std::string>& items)
-{
-    std::string text;
-    for (const std::string& item : items)
-        text += (text.empty() ? "" : ":") + item;
-    return text;
-}
-
-Value numbersValue(const AttrInfo& info, std::initializer_list<double> numbers)
-{
-    Value::List items;
-    for (double number : numbers)
-        items.emplace_back(number * uiScale(info));
-    return Value(std::move(items));
-}
-
-// What a flag of attributeQuery or of addAttr in query mode asks.
-Value attributeFact(const CommandCall& call, const AttrInfo& info)
-{
-    struct Test
-    {
-        const char* flag;
-        bool value;
-    };
-    const bool hasMin = info.minimum > -1e299, hasMax = info.maximum < 1e299;
-    const Test tests[] = {
-        {"connectable", !info.is(kNotConnectable)}, {"hidden", info.is(kHidden)},
-        {"keyable", info.is(kKeyable)},             {"maxExists", hasMax},
-        {"minExists", hasMin},                      {"message", info.type == AttrType::Message},
-        {"multi", info.isArray()},                  {"readable", !info.is(kNotReadable)},
-        {"rangeExists", hasMin && hasMax},          {"storable", !info.is(kNotStored) && !info.is(kOutput)},
-        {"writable", !info.is(kOutput)},            {"hasMinValue", hasMin},
-        {"hasMaxValue", hasMax},
-    };
-    for (const Test& test : tests)
-        if (call.has(test.flag))
-            return Value(test.value);
-    const double scale = uiScale(info);
-    if (call.has("attributeType"))
-        return Value(attrTypeName(info.type));
-    if (call.has("longName"))
-        return Value(info.longName);
-    if (call.has("shortName"))
-        return Value(info.shortName);
-    if (call.has("niceName"))
-        return Value(niceName(info));
-    if (call.has("listEnum"))
-        return info.enumNames.empty() ? Value() : Value::strings({joined(info.enumNames)});
-    if (call.has("enumName"))
-        return Value(joined(info.enumNames));
-    if (call.has("listDefault"))
-        return numbersValue(info, {info.defaultValue});
-    if (call.has("defaultValue"))
-        return Value(info.defaultValue * scale);
-    if (call.has("minimum"))
-        return numbersValue(info, {info.minimum});
-    if (call.has("maximum"))
-        return numbersValue(info, {info.maximum});
-    if (call.has("range"))
-        return numbersValue(info, {info.minimum, info.maximum});
-    if (call.has("minValue"))
-        return hasMin ? Value(info.minimum * scale) : Value();
-    if (call.has("maxValue"))
-        return hasMax ? Value(info.maximum * scale) : Value();
-    if (call.has("softMin") || call.has("softMinValue"))
-        return numbersValue(info, {info.softMinimum});
-    if (call.has("softMax") || call.has("softMaxValue"))
-        return numbersValue(info, {info.softMaximum});
-    return Value();
-}
-
-Value familyOf(const CommandCall& call, const Node& node, const AttrInfo& info)
-{
-    std::vector<std::string> names;
-    if (call.has("listParent") && info.parent != kNoAttr)
-        names.push_back(node.attr(info.parent).longName);
-    for (std::size_t i = 0; call.has("listChildren") && i < info.children.size(); ++i)
-        names.push_back(node.attr(info.children[i]).longName);
-    return names.empty() ? Value() : Value::strings(names);
-}
-
-const AttrInfo* attributeOfType(const Scene& scene, const std::string& typeName, const std::string& attr)
-{
-    const NodeType* type = scene.types().find(typeName);
-    const auto it = type ? type->byName.find(attr) : decltype(type->byName.end()){};
-    return type && it != type->byName.end() ? &type->attrs[it->second] : nullptr;
-}
-
-Status attributeQuery(const CommandCall& call, Value& result)
-{
-    const std::vector<std::string> texts = call.texts();
-    if (texts.empty())
-        return call.fail("Needs the name of an attribute.");
-    const AttrInfo* info = nullptr;
-    NodeHandle handle;
-    if (call.has("type")) {
-        info = attributeOfType(call.scene(), call.text("type"), texts.front());
-    } else {
-        if (Status found = call.resolve(call.text("node"), handle); !found)
-            return found;
-        const Plug plug = call.scene().findPlug(handle, texts.front());
-        const AttrIndex index = plug.isNull() ? call.scene().node(handle)->findAttr(texts.front()) : plug.attr;
-        info = index == kNoAttr ? nullptr : &call.scene().node(handle)->attr(index);
-    }
-    if (call.has("exists")) {
-        result = Value(info != nullptr);
-        return Status::ok();
-    }
-    if (!info)
-        return call.fail("'" + texts.front() + "' attribute does not exist.");
-    const bool family = call.has("listParent") || call.has("listChildren");
-    if (family && handle.isNull())
-        return call.fail("Parents and children are listed for nodes only.");
-    result = family ? familyOf(call, *call.scene().node(handle), *info) : attributeFact(call, *info);
-    return Status::ok();
-}
-
-const FlagRow kListAttrFlags[] = {
-    {"array", "a"},     {"channelBox", "cb"}, {"connectable", "c"}, {"keyable", "k"},
-    {"locked", "l"},    {"multi", "m"},       {"output", "o"},      {"read", "r"},       {"scalar", "s"},
-    {"settable", "se"}, {"shortNames", "sn"}, {"string", "st", "s", kCreate | kEdit, true},    {"unlocked", "u"},
-    {"userDefined", "ud"}, {"visible", "v"},  {"write", "w"},
-};
-
-bool listed(const CommandCall& call, const AttrInfo& info, const Plug& plug)
-{
-    const Scene& scene = call.scene();
-    if (info.longName.empty() || info.is(kOpaque))
-        return false;
-    const std::vector<const FlagUse*> patterns = call.uses("string");
-    const bool matches = patterns.empty() || std::any_of(patterns.begin(), patterns.end(), [&](const FlagUse* use) {
-                             return Names::matches(use->values[0].string(), info.longName);
-                         });
-    return matches && (!call.has("userDefined") || info.is(kDynamic)) &&
-           (!call.has("keyable") || scene.isKeyable(plug)) && (!call.has("channelBox") || scene.isChannelBox(plug)) &&
-           (!call.has("locked") || scene.isLocked(plug)) && (!call.has("unlocked") || !scene.isLocked(plug)) &&
-           (!call.has("connectable") || !info.is(kNotConnectable)) && (!call.has("read") || !info.is(kNotReadable)) &&
-           (!call.has("write") || !info.is(kOutput)) && (!call.has("output") || info.is(kOutput)) &&
-           ((!call.has("multi") && !call.has("array")) || info.isArray()) && (!call.has("visible") || !info.is(kHidden)) &&
-           (!call.has("scalar") || isNumeric(info.type)) &&
-           (!call.has("settable") || (!info.is(kOutput) && scene.isSettable(plug)));
-}
-
-Status listAttr(const CommandCall& call, Value& result)
-{
-    std::vector<NodeHandle> nodes;
-    std::string attr;
-    if (Status found = nodesOfCall(call, nodes, attr); !found)
-        return found;
-    std::vector<std::string> names;
-    for (NodeHandle handle : nodes) {
-        const Node& node = *call.scene().node(handle);
-        for (AttrIndex i = 0; i < node.attrCount(); ++i) {
-            const AttrInfo& info = node.attr(i);
-            if (!attr.empty() && info.longName != attr && info.shortName != attr)
-                continue;
-            const Plug plug(handle, i);
-            if (listed(call, info, plug))
-                names.push_back(call.has("shortNames") ? info.shortName : info.longName);
-        }
-    }
-    result = names.empty() ? Value() : Value::strings(names);
-    return Status::ok();
-}
-
 const Command kEditCommands[] = {
     {"addAttr", kAddFlags, countOf(kAddFlags), addAttr, "Adds an attribute to nodes."},
-    {"attributeQuery", kQueryFlags, countOf(kQueryFlags), attributeQuery, "Facts about an attribute."},
     {"deleteAttr", kDeleteFlags, countOf(kDeleteFlags), deleteAttr, "Removes an added attribute."},
-    {"listAttr", kListAttrFlags, countOf(kListAttrFlags), listAttr, "Names of a node's attributes."},
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "commands/attr_value.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <utility>
@@ -222,6 +223,33 @@ bool scriptNumber(const Value& value, double& out)
 }
 
 // Script value to the stored one; a value outside the range is refused or, when asked, clamped.
+namespace {
+
+struct Limits
+{
+    double low, high;
+};
+
+// An added enum takes the numbers between its first and its last entry.
+Limits limitsOf(const AttrInfo& info)
+{
+    if (info.type != AttrType::Enum || !info.is(kDynamic) || info.enumNames.empty())
+        return {info.minimum, info.maximum};
+    Limits limits{1e300, -1e300};
+    int number = 0;
+    for (const std::string& entry : info.enumNames) {
+        const std::size_t equals = entry.find('=');
+        if (equals != std::string::npos)
+            number = std::atoi(entry.c_str() + equals + 1);
+        limits.low = std::min(limits.low, static_cast<double>(number));
+        limits.high = std::max(limits.high, static_cast<double>(number));
+        ++number;
+    }
+    return limits;
+}
+
+}  // namespace
+
 Status internalNumber(const CommandCall& call, const Plug& plug, const Value& value, bool clamp, double& out)
 {
     const AttrInfo& info = call.scene().info(plug);
@@ -233,10 +261,11 @@ Status internalNumber(const CommandCall& call, const Plug& plug, const Value& va
         out = out != 0.0;
     if (!std::isfinite(out))
         return call.fail("The attribute '" + call.scene().plugName(plug) + "' takes finite numbers only.");
-    if (out >= info.minimum && out <= info.maximum)
+    const Limits limits = limitsOf(info);
+    if (out >= limits.low && out <= limits.high)
         return Status::ok();
-    const bool high = out > info.maximum;
-    const double limit = high ? info.maximum : info.minimum;
+    const bool high = out > limits.high;
+    const double limit = high ? limits.high : limits.low;
     if (!clamp)
         return call.fail("Cannot set the attribute '" + call.scene().plugName(plug) + "' past its " +
                          (high ? "maximum" : "minimum") + " value of " + textOfDouble(limit * uiScale(info)) + ".");

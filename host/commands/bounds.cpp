@@ -1,17 +1,25 @@
 #include "commands/bounds.h"
 
 #include "commands/components.h"
+#include "nodes/nurbs_curve.h"
+#include "nodes/nurbs_curve_math.h"
 #include "nodes/transform.h"
 
 namespace torvel {
 namespace {
 
-void extendByShape(const Scene& scene, NodeHandle shape, Box3d& box)
+std::vector<V3d> pointsAround(const Scene& scene, NodeHandle shape, bool exactly)
+{
+    const auto curve = exactly ? curveOf(scene, shape) : nullptr;
+    return curve ? curvePolyline(*curve, 32) : shapePoints(scene, shape);
+}
+
+void extendByShape(const Scene& scene, NodeHandle shape, bool exactly, Box3d& box)
 {
     if (scene.number(Plug(shape, dagAttrs().intermediateObject)) != 0.0)
         return;
     const M44d world = worldMatrix(scene, shape);
-    for (const V3d& point : shapePoints(scene, shape))
+    for (const V3d& point : pointsAround(scene, shape, exactly))
         box.extendBy(point * world);
     if (!scene.isType(shape, "locator"))
         return;
@@ -25,7 +33,7 @@ void extendByShape(const Scene& scene, NodeHandle shape, Box3d& box)
 
 }  // namespace
 
-Box3d worldBounds(const Scene& scene, NodeHandle top)
+Box3d worldBounds(const Scene& scene, NodeHandle top, const BoxOptions& options)
 {
     Box3d box;
     std::vector<NodeHandle> stack{top};
@@ -33,8 +41,10 @@ Box3d worldBounds(const Scene& scene, NodeHandle top)
         const NodeHandle at = stack.back();
         stack.pop_back();
         const Node& node = *scene.node(at);
+        if (options.visibleOnly && scene.number(Plug(at, dagAttrs().visibility)) == 0.0)
+            continue;
         if (node.type->is(kShapeType))
-            extendByShape(scene, at, box);
+            extendByShape(scene, at, options.curvesExactly, box);
         else if (isJoint(scene, at))
             box.extendBy(worldPosition(scene, at));
         stack.insert(stack.end(), node.children.begin(), node.children.end());

@@ -75,6 +75,33 @@ std::string rangeText(const std::string& kind, int first, int last)
 
 }  // namespace
 
+std::vector<SelectionItem> singleComponents(const SelectionItem& item)
+{
+    std::string kind;
+    Range range;
+    if (item.component.empty() || !parseComponent(item.component, kind, range) || range.all)
+        return {item};
+    std::vector<SelectionItem> singles;
+    for (int i = range.first; i <= range.last; ++i) {
+        singles.push_back(item);
+        singles.back().component = rangeText(kind, i, i);
+    }
+    return singles;
+}
+
+NodeHandle componentOwner(const Scene& scene, const SelectionItem& item)
+{
+    const Node* shape = scene.node(item.node);
+    if (item.component.empty() || !shape || shape->parents.empty())
+        return item.node;
+    const NodeHandle parent = shape->parents.front();
+    for (NodeHandle child : scene.node(parent)->children)
+        if (child != item.node && scene.node(child)->type->is(kShapeType) &&
+            scene.number(Plug(child, dagAttrs().intermediateObject)) == 0.0)
+            return item.node;
+    return parent;
+}
+
 int componentCount(const Scene& scene, NodeHandle shape, std::string_view kind)
 {
     if (kind == "cv") {
@@ -103,12 +130,12 @@ bool componentItems(const Scene& scene, const std::string& text, std::vector<Sel
     for (NodeHandle node : scene.names().find(text.substr(0, dot))) {
         const NodeHandle shape = shapeWith(scene, node, kind);
         const int count = shape.isNull() ? 0 : componentCount(scene, shape, kind);
-        if (count == 0)
+        if (count == 0 || (!range.all && range.first >= count))
             continue;
         const int last = range.all ? count - 1 : std::min(range.last, count - 1);
         SelectionItem item;
         item.node = shape;
-        item.component = rangeText(kind, range.all ? 0 : std::min(range.first, count - 1), last);
+        item.component = rangeText(kind, range.all ? 0 : range.first, last);
         out.push_back(item);
         any = true;
     }

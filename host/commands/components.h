@@ -17,8 +17,15 @@ struct PointSet
 
 /// Items of "name.vtx[0:3]", "name.cv[*]", "name.f[2]" with the name of a shape or its transform; the selected node is
 /// the shape and the component text is in its short form ("vtx[0:7]"). False when the text names no component kind;
-/// true with nothing added when the object does not exist or has no such points.
+/// true with nothing added when the object does not exist or has no such points. A range ends at the last point.
 bool componentItems(const Scene& scene, const std::string& text, std::vector<SelectionItem>& out);
+
+/// Where the text of an item's components belongs: the transform when the shape is its only one that shows, else the
+/// shape. The node itself for an item without components.
+NodeHandle componentOwner(const Scene& scene, const SelectionItem& item);
+
+/// The item cut into single components: "cv[0:2]" into "cv[0]", "cv[1]" and "cv[2]". Others stay as they are.
+std::vector<SelectionItem> singleComponents(const SelectionItem& item);
 
 /// Number of components of a kind ("vtx", "cv", "f", "e"; edges are not counted: 0).
 int componentCount(const Scene& scene, NodeHandle shape, std::string_view kind);

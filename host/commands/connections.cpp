@@ -3,6 +3,8 @@
 #include "commands/attr_value.h"
 #include "commands/session.h"
 #include "commands/tables.h"
+#include "nodes/nurbs_curve.h"
+#include "nodes/time_units.h"
 
 namespace torvel {
 namespace {
@@ -18,12 +20,29 @@ bool isConversion(const Scene& scene, NodeHandle node)
     return scene.isType(node, "unitConversion");
 }
 
-bool mixesAngles(const Scene& scene, const Plug& source, const Plug& target)
+// What a number is worth to plain numbers: degrees for radians, ticks for frames.
+double plainFactor(const Scene& scene, const AttrInfo& info)
+{
+    switch (info.type) {
+    case AttrType::Angle: return kRadToDeg;
+    case AttrType::Time: return framesPerSecond(scene) / kTicksPerSecond;
+    default: return 1.0;
+    }
+}
+
+bool mixesUnits(const Scene& scene, const Plug& source, const Plug& target)
 {
     const AttrInfo& from = scene.info(source);
     const AttrInfo& to = scene.info(target);
-    return isNumeric(from.type) && isNumeric(to.type) &&
-           (from.type == AttrType::Angle) != (to.type == AttrType::Angle);
+    const auto hasUnit = [](AttrType type) { return type == AttrType::Angle || type == AttrType::Time; };
+    return isNumeric(from.type) && isNumeric(to.type) && from.children.empty() && to.children.empty() &&
+           from.type != to.type && (hasUnit(from.type) || hasUnit(to.type));
+}
+
+// Numbers, or compounds of three numbers of one kind each.
+const AttrInfo& unitOf(const Scene& scene, const Plug& plug)
+{
+    return scene.info(plug).children.empty() ? scene.info(plug) : scene.info(scene.child(plug, 0));
 }
 
 Status connectConverted(Scene& scene, const Plug& source, const Plug& target)
@@ -31,8 +50,12 @@ Status connectConverted(Scene& scene, const Plug& source, const Plug& target)
     NodeHandle node;
     if (Status made = scene.createNode("unitConversion", {}, {}, node); !made)
         return made;
-    const bool toAngle = scene.info(target).type == AttrType::Angle;
-    scene.setNumber(scene.findPlug(node, "conversionFactor"), toAngle ? kDegToRad : kRadToDeg);
+    const AttrInfo &from = unitOf(scene, source), &to = unitOf(scene, target);
+    const double factor = plainFactor(scene, from);
+    const double back = to.type == AttrType::Angle  ? kDegToRad
+                        : to.type == AttrType::Time ? kTicksPerSecond / framesPerSecond(scene)
+                                                    : 1.0;
+    scene.setNumber(scene.findPlug(node, "conversionFactor"), factor * back);
     Status done = scene.connect(source, scene.findPlug(node, "input"));
     if (done)
         done = scene.connect(scene.findPlug(node, "output"), target);
@@ -42,15 +65,26 @@ Status connectConverted(Scene& scene, const Plug& source, const Plug& target)
 }
 
 // Children of two compounds one by one when some pair needs a conversion.
-bool childrenMixAngles(const Scene& scene, const Plug& source, const Plug& target)
+bool childrenMixUnits(const Scene& scene, const Plug& source, const Plug& target)
 {
     const std::size_t count = scene.info(source).children.size();
     if (count == 0 || count != scene.info(target).children.size())
         return false;
     for (std::size_t i = 0; i < count; ++i)
-        if (mixesAngles(scene, scene.child(source, static_cast<int>(i)), scene.child(target, static_cast<int>(i))))
+        if (mixesUnits(scene, scene.child(source, static_cast<int>(i)), scene.child(target, static_cast<int>(i))))
             return true;
     return false;
+}
+
+// Three numbers of one kind: one conversion takes them all.
+bool isUniformTriple(const Scene& scene, const Plug& plug)
+{
+    const std::vector<AttrIndex>& children = scene.info(plug).children;
+    for (int i = 0; i < 3 && children.size() == 3; ++i)
+        if (!isNumeric(scene.info(scene.child(plug, i)).type) ||
+            scene.info(scene.child(plug, i)).type != unitOf(scene, plug).type)
+            return false;
+    return children.size() == 3;
 }
 
 // Every plug whose incoming connection would contradict a new one on `target`.
@@ -91,10 +125,12 @@ Status connectPlugs(Scene& scene, const Plug& source, const Plug& target, bool f
                                "'.  Destination attribute must be writable.");
     for (const Plug& plug : fed)
         disconnectInput(scene, plug);
-    if (mixesAngles(scene, source, target))
+    if (mixesUnits(scene, source, target))
         return connectConverted(scene, source, target);
-    if (!childrenMixAngles(scene, source, target))
+    if (!childrenMixUnits(scene, source, target))
         return scene.connect(source, target);
+    if (isUniformTriple(scene, source) && isUniformTriple(scene, target))
+        return connectConverted(scene, source, target);
     for (std::size_t i = 0; i < scene.info(source).children.size(); ++i) {
         const int at = static_cast<int>(i);
         if (Status done = connectPlugs(scene, scene.child(source, at), scene.child(target, at), force); !done)
@@ -175,6 +211,8 @@ Status disconnectAttr(const CommandCall& call, Value& result)
         return Status::failure("There is no connection from '" + from + "' to '" + to + "' to disconnect");
     if (scene.isLocked(target))
         return call.fail("The attribute '" + to + "' is locked and cannot be disconnected.");
+    if (scene.isType(target.node, "nurbsCurve") && scene.info(target).longName == "create")
+        setCurve(scene, target.node, curveOf(scene, target.node));  // it stays as it is
     disconnectInput(scene, target);
     result = Value("Disconnect " + from + " from " + to + ".");
     return Status::ok();
@@ -195,9 +233,19 @@ Status isConnected(const CommandCall& call, Value& result)
 
 const FlagRow kInfoFlags[] = {
     {"destinationFromSource", "dfs"}, {"getExactDestination", "ged"},   {"getExactSource", "ges"},
+    {"getLockedAncestor", "gla"},
     {"isDestination", "id"},          {"isExactDestination", "ied"},    {"isExactSource", "ies"},
     {"isLocked", "il"},               {"isSource", "is"},               {"sourceFromDestination", "sfd"},
 };
+
+// The plug itself or the nearest one above it that passes.
+template <class Test>
+Plug nearest(const Scene& scene, Plug plug, Test&& test)
+{
+    while (!plug.isNull() && !test(plug))
+        plug = scene.parentPlug(plug);
+    return plug;
+}
 
 Value targetNames(const Scene& scene, const Plug& plug)
 {
@@ -216,22 +264,32 @@ Status connectionInfo(const CommandCall& call, Value& result)
         return call.fail(texts.size() == 1 ? "No object matches name: " + texts[0] : "Needs one attribute.");
     const auto nameOf = [&](const Plug& p) { return Value(p.isNull() ? std::string() : scene.plugName(p)); };
     const Plug source = scene.effectiveSource(plug);
+    const auto feeds = [&](const Plug& p) { return !scene.targets(p).empty(); };
+    const auto isFed = [&](const Plug& p) { return !scene.source(p).isNull(); };
+    const auto isLocked = [&](const Plug& p) {
+        const Slot* slot = scene.peekSlot(p);
+        return slot && (slot->state & kLocked);
+    };
     if (call.has("sourceFromDestination"))
         result = nameOf(source);
     else if (call.has("destinationFromSource"))
-        result = targetNames(scene, plug);
+        result = targetNames(scene, nearest(scene, plug, feeds));
     else if (call.has("isDestination"))
         result = Value(!source.isNull());
     else if (call.has("isExactDestination"))
-        result = Value(!scene.source(plug).isNull());
-    else if (call.has("isSource") || call.has("isExactSource"))
-        result = Value(!scene.targets(plug).empty());
+        result = Value(isFed(plug));
+    else if (call.has("isSource"))
+        result = Value(!nearest(scene, plug, feeds).isNull());
+    else if (call.has("isExactSource"))
+        result = Value(feeds(plug));
     else if (call.has("isLocked"))
         result = Value(scene.isLocked(plug));
     else if (call.has("getExactDestination"))
-        result = nameOf(scene.source(plug).isNull() ? Plug() : plug);
+        result = nameOf(nearest(scene, plug, isFed));
     else if (call.has("getExactSource"))
-        result = nameOf(scene.targets(plug).empty() ? Plug() : plug);
+        result = nameOf(nearest(scene, plug, feeds));
+    else if (call.has("getLockedAncestor"))
+        result = nameOf(nearest(scene, plug, isLocked));
     else
         return call.fail("Needs a flag that tells what to look for.");
     return Status::ok();

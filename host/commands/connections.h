@@ -4,8 +4,8 @@
 
 namespace torvel {
 
-/// Connects two plugs as connectAttr does: a unitConversion node goes between angles and plain numbers (child by
-/// child for compounds). `force` replaces what feeds the target, a compound above it or a child of it. Refused for a
+/// Connects two plugs as connectAttr does: a unitConversion node goes between angles or times and plain numbers (one
+/// for three numbers of one kind, else child by child). `force` replaces what feeds the target, a compound above it or a child of it. Refused for a
 /// locked target, for one that is fed already (without force) and for types that do not fit.
 Status connectPlugs(Scene& scene, const Plug& source, const Plug& target, bool force);
 

@@ -119,43 +119,9 @@ Status group(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-// --- shadingNode ---------------------------------------------------------------------------------------------------
-
-const FlagRow kShadingFlags[] = {
-    {"asLight", "al"},   {"asPostProcess", "app"}, {"asRendering", "ar"}, {"asShader", "as"},  {"asTexture", "at"},
-    {"asUtility", "au"}, {"name", "n", "s"},       {"parent", "p", "s"},  {"shared", "s"},     {"skipSelect", "ss"},
-};
-
-Status shadingNode(const CommandCall& call, Value& result)
-{
-    struct List
-    {
-        const char* flag;
-        const char* node;
-        const char* attr;
-    };
-    static const List kLists[] = {{"asUtility", "defaultRenderUtilityList1", "utilities"},
-                                  {"asShader", "defaultShaderList1", "shaders"},
-                                  {"asTexture", "defaultTextureList1", "textures"}};
-    if (Status done = createNode(call, result); !done)
-        return done;
-    Scene& scene = call.scene();
-    NodeHandle made;
-    if (Status found = scene.names().findOne(result.string(), made); !found)
-        return found;
-    for (const List& list : kLists) {
-        const NodeHandle holder = call.has(list.flag) ? scene.names().lookUp(list.node) : NodeHandle();
-        const Plug array = scene.findPlug(holder, list.attr), message = scene.findPlug(made, "message");
-        if (!array.isNull() && scene.targets(message).empty())
-            ignore(scene.connect(message, scene.element(array, scene.nextAvailable(array))));
-    }
-    return Status::ok();
-}
-
 const Command kCreateCommands[] = {
     {"createNode", kCreateFlags, countOf(kCreateFlags), createNode, "Makes a node."},
     {"group", kGroupFlags, countOf(kGroupFlags), group, "Puts objects under a new transform."},
-    {"shadingNode", kShadingFlags, countOf(kShadingFlags), shadingNode, "Makes a node of the render lists."},
 };
 
 }  // namespace

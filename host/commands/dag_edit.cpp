@@ -8,12 +8,13 @@
 namespace torvel {
 namespace {
 
-constexpr double kChannelTolerance = 1e-9;  // relative change that is worth a write
+constexpr double kChannelTolerance = 1e-13;  // relative change that is worth a write
+constexpr double kLockTolerance = 1e-9;      // and the one that a locked channel may miss
 constexpr double kMatrixTolerance = 1e-6;   // what a joint may be off before a transform is put above it
 
-bool differs(double a, double b)
+bool differs(double a, double b, double tolerance)
 {
-    return std::abs(a - b) > kChannelTolerance * std::max({1.0, std::abs(a), std::abs(b)});
+    return std::abs(a - b) > tolerance * std::max({1.0, std::abs(a), std::abs(b)});
 }
 
 }  // namespace
@@ -22,9 +23,11 @@ Status ChannelPlan::planVector(const Scene& scene, NodeHandle node, AttrIndex co
 {
     for (int i = 0; i < 3; ++i) {
         const Plug plug = scene.child(Plug(node, compound), i);
-        if (!differs(scene.number(plug), wanted[i]) || !scene.effectiveSource(plug).isNull())
+        const bool locked = scene.isLocked(plug);
+        if (!differs(scene.number(plug), wanted[i], locked ? kLockTolerance : kChannelTolerance) ||
+            !scene.effectiveSource(plug).isNull())
             continue;
-        if (scene.isLocked(plug))
+        if (locked)
             return Status::failure("The attribute '" + scene.plugName(plug) + "' is locked and cannot be changed.");
         m_writes.push_back({plug, wanted[i]});
     }

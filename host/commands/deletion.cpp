@@ -4,6 +4,7 @@
 #include <set>
 #include <unordered_set>
 
+#include "commands/constraint_edit.h"
 #include "nodes/mesh.h"
 #include "nodes/nurbs_curve.h"
 
@@ -220,26 +221,28 @@ std::vector<LostTarget> lostTargets(const Scene& scene, const Doom& doom)
     return lost;
 }
 
-void removeTarget(Scene& scene, const LostTarget& lost)
-{
-    const Plug element = scene.element(scene.findPlug(lost.constraint, "target"), lost.element);
-    Plug weight;
-    for (std::size_t i = 0; i < scene.info(element).children.size(); ++i) {
-        const Plug child = scene.child(element, static_cast<int>(i));
-        if (scene.info(child).longName == "targetWeight")
-            weight = scene.source(child);
-    }
-    scene.removeElement(element);
-    if (!weight.isNull() && weight.node == lost.constraint && scene.info(weight).is(kDynamic))
-        scene.deleteAttribute(weight.node, weight.attr);
-}
-
 }  // namespace
 
 std::vector<NodeHandle> withDependents(const Scene& scene, const std::vector<NodeHandle>& nodes)
 {
     return doomOf(scene, nodes).take();
 }
+
+namespace {
+
+// A shape that stays shows on what its maker made last.
+void keepShapesOf(Scene& scene, const Doom& doom)
+{
+    for (NodeHandle maker : doom.nodes()) {
+        if (!scene.node(maker)->type->is(kHistoryMaker))
+            continue;
+        for (const Scene::Connection& c : scene.outgoing(maker))
+            if (!doom.has(c.target.node) && scene.node(c.target.node)->type->is(kShapeType))
+                bakeGeometry(scene, c.target.node, c.target.node);
+    }
+}
+
+}  // namespace
 
 Status deleteWithDependents(Scene& scene, const std::vector<NodeHandle>& nodes)
 {
@@ -250,12 +253,13 @@ Status deleteWithDependents(Scene& scene, const std::vector<NodeHandle>& nodes)
     }
     Doom doom = doomOf(scene, nodes);
     const std::vector<LostTarget> lost = lostTargets(scene, doom);
-    const std::vector<NodeHandle> doomed = doom.take();
-    for (NodeHandle handle : doomed)
+    for (NodeHandle handle : doom.nodes())
         if (scene.node(handle)->locked)
             return Status::failure("Cannot delete the locked node '" + scene.node(handle)->name + "'.");
+    keepShapesOf(scene, doom);
+    const std::vector<NodeHandle> doomed = doom.take();
     for (const LostTarget& target : lost)
-        removeTarget(scene, target);
+        removeConstraintTarget(scene, target.constraint, target.element);
     scene.deleteNodes(doomed);
     return Status::ok();
 }

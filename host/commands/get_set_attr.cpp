@@ -1,8 +1,10 @@
 #include <charconv>
 
 #include "commands/attr_value.h"
+#include "commands/components.h"
 #include "commands/session.h"
 #include "commands/tables.h"
+#include "nodes/anim_curve.h"
 
 namespace torvel {
 namespace {
@@ -20,19 +22,16 @@ Status missing(const CommandCall& call, const std::string& text)
                                                                   : why;
 }
 
-Plug timePlug(const Scene& scene)
-{
-    return scene.findPlug(scene.timeNode(), "outTime");
-}
-
 // The value at another time; the scene's own time comes back afterwards.
 Status readAtTime(const CommandCall& call, const Plug& plug, Value& out)
 {
     Scene& scene = call.scene();
-    const double now = scene.number(timePlug(scene));
-    scene.setNumber(timePlug(scene), call.number("time"));
+    const double now = sceneTime(scene);
+    const bool modified = scene.modified;
+    setSceneTime(scene, call.number("time"));
     const Status status = readValue(call, plug, call.flag("asString"), out);
-    scene.setNumber(timePlug(scene), now);
+    setSceneTime(scene, now);
+    scene.modified = modified;
     return status;
 }
 
@@ -78,12 +77,37 @@ bool readState(const CommandCall& call, const Plug& plug, Value& out)
     return true;
 }
 
+// The points that a text like "curve.cv[0:2]" names; false when it names none.
+bool pointsNamed(const Scene& scene, const std::string& text, PointSet& out)
+{
+    std::vector<SelectionItem> items;
+    return componentItems(scene, text, items) && items.size() == 1 && pointsOfItem(scene, items.front(), out) &&
+           !out.points.empty();
+}
+
+// Their positions in the space of the shape.
+Value positionsOf(const Scene& scene, const PointSet& set)
+{
+    const std::vector<V3d> points = shapePoints(scene, set.shape);
+    Value::List items;
+    for (const int index : set.points) {
+        const V3d& p = points[static_cast<std::size_t>(index)];
+        items.emplace_back(Value::Tuple{{p.x, p.y, p.z}});
+    }
+    return items.size() == 1 ? items.front() : Value(std::move(items));
+}
+
 Status getAttr(const CommandCall& call, Value& result)
 {
     if (call.args().empty() || !call.args()[0].isString())
         return call.fail("Needs the name of an attribute.");
     const std::string& text = call.args()[0].string();
     const Plug plug = fastPlug(call.scene(), text);
+    PointSet points;
+    if (plug.isNull() && call.m_flags.empty() && pointsNamed(call.scene(), text, points)) {
+        result = positionsOf(call.scene(), points);
+        return Status::ok();
+    }
     if (plug.isNull())
         return missing(call, text);
     if (call.m_flags.empty())
@@ -168,6 +192,20 @@ Status setRun(const CommandCall& call, const Run& run)
     return Status::ok();
 }
 
+Status setPoints(const CommandCall& call, const PointSet& set)
+{
+    std::vector<V3d> positions(set.points.size());
+    if (call.args().size() != 1 + 3 * positions.size())
+        return call.fail("Each point needs three numbers.");
+    for (std::size_t i = 0; i < 3 * positions.size(); ++i) {
+        const Value& value = call.args()[1 + i];
+        if (!value.isNumber())
+            return call.fail("Each point needs three numbers.");
+        positions[i / 3][static_cast<int>(i % 3)] = value.number();
+    }
+    return movePoints(call.scene(), set, positions);
+}
+
 Status setAttr(const CommandCall& call, Value&)
 {
     if (call.args().empty() || !call.args()[0].isString())
@@ -176,6 +214,9 @@ Status setAttr(const CommandCall& call, Value&)
     const std::string& text = call.args()[0].string();
     const Plug plug = fastPlug(scene, text);
     if (plug.isNull()) {
+        PointSet points;
+        if (pointsNamed(scene, text, points))
+            return setPoints(call, points);
         Run run;
         return parseRun(text, run) ? setRun(call, run) : call.fail("No object matches name: " + text);
     }
@@ -192,6 +233,8 @@ Status setAttr(const CommandCall& call, Value&)
         done = call.fail("The attribute '" + scene.plugName(plug) + "' is computed and cannot be set.");
     if (done)
         done = writeValue(call, plug, call.args().data() + 1, count, {call.text("type"), call.has("clamp")});
+    if (plug.node == scene.timeNode())
+        dirtyTimeCurves(scene);
     return done && locksLater ? setStates(call, plug) : done;
 }
 

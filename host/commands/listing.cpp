@@ -2,8 +2,10 @@
 #include <unordered_set>
 
 #include "commands/attr_value.h"
+#include "commands/components.h"
 #include "commands/session.h"
 #include "commands/tables.h"
+#include "nodes/visibility.h"
 
 namespace torvel {
 namespace {
@@ -11,8 +13,8 @@ namespace {
 const FlagRow kLsFlags[] = {
     {"allPaths", "ap"},        {"assemblies", "as"},  {"cameras", "ca"},
     {"dagObjects", "dag"},     {"dependencyNodes", "dep"},
-    {"exactType", "et", "s", kCreate | kEdit, true},        {"geometry", "g"},
-    {"head", "hd", "i"},       {"intermediateObjects", "io"},                {"invisible", "iv"},
+    {"exactType", "et", "s", kCreate | kEdit, true},        {"flatten", "fl"},    {"geometry", "g"},
+    {"head", "hd", "i"},       {"hilite", "hl"},      {"intermediateObjects", "io"},                {"invisible", "iv"},
     {"long", "l"},             {"lockedNodes", "ln"}, {"noIntermediate", "ni"},
     {"objectsOnly", "o"},      {"recursive", "r"},    {"selection", "sl"},   {"sets", "set"},
     {"shapes", "s"},           {"shortNames", "sn"},  {"showType", "st"},    {"tail", "tl", "i"},
@@ -25,14 +27,6 @@ using Items = std::vector<SelectionItem>;
 bool isIntermediate(const Scene& scene, NodeHandle node)
 {
     return scene.number(scene.findPlug(node, "intermediateObject")) != 0.0;
-}
-
-bool isVisible(const Scene& scene, NodeHandle handle)
-{
-    for (NodeHandle step : scene.path(handle))
-        if (scene.number(scene.findPlug(step, "visibility")) == 0.0)
-            return false;
-    return true;
 }
 
 void preOrder(const Scene& scene, NodeHandle top, std::vector<NodeHandle>& out)
@@ -96,12 +90,6 @@ void addPlugs(const Scene& scene, const std::string& text, Items& out)
     }
 }
 
-}  // namespace
-
-bool componentItems(const Scene& scene, const std::string& text, std::vector<SelectionItem>& out);
-
-namespace {
-
 void addText(const Scene& scene, const std::string& text, Items& out)
 {
     if (componentItems(scene, text, out))
@@ -125,6 +113,15 @@ void dropRepeats(Items& items)
             kept.push_back(item);
     }
     items = std::move(kept);
+}
+
+void flatten(Items& items)
+{
+    Items single;
+    for (const SelectionItem& item : items)
+        for (const SelectionItem& one : singleComponents(item))
+            single.push_back(one);
+    items = std::move(single);
 }
 
 void addBelow(const Scene& scene, Items& items)
@@ -186,9 +183,9 @@ bool wanted(const CommandCall& call, const SelectionItem& item)
         return false;
     if (call.has("intermediateObjects") && !isIntermediate(scene, item.node))
         return false;
-    if (call.has("visible") && !isVisible(scene, item.node))
+    if (call.has("visible") && !isShown(scene, item.node))
         return false;
-    return !call.has("invisible") || !isVisible(scene, item.node);
+    return !call.has("invisible") || !isShown(scene, item.node);
 }
 
 void addNames(const CommandCall& call, const SelectionItem& item, std::vector<std::string>& names)
@@ -201,15 +198,16 @@ void addNames(const CommandCall& call, const SelectionItem& item, std::vector<st
             return "." + item.component;
         return item.plug.isNull() ? std::string() : "." + scene.attrPath(item.plug, !call.has("shortNames"));
     };
+    const NodeHandle owner = call.has("objectsOnly") ? item.node : componentOwner(scene, item);
     if (call.has("uuid"))
         names.push_back(scene.node(item.node)->uuid);
     else if (call.has("allPaths"))
         for (int i = 0; i < std::max(1, scene.instanceCount(item.node)); ++i)
-            names.push_back(scene.names().fullPath(item.node, i) + ending());
+            names.push_back(scene.names().fullPath(owner, i) + ending());
     else if (call.has("long"))
-        names.push_back(scene.names().fullPath(item.node, item.instance) + ending());
+        names.push_back(scene.names().fullPath(owner, item.instance) + ending());
     else
-        names.push_back(scene.names().shortest(item.node) + ending());
+        names.push_back(scene.names().shortest(owner) + ending());
     if (call.has("showType"))
         names.push_back(scene.typeName(item.node));
 }
@@ -249,11 +247,15 @@ Status ls(const CommandCall& call, Value& result)
                                            return std::find(named.begin(), named.end(), item) == named.end();
                                        }),
                         items.end());
+    } else if (call.has("hilite")) {
+        items = itemsOf(scene.selection().hilited);
     } else if (call.args().empty()) {
         items = itemsOf(everything(scene));
     }
     if (call.has("dagObjects") && (call.has("selection") || !call.args().empty()))
         addBelow(scene, items);
+    if (call.has("flatten"))
+        flatten(items);
     dropRepeats(items);
     items.erase(std::remove_if(items.begin(), items.end(), [&](const SelectionItem& i) { return !wanted(call, i); }),
                 items.end());

@@ -119,31 +119,6 @@ Status undo(const CommandCall& call, Value&)
     return call.fail("There is nothing to undo: this host keeps no undo queue.");
 }
 
-const FlagRow kUnitFlags[] = {{"angle", "a", "s"}, {"linear", "l", "s"}, {"time", "t", "s"}};
-
-Status currentUnit(const CommandCall& call, Value& result)
-{
-    struct Unit
-    {
-        const char* flag;
-        const char* shortName;
-        const char* longName;
-    };
-    static const Unit kUnits[] = {{"angle", "deg", "degree"}, {"linear", "cm", "centimeter"}, {"time", "film", "film"}};
-    for (const Unit& unit : kUnits) {
-        if (!call.has(unit.flag))
-            continue;
-        if (call.isQuery()) {
-            result = Value(unit.shortName);
-            return Status::ok();
-        }
-        const std::string wanted = call.text(unit.flag);
-        if (wanted != unit.shortName && wanted != unit.longName)
-            return call.fail(std::string("The ") + unit.flag + " unit is always " + unit.longName + ".");
-    }
-    return Status::ok();
-}
-
 const FlagRow kUpAxisFlags[] = {{"axis", "ax", "s"}, {"rotateView", "rv"}};
 
 Status upAxis(const CommandCall& call, Value& result)
@@ -155,25 +130,8 @@ Status upAxis(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-const FlagRow kTimeFlags[] = {{"update", "u", "b"}};
-
-Status currentTime(const CommandCall& call, Value& result)
-{
-    Scene& scene = call.scene();
-    const Plug time = scene.findPlug(scene.timeNode(), "outTime");
-    if (!call.isQuery()) {
-        if (call.args().size() != 1 || !call.args()[0].isNumber())
-            return call.fail("Needs a time.");
-        scene.setNumber(time, call.args()[0].number());
-    }
-    result = Value(scene.number(time));
-    return Status::ok();
-}
-
 const Command kMiscCommands[] = {
     {"about", kAboutFlags, countOf(kAboutFlags), about, "Facts about the program."},
-    {"currentTime", kTimeFlags, countOf(kTimeFlags), currentTime, "Gets and sets the time."},
-    {"currentUnit", kUnitFlags, countOf(kUnitFlags), currentUnit, "The units in use."},
     {"error", kMessageFlags, countOf(kMessageFlags), error, "Stops a script with a text."},
     {"redo", nullptr, 0, undo, "Refused: there is no undo."},
     {"undo", nullptr, 0, undo, "Refused: there is no undo."},

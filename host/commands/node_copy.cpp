@@ -7,6 +7,7 @@
 #include "commands/deletion.h"
 #include "commands/sets.h"
 #include "graph/slot_walk.h"
+#include "nodes/ik_handle.h"
 
 namespace torvel {
 namespace {
@@ -201,6 +202,7 @@ Status copyTree(Scene& scene, NodeHandle root, NodeHandle parent, const std::str
     const Node* node = scene.node(root);
     if (!node || root == scene.world() || node->isDefault)
         return Status::failure("This node cannot be duplicated.");
+    solveAllHandles(scene);  // joints are copied as they are shown
     const Status done = TreeCopy(scene, options, made).run(root, parent, wantedName);
     if (!done && !made.empty()) {
         scene.deleteNodes({made.front().second});

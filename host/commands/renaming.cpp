@@ -21,13 +21,29 @@ std::string withNumber(const Scene& scene, const std::string& wanted)
     }
 }
 
+std::size_t stemLength(const std::string& name)
+{
+    return name.find_last_not_of("0123456789") + 1;
+}
+
+// The shape's name after its transform's: "armShape" follows "arm", "armShape2" follows "arm2" as well. Other names stay.
+std::string shapeNameAfter(const std::string& shape, const std::string& oldName, const std::string& newName)
+{
+    if (shape.rfind(oldName + "Shape", 0) == 0)
+        return newName + shape.substr(oldName.size());
+    const std::size_t oldStem = stemLength(oldName), newStem = stemLength(newName);
+    if (shape != oldName.substr(0, oldStem) + "Shape" + oldName.substr(oldStem))
+        return shape;
+    return newName.substr(0, newStem) + "Shape" + newName.substr(newStem);
+}
+
 void renameShapes(Scene& scene, NodeHandle transform, const std::string& oldName, const std::string& newName)
 {
     const std::vector<NodeHandle> children = scene.node(transform)->children;
     for (NodeHandle child : children) {
-        const std::string name = scene.node(child)->name;
-        if (scene.node(child)->type->is(kShapeType) && name.rfind(oldName + "Shape", 0) == 0)
-            scene.rename(child, newName + name.substr(oldName.size()));
+        const std::string now = scene.node(child)->name, wanted = shapeNameAfter(now, oldName, newName);
+        if (scene.node(child)->type->is(kShapeType) && wanted != now)
+            scene.rename(child, wanted);
     }
 }
 

@@ -5,6 +5,7 @@
 #include "commands/session.h"
 #include "commands/sets.h"
 #include "commands/tables.h"
+#include "nodes/visibility.h"
 
 namespace torvel {
 namespace {
@@ -81,10 +82,7 @@ void withBelow(const Scene& scene, Items& items)
 void withoutHidden(const Scene& scene, Items& items)
 {
     const auto hidden = [&](const SelectionItem& item) {
-        const std::vector<NodeHandle> path = scene.path(item.node);
-        return std::any_of(path.begin(), path.end(), [&](NodeHandle step) {
-            return scene.number(scene.findPlug(step, "visibility")) == 0.0;
-        });
+        return scene.node(item.node)->isDag() && !isShown(scene, item.node);
     };
     items.erase(std::remove_if(items.begin(), items.end(), hidden), items.end());
 }

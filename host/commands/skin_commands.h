@@ -6,7 +6,7 @@
 
 namespace torvel {
 
-extern const Command kSkinCommands[];   ///< skinCluster skinPercent copySkinWeights dagPose
+extern const Command kSkinCommands[];   ///< skinCluster skinPercent copySkinWeights copyDeformerWeights dagPose
 extern const std::size_t kSkinCommandCount;
 extern const Command kPolyCommands[];   ///< polyCube polyPlane polyCylinder
 extern const std::size_t kPolyCommandCount;
@@ -15,6 +15,7 @@ extern const std::size_t kPolyCommandCount;
 Status runSkinCluster(const CommandCall& call, Value& result);
 Status runSkinPercent(const CommandCall& call, Value& result);
 Status runCopySkinWeights(const CommandCall& call, Value& result);
+Status runCopyDeformerWeights(const CommandCall& call, Value& result);
 Status runDagPose(const CommandCall& call, Value& result);
 
 }  // namespace torvel

@@ -45,9 +45,22 @@ constexpr FlagRow kCopySkinWeightsFlags[] = {
     {"sourceSkin", "ss", "s", kCreate},
     {"destinationSkin", "ds", "s", kCreate},
     {"noMirror", "nm", "", kCreate},
+    {"mirrorMode", "mm", "s", kCreate},
+    {"mirrorInverse", "mi", "", kCreate},
     {"surfaceAssociation", "sa", "s", kCreate},
     {"influenceAssociation", "ia", "s", kCreate, true},
     {"normalize", "nr", "", kCreate},
+};
+
+constexpr FlagRow kCopyDeformerWeightsFlags[] = {
+    {"sourceDeformer", "sd", "s", kCreate},
+    {"destinationDeformer", "dd", "s", kCreate},
+    {"sourceShape", "ss", "s", kCreate},
+    {"destinationShape", "ds", "s", kCreate},
+    {"noMirror", "nm", "", kCreate},
+    {"mirrorMode", "mm", "s", kCreate},
+    {"mirrorInverse", "mi", "", kCreate},
+    {"surfaceAssociation", "sa", "s", kCreate},
 };
 
 constexpr FlagRow kDagPoseFlags[] = {
@@ -71,7 +84,9 @@ const Command kSkinCommands[] = {
     {"skinPercent", kSkinPercentFlags, countOf(kSkinPercentFlags), runSkinPercent,
      "Sets and asks the weights of points."},
     {"copySkinWeights", kCopySkinWeightsFlags, countOf(kCopySkinWeightsFlags), runCopySkinWeights,
-     "Copies the weights of one skin to another."},
+     "Copies or mirrors the weights of one skin to another."},
+    {"copyDeformerWeights", kCopyDeformerWeightsFlags, countOf(kCopyDeformerWeightsFlags), runCopyDeformerWeights,
+     "Refused: weights of deformers other than skins are not worked on."},
     {"dagPose", kDagPoseFlags, countOf(kDagPoseFlags), runDagPose, "Saves, restores and asks poses of a skeleton."},
 };
 const std::size_t kSkinCommandCount = sizeof kSkinCommands / sizeof *kSkinCommands;

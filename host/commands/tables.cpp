@@ -8,11 +8,13 @@ namespace torvel {
 void addSceneCommands(Session& session)
 {
     const CommandTable tables[] = {
-        attributeCommands(), attributeEditCommands(), connectionCommands(), createCommands(),
-        deleteCommands(),    duplicateCommands(),     freezeCommands(),     jointCommands(),
-        listCommands(),      matchCommands(),         miscCommands(),       moveCommands(),
+        attributeCommands(), attributeEditCommands(), connectionCommands(), constraintCommands(), createCommands(),
+        deleteCommands(),    duplicateCommands(),     freezeCommands(),     ikCommands(), jointCommands(),
+        listCommands(), locatorCommands(),      matchCommands(),         miscCommands(),       moveCommands(),
         parentCommands(),    relationCommands(),      renameCommands(),     selectCommands(),
-        setCommands(),       transformCommands(),     {kSkinCommands, kSkinCommandCount},
+        setCommands(),       shadingCommands(),       transformCommands(),     circleCommands(),     curveCommands(),
+        measureCommands(),       {kSkinCommands, kSkinCommandCount},
+        attributeInfoCommands(), keyCommands(), keyEditCommands(), timeCommands(),
         {kPolyCommands, kPolyCommandCount},
     };
     for (const CommandTable& table : tables)

@@ -101,12 +101,16 @@ Status readIntegers(std::string_view typeName, std::string_view text, PayloadPtr
 template <class Data>
 Status readTexts(std::string_view typeName, std::string_view text, PayloadPtr& value)
 {
+    auto data = std::make_shared<Data>();
+    if (text.empty()) {  // an empty list of components has no count
+        value = data;
+        return Status::ok();
+    }
     NumberSource source(text);
     std::size_t count = 0;
     if (!readCount(source, 2, count))
         return damaged(typeName, "its count is missing or larger than the text");
     TokenCursor cursor(source.rest());
-    auto data = std::make_shared<Data>();
     data->items.resize(count);
     for (std::string& item : data->items)
         if (!cursor.text(item))

@@ -4,6 +4,7 @@
 
 #include "files/block_writer.h"
 #include "files/statement.h"
+#include "nodes/ik_handle.h"
 
 namespace torvel {
 namespace {
@@ -153,6 +154,7 @@ void SceneWriter::connections()
 
 std::string SceneWriter::run()
 {
+    solveAllHandles(m_scene);  // joints of handles are saved as they are shown
     head();
     dagNodes();
     instances();

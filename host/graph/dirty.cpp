@@ -4,6 +4,7 @@
 #include "graph/evaluator.h"
 #include "graph/scene.h"
 #include "graph/slot_walk.h"
+#include "graph/writers.h"
 
 namespace torvel {
 namespace {
@@ -17,6 +18,23 @@ public:
     void run(const Plug& changed)
     {
         m_queue.push_back(changed);
+        workOff();
+    }
+
+    // An output that is to be evaluated again, clean or not.
+    void runOutput(const Plug& output)
+    {
+        Node* node = m_scene.node(output.node);
+        if (!node)
+            return;
+        node->slot(output.attr).state |= kClean;
+        markOutput(*node, output.attr);
+        workOff();
+    }
+
+private:
+    void workOff()
+    {
         while (!m_queue.empty()) {
             const Plug plug = m_queue.back();
             m_queue.pop_back();
@@ -25,7 +43,6 @@ public:
         }
     }
 
-private:
     void spread(Node& node, const Plug& plug)
     {
         for (AttrIndex a = plug.attr; a != kNoAttr; a = node.attr(a).parent)
@@ -35,6 +52,8 @@ private:
         if (plug.attr == world.parent && world.parent != kNoAttr)
             markParentMoved(node);
         tellTargets(node, plug);
+        if (node.writerLinks)
+            tellReaders(node, kNoAttr);
         if (!node.unknownType.empty())
             spreadUnknown(node, plug);
     }
@@ -60,9 +79,25 @@ private:
         node.slot(output).state &= ~kClean;
         markOutputs(node, node.attr(output).affects);
         queueTargetsBelow(node, Plug(node.self, output));
+        if (node.writerLinks)
+            tellWriterLinks(node, output);
         if (output == worldAttrs(*node.type).world)
             for (NodeHandle child : node.children)
                 markParentMoved(*m_scene.node(child));
+    }
+
+    void tellReaders(const Node& node, AttrIndex output)
+    {
+        for (const WriterLinks::Reader& reader : node.writerLinks->readers)
+            if (Node* writer = reader.output == output ? m_scene.node(reader.writer.node) : nullptr)
+                markOutput(*writer, reader.writer.attr);
+    }
+
+    void tellWriterLinks(const Node& node, AttrIndex output)
+    {
+        tellReaders(node, output);
+        if (output == node.writerLinks->output)
+            m_queue.insert(m_queue.end(), node.writerLinks->writes.begin(), node.writerLinks->writes.end());
     }
 
     void markParentMoved(Node& child)
@@ -134,6 +169,11 @@ private:
 void Scene::changed(const Plug& plug)
 {
     DirtySpread(*this).run(plug);
+}
+
+void Scene::outputChanged(const Plug& output)
+{
+    DirtySpread(*this).runOutput(output);
 }
 
 void Scene::setDirty(const Plug& plug)

@@ -17,6 +17,12 @@ double Evaluation::number(const Plug& plug) const
 
 V3d Evaluation::vec3(const Plug& plug) const
 {
+    const Plug from = Evaluator::resolve(m_scene, plug);
+    const Node* node = m_scene.node(from.node);
+    const bool isPlain = node && node->unknownType.empty() && !node->writerLinks && !node->mayBeLinked(from.attr);
+    if (isPlain)  // nothing stands behind the children
+        return {m_scene.storedNumber(m_scene.child(from, 0)), m_scene.storedNumber(m_scene.child(from, 1)),
+                m_scene.storedNumber(m_scene.child(from, 2))};
     return {number(m_scene.child(plug, 0)), number(m_scene.child(plug, 1)), number(m_scene.child(plug, 2))};
 }
 

@@ -1,9 +1,11 @@
 #include "graph/evaluator.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 #include "graph/evaluation.h"
 #include "graph/slot_walk.h"
+#include "graph/writers.h"
 
 namespace torvel {
 namespace {
@@ -59,6 +61,9 @@ AttrIndex outputRoot(const Node& node, AttrIndex attr)
 
 const WorldAttrs& worldAttrs(const NodeType& type)
 {
+    static const WorldAttrs kNoWorld;
+    if (!type.is(kDagType))
+        return kNoWorld;
     static std::unordered_map<const NodeType*, WorldAttrs> known;
     const auto it = known.find(&type);
     if (it != known.end())
@@ -68,8 +73,7 @@ const WorldAttrs& worldAttrs(const NodeType& type)
         const auto at = type.byName.find(name);
         return at == type.byName.end() ? kNoAttr : at->second;
     };
-    if (type.is(kDagType))
-        found = {look("worldMatrix"), look("worldInverseMatrix"), look("parentMatrix"), look("parentInverseMatrix")};
+    found = {look("worldMatrix"), look("worldInverseMatrix"), look("parentMatrix"), look("parentInverseMatrix")};
     return known.emplace(&type, found).first->second;
 }
 
@@ -78,9 +82,9 @@ Plug Evaluator::resolve(const Scene& scene, const Plug& plug)
     Plug at = plug;
     for (int hop = 0; hop < kMaxHops; ++hop) {
         const Node* node = scene.node(at.node);
-        if (!node)
-            return at;
-        Plug next = node->linkedInputs ? scene.effectiveSource(at) : Plug();
+        if (!node || (node->writerLinks && node->writerLinks->find(at.attr)))
+            return at;  // a writer's result stands before the value of a source
+        Plug next = node->mayBeLinked(at.attr) ? scene.effectiveSource(at) : Plug();
         if (next.isNull() && !node->unknownType.empty())
             next = passThroughInput(scene, at);
         if (next.isNull())
@@ -93,7 +97,13 @@ Plug Evaluator::resolve(const Scene& scene, const Plug& plug)
 void Evaluator::pushOutput(NodeHandle handle, AttrIndex attr)
 {
     Node* node = m_scene.node(handle);
+    if (!node)
+        return;
     attr = outputRoot(*node, attr);
+    if (m_gathered) {
+        m_gathered->push_back({&node->slot(attr), handle, attr});
+        return;
+    }
     const Slot* slot = node->peek(attr);
     if (!slot || !(slot->state & kClean))
         m_stack.push_back({handle, attr, false});
@@ -111,6 +121,8 @@ void Evaluator::push(const Plug& plug)
         pushOutput(from.node, from.attr);
         return;
     }
+    if (node->writerLinks)
+        pushWriters(*node, from.attr);
     if (!node->linkedInputs || m_scene.isArrayPlug(from))
         return;
     for (std::size_t i = 0; i < info.children.size(); ++i)
@@ -132,7 +144,59 @@ void Evaluator::pushLinked(Node& node, AttrIndex input)
     });
 }
 
+// What writes this attribute or a child of it.
+void Evaluator::pushWriters(const Node& node, AttrIndex attr)
+{
+    for (const WriterLinks::Written& w : node.writerLinks->written)
+        if (w.attr == attr || node.attr(w.attr).parent == attr)
+            pushOutput(w.writer.node, w.writer.attr);
+}
+
+void Evaluator::pushWriterLinks(const Node& node, AttrIndex output)
+{
+    NodeHandle last;
+    for (const WriterLinks::Written& w : node.writerLinks->written) {
+        if (w.writer.node == last)
+            continue;
+        const std::vector<AttrIndex>& below = node.attr(node.rootOf(w.attr)).affects;
+        if (std::find(below.begin(), below.end(), output) == below.end())
+            continue;
+        pushOutput(w.writer.node, w.writer.attr);
+        last = w.writer.node;
+    }
+    if (output == node.writerLinks->output)
+        for (const Plug& read : node.writerLinks->reads)
+            push(read);
+}
+
 void Evaluator::pushDependencies(Node& node, AttrIndex output)
+{
+    for (const EvaluationPlan::Need& need : needsOf(node, output))
+        if (!(need.slot->state & kClean))
+            m_stack.push_back({need.node, need.output, false});
+}
+
+const std::vector<EvaluationPlan::Need>& Evaluator::needsOf(Node& node, AttrIndex output)
+{
+    if (!node.plan)
+        node.plan = std::make_unique<EvaluationPlan>();
+    EvaluationPlan& plan = *node.plan;
+    if (plan.structure != m_scene.structure()) {
+        plan.structure = m_scene.structure();
+        plan.outputs.clear();
+        plan.own.reset();
+    }
+    for (const EvaluationPlan::Output& known : plan.outputs)
+        if (known.output == output)
+            return known.needs;
+    plan.outputs.push_back({output, {}});
+    m_gathered = &plan.outputs.back().needs;
+    gatherNeeds(node, output);
+    m_gathered = nullptr;
+    return plan.outputs.back().needs;
+}
+
+void Evaluator::gatherNeeds(Node& node, AttrIndex output)
 {
     const NodeHandle self = node.self;
     const WorldAttrs& world = worldAttrs(*node.type);
@@ -142,10 +206,12 @@ void Evaluator::pushDependencies(Node& node, AttrIndex output)
         for (NodeHandle parent : node.parents)
             if (const AttrIndex attr = worldAttrs(*m_scene.node(parent)->type).world; attr != kNoAttr)
                 pushOutput(parent, attr);
+    if (node.writerLinks)
+        pushWriterLinks(node, output);
     for (AttrIndex input : node.attr(output).dependsOn) {
         if (node.attr(input).is(kOutput))
             pushOutput(self, input);
-        else if (node.linkedInputs)
+        else if (node.mayBeLinked(input))
             pushLinked(node, input);
     }
 }
@@ -170,9 +236,30 @@ void Evaluator::reportCycle(Node& node, AttrIndex output)
                                               "' may not evaluate as expected.");
 }
 
+// The output whose inputs are being worked off.
+void Evaluator::rememberRingReader()
+{
+    for (std::size_t i = m_stack.size(); i-- > 0;)
+        if (m_stack[i].expanded) {
+            m_ringReaders.push_back(Plug(m_stack[i].node, m_stack[i].output));
+            return;
+        }
+}
+
 void Evaluator::bringUpToDate(const Plug& plug)
 {
     push(plug);
+    workOff();
+    if (m_ringReaders.empty())
+        return;
+    for (const Plug& reader : m_ringReaders)
+        m_scene.outputChanged(reader);
+    push(plug);
+    workOff();
+}
+
+void Evaluator::workOff()
+{
     while (!m_stack.empty()) {
         const Step step = m_stack.back();
         Node* node = m_scene.node(step.node);
@@ -188,6 +275,7 @@ void Evaluator::bringUpToDate(const Plug& plug)
             m_stack.pop_back();
         } else if (slot.state & kComputing) {
             m_stack.pop_back();  // met again on its own road: the value of the last evaluation stands in
+            rememberRingReader();
             reportCycle(*node, step.output);
         } else {
             slot.state |= kComputing;
@@ -199,11 +287,13 @@ void Evaluator::bringUpToDate(const Plug& plug)
 
 void Scene::evaluate(const Plug& plug) const
 {
+    if (m_writersStale)
+        const_cast<Scene*>(this)->refreshWriters();
     const Node* n = node(plug.node);
     if (!n || plug.attr >= n->attrCount())
         return;
     const AttrInfo& attr = n->attr(plug.attr);
-    if (!attr.is(kOutput) && !n->linkedInputs && n->unknownType.empty())
+    if (!attr.is(kOutput) && !n->linkedInputs && n->unknownType.empty() && !n->writerLinks)
         return;
     Evaluator(const_cast<Scene&>(*this)).bringUpToDate(plug);
 }

@@ -7,7 +7,8 @@
 namespace torvel {
 
 /// Pull side of the graph: brings one plug up to date with an explicit stack, so that depth does not matter.
-/// A cycle is told once; the value of the last evaluation is used where it closes.
+/// A cycle is told once; the value of the last evaluation is used where it closes, and what took it is evaluated once
+/// more with the new one: rings through parts that do not depend on each other come out right.
 class Evaluator
 {
 public:
@@ -27,12 +28,20 @@ private:
     void push(const Plug& plug);
     void pushOutput(NodeHandle node, AttrIndex attr);
     void pushDependencies(Node& node, AttrIndex output);
+    const std::vector<EvaluationPlan::Need>& needsOf(Node& node, AttrIndex output);
+    void gatherNeeds(Node& node, AttrIndex output);
     void pushLinked(Node& node, AttrIndex input);
+    void pushWriters(const Node& node, AttrIndex attr);
+    void pushWriterLinks(const Node& node, AttrIndex output);
     void finish(Node& node, AttrIndex output);
     void reportCycle(Node& node, AttrIndex output);
+    void workOff();
+    void rememberRingReader();
 
     Scene& m_scene;
     std::vector<Step> m_stack;
+    std::vector<EvaluationPlan::Need>* m_gathered = nullptr;  // while a plan is made: instead of the stack
+    std::vector<Plug> m_ringReaders;  // outputs that took a value of the last evaluation where a ring closes
 };
 
 /// Root attribute of an output: the unit that is dirty or clean as a whole.

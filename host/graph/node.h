@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "graph/data.h"
+#include "graph/evaluation_plan.h"
 #include "graph/node_type.h"
 
 namespace torvel {
@@ -79,6 +80,9 @@ struct Node
     bool isDefault = false;            ///< made by the scene itself (time1, persp ...)
     std::uint32_t linkedInputs = 0;    ///< incoming connections: nodes without any need no search for sources
     std::vector<Plug> feeding;         ///< plugs that feed others, in the order they began to
+    std::vector<AttrIndex> linkedRoots;  ///< root attributes at or below which a connection came in at some time
+    std::unique_ptr<WriterLinks> writerLinks;  ///< ties to writers; null for nearly every node
+    std::unique_ptr<EvaluationPlan> plan;      ///< null before the first evaluation
 
     // DAG part; empty for other nodes. A top node has the world as its only parent.
     std::vector<NodeHandle> parents;
@@ -94,6 +98,9 @@ struct Node
     /// By long or short name, dynamic ones included; kNoAttr when there is none.
     AttrIndex findAttr(std::string_view attrName) const;
     bool isDag() const { return type->is(kDagType); }
+    AttrIndex rootOf(AttrIndex index) const;       ///< the attribute above it that has no parent, or itself
+    /// False: nothing comes in at the attribute, above or below it.
+    bool mayBeLinked(AttrIndex index) const;
 
     /// Slot of an attribute without an array above it (an array attribute's own slot holds its elements).
     Slot& slot(AttrIndex index);
@@ -108,5 +115,23 @@ struct Node
     Node();
     ~Node();
 };
+
+inline AttrIndex Node::rootOf(AttrIndex index) const
+{
+    while (attr(index).parent != kNoAttr)
+        index = attr(index).parent;
+    return index;
+}
+
+inline bool Node::mayBeLinked(AttrIndex index) const
+{
+    if (linkedInputs == 0)
+        return false;
+    const AttrIndex root = rootOf(index);
+    for (AttrIndex linked : linkedRoots)
+        if (linked == root)
+            return true;
+    return false;
+}
 
 }  // namespace torvel

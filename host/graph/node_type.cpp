@@ -136,6 +136,8 @@ std::unique_ptr<NodeType> makeType(const NodeTypeRow& row, const NodeType* base)
     type->flags = (base ? base->flags & ~(kAbstractType | kUniqueType) : 0u) | row.flags;
     if (row.evaluate)
         type->evaluate = row.evaluate;
+    if (row.declareWrites)
+        type->declareWrites = row.declareWrites;
     if (row.created)
         type->created.push_back(row.created);
     TypeBuilder builder(*type);

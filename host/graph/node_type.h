@@ -7,6 +7,7 @@
 
 #include "base/status.h"
 #include "graph/attribute.h"
+#include "graph/writers.h"
 
 namespace torvel {
 
@@ -47,6 +48,8 @@ struct NodeTypeRow
     std::uint32_t flags;
     /// Called once after creation (defaults that are no plain numbers); may be null; the base's runs first.
     void (*created)(Scene& scene, Node& node);
+    /// Of a type whose nodes write plugs of other nodes; null: inherited, then none.
+    DeclareWrites declareWrites = nullptr;
 };
 
 struct NodeType
@@ -61,6 +64,7 @@ struct NodeType
     std::unordered_map<std::string, AttrIndex> byName;  ///< long and short names
     void (*evaluate)(Evaluation&) = nullptr;
     std::vector<void (*)(Scene&, Node&)> created;
+    DeclareWrites declareWrites = nullptr;
 
     bool is(std::uint32_t flag) const { return (flags & flag) != 0; }
     /// This type or one of its bases bears the name.

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 
+#include "graph/writers.h"
+
 namespace torvel {
 
-Scene::Scene(const TypeRegistry& types, Log& log) : m_types(types), m_log(log), m_names(*this), m_selection(*this)
+Scene::Scene(const TypeRegistry& types, Log& log)
+    : m_types(types), m_log(log), m_names(*this), m_selection(*this), m_writers(std::make_unique<WriterTable>())
 {
     clear();
 }
@@ -15,7 +18,10 @@ void Scene::clear()
 {
     m_names.clear();
     m_nodes.clear();
+    ++m_structure;
     m_selection.clear();
+    *m_writers = WriterTable();
+    m_writersStale = false;
     for (std::uint32_t& generation : m_generations)
         ++generation;  // handles of the former scene stay invalid
     m_free.clear();
@@ -58,6 +64,10 @@ NodeHandle Scene::add(std::unique_ptr<Node> made)
     made->created = ++m_creations;
     ++m_alive;
     const NodeHandle handle = made->self;
+    if (made->type->declareWrites) {
+        m_writers->writers.push_back(handle);
+        m_writersStale = true;
+    }
     m_nodes[index] = std::move(made);
     return handle;
 }
@@ -138,11 +148,26 @@ void Scene::deleteNodes(const std::vector<NodeHandle>& nodes)
     for (NodeHandle handle : nodes)
         if (isValid(handle) && handle != m_world)
             collectBelow(handle, doomed);
+    const std::uint64_t stamp = m_visit;
     for (NodeHandle handle : doomed)
         tell([handle](SceneListener& l) { l.nodeDeleted(handle); });
+    for (NodeHandle handle : doomed)
+        leaveValues(handle, stamp);
     for (std::size_t i = doomed.size(); i-- > 0;)
         removeOne(doomed[i]);
     modified = modified || !doomed.empty();
+}
+
+// Numbers that nodes outside the walk `stamp` get from this one stay as they are: taken before any of its inputs goes.
+void Scene::leaveValues(NodeHandle handle, std::uint64_t stamp)
+{
+    if (!isValid(handle) || node(handle)->linkedInputs == 0)
+        return;
+    for (const Connection& c : outgoing(handle)) {
+        const Node* fed = node(c.target.node);
+        if (fed && fed->visit != stamp && (isNumeric(info(c.target).type) || info(c.target).children.size() == 3))
+            unlink(c.source, c.target, true);
+    }
 }
 
 void Scene::detachFromParents(Node& self)
@@ -172,6 +197,8 @@ void Scene::removeOne(NodeHandle handle)
     }
     m_selection.forget(handle);
     m_names.removed(handle, doomed->name);
+    m_writersStale = m_writersStale || doomed->writerLinks || doomed->type->declareWrites;
+    ++m_structure;
     m_nodes[handle.index].reset();
     ++m_generations[handle.index];
     m_free.push_back(handle.index);

@@ -15,6 +15,9 @@
 
 namespace torvel {
 
+struct WriterDeclaration;
+struct WriterTable;
+
 /// Told after each change. All members do nothing by default.
 class SceneListener
 {
@@ -149,6 +152,9 @@ public:
     /// The stored value, without evaluating or following connections.
     double storedNumber(const Plug& plug) const;
     PayloadPtr storedData(const Plug& plug) const;
+    /// What the plug would show without its writer: the value of its source, or the number last set by hand. Sources are
+    /// not evaluated. The stored number of a plug that nobody writes.
+    double ownNumber(const Plug& plug) const;
 
     const Slot* peekSlot(const Plug& plug) const;  ///< null while untouched or missing
     Slot* slotFor(const Plug& plug);               ///< makes elements on the way; null for a bulk or dead plug
@@ -188,7 +194,11 @@ public:
     void setDirty(const Plug& plug);
     /// Brings the plug up to date (iteratively; depth of the graph does not matter).
     void evaluate(const Plug& plug) const;
+    /// The writer's output that writes this number; null when there is none.
+    Plug writerOf(const Plug& plug) const;
     std::uint64_t nextVisit() const { return ++m_visit; }
+    /// Ascends with every change of connections, hierarchy or attributes.
+    std::uint64_t structure() const { return m_structure; }
 
     // --- time, files -----------------------------------------------------------------------------------------
     NodeHandle timeNode() const { return m_time; }
@@ -217,9 +227,15 @@ private:
     void removeOne(NodeHandle handle);
     void collectBelow(NodeHandle top, std::vector<NodeHandle>& out) const;
     void breakLinks(Node& node);
+    void leaveValues(NodeHandle node, std::uint64_t stamp);
     void unlink(const Plug& source, const Plug& target, bool keepValue);
     void changed(const Plug& plug);
     void detachFromParents(Node& node);
+    void outputChanged(const Plug& output);
+    void refreshWriters();
+    void linkWriters(std::vector<Plug>& changedPlugs);
+    std::vector<Plug> gatherWritten(const WriterDeclaration& said) const;
+    void keepOwn(Node& node, const Plug& plug, double value);
     NodeHandle commonWorld(NodeHandle parent) const { return parent.isNull() ? m_world : parent; }
 
     const TypeRegistry& m_types;
@@ -230,12 +246,15 @@ private:
     std::size_t m_alive = 0;
     std::uint64_t m_creations = 0;
     std::uint64_t m_connections = 0;
+    std::uint64_t m_structure = 1;
     mutable std::uint64_t m_visit = 0;
     NodeHandle m_world;
     NodeHandle m_time;
     Names m_names;
     Selection m_selection;
     std::vector<SceneListener*> m_listeners;
+    std::unique_ptr<WriterTable> m_writers;
+    bool m_writersStale = false;  ///< ties of writers must be found anew before the next evaluation
 };
 
 }  // namespace torvel

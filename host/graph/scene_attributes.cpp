@@ -99,6 +99,7 @@ Status Scene::addAttribute(NodeHandle handle, const AttrInfo& wanted, AttrIndex 
         return Status::failure("addAttr: the parent of '" + info.longName + "' is no dynamic attribute");
     info.flags |= kDynamic;
     growElements(*n, parent);
+    ++m_structure;
     made = layOutAttribute(n->dynamic->attrs, n->dynamic->slotCount, std::move(info), parent, first);
     const AttrInfo& stored = n->attr(made);
     n->dynamic->byName[stored.longName] = made;
@@ -139,6 +140,7 @@ Plug Scene::opaquePlug(NodeHandle handle, std::string_view attrPath)
             if (parent != kNoAttr && parent < first)
                 return {};  // the host knows the compound but not this child
             growElements(*n, parent);
+            ++m_structure;
             found = layOutAttribute(n->dynamic->attrs, n->dynamic->slotCount, std::move(info), parent, first);
             if (parent == kNoAttr)
                 n->dynamic->byName.emplace(std::string(step.name), found);
@@ -170,6 +172,7 @@ void Scene::deleteAttribute(NodeHandle handle, AttrIndex attr)
         for (AttrIndex a = c.source.attr; a != kNoAttr; a = n->attr(a).parent)
             if (a == attr)
                 ignore(disconnect(c.source, c.target));
+    ++m_structure;
     std::vector<AttrIndex> gone{attr};
     for (std::size_t i = 0; i < gone.size(); ++i)
         gone.insert(gone.end(), n->attr(gone[i]).children.begin(), n->attr(gone[i]).children.end());
@@ -386,6 +389,7 @@ void Scene::removeElement(const Plug& elementPlug)
         unlink(source, target, false);
     for (const auto& [source, target] : links.out)
         unlink(source, target, true);
+    ++m_structure;
     const int again = slot->array->find(logicalIndex(elementPlug));  // unlinking may have taken it already
     if (again >= 0) {
         slot->array->logical.erase(slot->array->logical.begin() + again);

@@ -3,6 +3,7 @@
 #include "graph/evaluator.h"
 #include "graph/scene.h"
 #include "graph/slot_walk.h"
+#include "graph/writers.h"
 
 namespace torvel {
 namespace {
@@ -29,8 +30,11 @@ bool areCompatible(const Scene& scene, const Plug& source, const Plug& target)
         return false;
     if (isNumeric(from.type) && isNumeric(to.type))
         return true;
+    const bool sameChildren = !from.children.empty() && from.children.size() == to.children.size();
+    if (sameChildren && (isCompound(from.type) || isCompound(to.type)))
+        return true;  // a conversion is a number with room for three at once
     if (isCompound(from.type) && isCompound(to.type))
-        return from.children.size() == to.children.size();
+        return false;
     if (isGeometry(from.type) && isGeometry(to.type))
         return true;  // deformers take every kind of shape through one attribute
     return from.type == AttrType::Text || to.type == AttrType::Text;
@@ -85,8 +89,13 @@ Status Scene::connect(const Plug& given, const Plug& target)
     if (targets.empty())
         node(source.node)->feeding.push_back(source);
     targets.push_back(target);
-    ++node(target.node)->linkedInputs;
+    Node& fed = *node(target.node);
+    ++fed.linkedInputs;
+    if (!fed.mayBeLinked(target.attr))
+        fed.linkedRoots.push_back(fed.rootOf(target.attr));
+    m_writersStale = m_writersStale || fed.writerLinks || fed.type->declareWrites;
     modified = true;
+    ++m_structure;
     changed(target);
     tell([&](SceneListener& l) { l.connectionChanged(source, target, true); });
     return Status::ok();
@@ -112,6 +121,8 @@ void Scene::unlink(const Plug& source, const Plug& target, bool keepValue)
 {
     const bool isNumber = isNumeric(info(target).type);
     const double last = keepValue && isNumber && node(source.node) ? number(target) : 0.0;
+    if (Node* fed = keepValue && isNumber ? node(target.node) : nullptr; fed && fed->writerLinks)
+        keepOwn(*fed, target, ownNumber(target));
     const V3d lastVector = keepValue && info(target).children.size() == 3 ? vec3(target) : V3d(0.0);
     Slot* to = slotFor(target);
     if (!to || !to->links)
@@ -124,7 +135,10 @@ void Scene::unlink(const Plug& source, const Plug& target, bool keepValue)
         if (targets.empty())
             feeding.erase(std::remove(feeding.begin(), feeding.end(), source), feeding.end());
     }
-    --node(target.node)->linkedInputs;
+    Node& fed = *node(target.node);
+    --fed.linkedInputs;
+    ++m_structure;
+    m_writersStale = m_writersStale || fed.writerLinks || fed.type->declareWrites;
     if (keepValue && isNumber) {
         to->number = last;
         to->state |= kSet;

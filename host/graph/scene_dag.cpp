@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "graph/scene.h"
+#include "graph/writers.h"
 
 namespace torvel {
 
@@ -35,6 +36,8 @@ Status Scene::reparent(NodeHandle child, NodeHandle newParent)
     self->parents.push_back(newParent);
     above->children.push_back(child);
     rename(child, self->name);  // numbered when a sibling bears the name
+    m_writersStale = m_writersStale || !m_writers->writers.empty();
+    ++m_structure;
     setDirty(Plug(child, self->findAttr("parentMatrix")));
     modified = true;
     tell([child](SceneListener& l) { l.nodeReparented(child); });
@@ -53,6 +56,8 @@ Status Scene::addParent(NodeHandle child, NodeHandle newParent)
         return Status::ok();
     self->parents.push_back(newParent);
     above->children.push_back(child);
+    m_writersStale = m_writersStale || !m_writers->writers.empty();
+    ++m_structure;
     setDirty(Plug(child, self->findAttr("parentMatrix")));
     modified = true;
     tell([child](SceneListener& l) { l.nodeReparented(child); });
@@ -67,6 +72,8 @@ Status Scene::removeParent(NodeHandle child, NodeHandle oldParent)
         return Status::failure("Only one of several parents can be taken away");
     self->parents.erase(std::remove(self->parents.begin(), self->parents.end(), oldParent), self->parents.end());
     above->children.erase(std::remove(above->children.begin(), above->children.end(), child), above->children.end());
+    m_writersStale = m_writersStale || !m_writers->writers.empty();
+    ++m_structure;
     setDirty(Plug(child, self->findAttr("parentMatrix")));
     tell([child](SceneListener& l) { l.nodeReparented(child); });
     return Status::ok();

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <utility>
 
 #include "graph/scene.h"
@@ -21,6 +22,7 @@ void Scene::takeContents(Scene& other)
     std::swap(m_creations, other.m_creations);
     std::swap(m_connections, other.m_connections);
     std::swap(m_visit, other.m_visit);
+    m_structure = other.m_structure = std::max(m_structure, other.m_structure) + 1;  // no plan of either one holds
     std::swap(m_world, other.m_world);
     std::swap(m_time, other.m_time);
     fileName.swap(other.fileName);
@@ -30,6 +32,8 @@ void Scene::takeContents(Scene& other)
     referenceText.swap(other.referenceText);
     unitsText.swap(other.unitsText);
     trailingText.swap(other.trailingText);
+    m_writers.swap(other.m_writers);
+    m_writersStale = other.m_writersStale = true;
     m_names.clear();
     for (NodeHandle handle : allNodes())
         if (handle != m_world)

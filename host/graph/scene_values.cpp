@@ -2,6 +2,7 @@
 
 #include "graph/evaluator.h"
 #include "graph/scene.h"
+#include "graph/writers.h"
 
 namespace torvel {
 namespace {
@@ -82,6 +83,8 @@ void Scene::setNumber(const Plug& plug, double value)
         return;
     slot->number = asType(attr.type, value);
     slot->state |= kSet;
+    if (Node* n = node(plug.node); n->writerLinks)
+        keepOwn(*n, plug, slot->number);
     modified = true;
     changed(plug);
     tell([&](SceneListener& l) { l.valueChanged(plug); });

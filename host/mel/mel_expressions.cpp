@@ -17,9 +17,17 @@ std::size_t indexOf(const Value& value)
 
 Value withSign(const Value& value)
 {
-    if (value.isTuple())
+    if (value.isTuple() || value.isList())
         return combine("*", value, Value(-1));
     return value.isString() ? Value(-numberOf(value)) : combine("-", Value(0), value);
+}
+
+// An entry in a row of a matrix.
+Value entryOf(const Value::Tuple& row, std::size_t at)
+{
+    if (at >= row.items.size())
+        throw Fault{"Matrix index out of bounds: " + std::to_string(at) + ".", 0, 0, {}};
+    return Value(row.items[at]);
 }
 
 Value joined(const std::vector<Value>& items)
@@ -75,6 +83,12 @@ Value Interpreter::evaluate(const Node& node)
             tuple.items.push_back(numberOf(evaluate(*item)));
         return Value(std::move(tuple));
     }
+    case NodeKind::Matrix: {
+        Value::List rows;
+        for (const Node* row : node.children)
+            rows.push_back(evaluate(*row));
+        return Value(std::move(rows));
+    }
     case NodeKind::Cast: return convert(child(0), node.kind);
     case NodeKind::Command: return call(node);
     default: break;
@@ -104,6 +118,8 @@ Value Interpreter::element(const Node& node)
     const Value index = evaluate(*node.children[1]);
     if (base.what != NodeKind::Variable) {
         const Value array = evaluate(base);
+        if (array.isTuple() && base.what == NodeKind::Index)
+            return entryOf(array.tuple(), indexOf(index));
         if (!array.isList())
             throw Fault{"Only an array has elements.", node.line, 0, {}};
         const std::size_t at = indexOf(index);
@@ -113,6 +129,8 @@ Value Interpreter::element(const Node& node)
     if (!array->value.isList())
         throw Fault{"\"$" + base.text + "\" is not an array.", node.line, 0, {}};
     const std::size_t at = indexOf(index);
+    if (array->kind.type == Type::Matrix && at >= array->value.list().size())
+        throw Fault{"Matrix index out of bounds: " + textOf(index) + ".", node.line, 0, {}};
     return at < array->value.list().size() ? array->value.list()[at] : defaultOf({array->kind.type, false});
 }
 
@@ -120,20 +138,40 @@ void Interpreter::assign(const Node& target, Value value)
 {
     if (target.what == NodeKind::Variable) {
         const VariablePtr known = findOrMake(target.text, kindOf(value));
-        known->value = convert(value, known->kind);
+        known->value = known->kind.type == Type::Matrix && !known->kind.array && !known->value.list().empty()
+                           ? fitMatrix(value, known->value)
+                           : convert(value, known->kind);
         return;
     }
+    if (target.what == NodeKind::Index && target.children[0]->what == NodeKind::Index)
+        return assignEntry(target, value);
     if (target.what != NodeKind::Index || target.children[0]->what != NodeKind::Variable)
         throw Fault{"Nothing can be assigned to this expression.", target.line, 0, {}};
     const std::size_t at = indexOf(evaluate(*target.children[1]));
     const VariablePtr known = findOrMake(target.children[0]->text, {kindOf(value).type, true});
-    if (!known->value.isList())
+    if (!known->value.isList() || known->kind.type == Type::Matrix)
         throw Fault{"\"$" + target.children[0]->text + "\" is not an array.", target.line, 0, {}};
     Value item = convert(value, {known->kind.type, false});
     Value::List& list = known->value.list();
     if (at >= list.size())
         list.resize(at + 1, defaultOf({known->kind.type, false}));
     list[at] = std::move(item);
+}
+
+// $matrix[row][column] = value
+void Interpreter::assignEntry(const Node& target, const Value& value)
+{
+    const Node& row = *target.children[0];
+    const VariablePtr known = variable(*row.children[0]);
+    if (known->kind.type != Type::Matrix)
+        throw Fault{"\"$" + row.children[0]->text + "\" is not a matrix.", target.line, 0, {}};
+    const std::size_t r = indexOf(evaluate(*row.children[1])), c = indexOf(evaluate(*target.children[1]));
+    Value::List& rows = known->value.list();
+    if (r >= rows.size() || c >= rows[r].tuple().items.size())
+        throw Fault{"Matrix index out of bounds.", target.line, 0, {}};
+    Value::Tuple numbers = rows[r].tuple();
+    numbers.items[c] = numberOf(value);
+    rows[r] = Value(std::move(numbers));
 }
 
 Value Interpreter::assignment(const Node& node)

@@ -252,11 +252,25 @@ VariablePtr& Interpreter::place(const std::string& name)
     return scope.back().second;
 }
 
+// Of the declared size: zeros or the value given.
+Value Interpreter::firstMatrix(const Node& node)
+{
+    if (node.children.size() < 2)  // a parameter: takes any size
+        return defaultOf(node.kind);
+    const double rows = numberOf(evaluate(*node.children[0])), columns = numberOf(evaluate(*node.children[1]));
+    if (!(rows >= 1.0 && columns >= 1.0 && rows <= 4096.0 && columns <= 4096.0))
+        throw Fault{"Invalid size of matrix \"$" + node.text + "\".", node.line, 0, {}};
+    const Value zeros = matrixOf(static_cast<std::size_t>(rows), static_cast<std::size_t>(columns));
+    return node.children.size() == 3 ? fitMatrix(evaluate(*node.children[2]), zeros) : zeros;
+}
+
 void Interpreter::declareOne(const Node& node, bool global)
 {
     const bool isTop = m_frame->scopes.empty();
     Value first = defaultOf(node.kind);
-    if (node.prefix)
+    if (node.kind.type == Type::Matrix)
+        first = firstMatrix(node);
+    else if (node.prefix)
         first = Value(Value::List());
     else if (!node.children.empty())
         first = convert(evaluate(*node.children[0]), node.kind);

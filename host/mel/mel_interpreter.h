@@ -73,12 +73,14 @@ private:
     Flow executeSwitch(const Node& node);
     void declare(const Node& node);
     void declareOne(const Node& node, bool global);
+    Value firstMatrix(const Node& node);
     void define(const Node& node);
 
     VariablePtr find(const std::string& name) const;
     VariablePtr findOrMake(const std::string& name, Kind kind);
     VariablePtr& place(const std::string& name);
     void assign(const Node& target, Value value);
+    void assignEntry(const Node& target, const Value& value);
     Value assignment(const Node& node);
     Value step(const Node& node);
     Value element(const Node& node);

@@ -9,7 +9,8 @@ bool typeFromName(const Token& token, Type& type)
     if (token.kind != Tok::Ident)
         return false;
     static constexpr std::pair<const char*, Type> kNames[] = {
-        {"int", Type::Int}, {"float", Type::Float}, {"string", Type::String}, {"vector", Type::Vector}};
+        {"int", Type::Int}, {"float", Type::Float}, {"string", Type::String}, {"vector", Type::Vector},
+        {"matrix", Type::Matrix}};
     for (const auto& [name, value] : kNames)
         if (token.text == name) {
             type = value;
@@ -50,8 +51,6 @@ Node* Parser::statement()
         return globalStatement();
     if (m_token.isWord("proc"))
         return procedure();
-    if (m_token.isWord("matrix"))
-        fail(m_token, "The type matrix is not supported.");
     return expressionStatement();
 }
 
@@ -240,6 +239,19 @@ Node* Parser::declaration(bool global)
     return node;
 }
 
+// Both sizes of a matrix stand in its declaration.
+Node* Parser::matrixDeclarator(Node* node)
+{
+    for (int i = 0; i < 2; ++i) {
+        expect("[");
+        node->children.push_back(expression());
+        expect("]");
+    }
+    if (accept("="))
+        node->children.push_back(expression());
+    return node;
+}
+
 Node* Parser::declarator(Kind kind)
 {
     if (m_token.kind != Tok::Variable)
@@ -248,6 +260,8 @@ Node* Parser::declarator(Kind kind)
     node->text = m_token.text;
     node->kind = kind;
     advance();
+    if (kind.type == Type::Matrix)
+        return matrixDeclarator(node);
     if (accept("[")) {
         node->kind.array = true;
         if (!m_token.is("]")) {

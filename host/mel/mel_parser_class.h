@@ -82,6 +82,7 @@ private:
     Node* globalStatement();
     Node* declaration(bool global);
     Node* declarator(Kind kind);
+    Node* matrixDeclarator(Node* node);
     Node* procedure();
     Node* parameter();
     void endStatement();
@@ -99,6 +100,7 @@ private:
     Node* cast(Type type);
     Node* arguments(const Token& name);
     Node* list(NodeKind what, const char* close);
+    Node* vectorOrMatrix();
     Node* backquoted();
     Node* command(bool inBackquotes);
     Node* word(const Token& token, bool inBackquotes);

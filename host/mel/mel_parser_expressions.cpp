@@ -17,7 +17,7 @@ int switchWord(const std::string& text)
 bool isReserved(const std::string& text)
 {
     static constexpr const char* kWords[] = {"break", "case", "continue", "default", "do", "else",
-                                             "for", "global", "if", "in", "matrix", "proc",
+                                             "for", "global", "if", "in", "proc",
                                              "return", "switch", "while"};
     for (const char* word : kWords)
         if (text == word)
@@ -177,7 +177,7 @@ Node* Parser::primary()
     if (token.is("{"))
         return list(NodeKind::Array, "}");
     if (token.is("<<"))
-        return list(NodeKind::Vector, ">>");
+        return vectorOrMatrix();
     expect("(");
     Node* inner = expression();
     expect(")");
@@ -247,15 +247,34 @@ Node* Parser::list(NodeKind what, const char* close)
 {
     Node* node = make(what);
     advance();
-    // A ">" would be read as a comparison: items of a vector bind tighter.
     while (!accept(close)) {
-        node->children.push_back(what == NodeKind::Vector ? binary(4) : expression());
+        node->children.push_back(expression());
         if (!m_token.is(close))
             expect(",");
     }
-    if (what == NodeKind::Vector && node->children.size() != 3)
-        fail();
     return node;
+}
+
+// Three items in one row are a vector. A ">" would be read as a comparison: the items bind tighter.
+Node* Parser::vectorOrMatrix()
+{
+    Node* matrix = make(NodeKind::Matrix);
+    matrix->children.push_back(make(NodeKind::Vector));
+    advance();
+    while (true) {
+        matrix->children.back()->children.push_back(binary(4));
+        if (accept(">>"))
+            break;
+        if (accept(";"))
+            matrix->children.push_back(make(NodeKind::Vector));
+        else
+            expect(",");
+    }
+    for (const Node* row : matrix->children)
+        if (row->children.size() != matrix->children[0]->children.size())
+            fail();
+    Node* first = matrix->children[0];
+    return matrix->children.size() == 1 && first->children.size() == 3 ? first : matrix;
 }
 
 Node* Parser::backquoted()

@@ -8,7 +8,7 @@
 
 namespace torvel::mel {
 
-enum class Type : unsigned char { None, Int, Float, String, Vector };
+enum class Type : unsigned char { None, Int, Float, String, Vector, Matrix };
 
 /// A declared type; `array` for `int $a[]`.
 struct Kind
@@ -33,6 +33,7 @@ enum class NodeKind : unsigned char {
     Assign,    ///< text: = += ...; children: target, value
     Array,     ///< { a, b }
     Vector,    ///< << x, y, z >>
+    Matrix,    ///< << a, b; c, d >>; children: rows as Vector nodes
     Cast,      ///< int($x); `kind`
     Command,   ///< text: name; children: words or, with `prefix`, arguments in parentheses
     // statements
@@ -49,7 +50,7 @@ enum class NodeKind : unsigned char {
     Continue,
     Return,    ///< [value]
     Declare,   ///< Declarator children; `kind`, `global`
-    Declarator,///< text; `kind`; [value]; with `prefix` the child is an array's size
+    Declarator,///< text; `kind`; [value]; with `prefix` the child is an array's size; a matrix: rows, columns, [value]
     Procedure, ///< text: name; `kind`: result; Declarator children, body last
     Empty
 };

@@ -26,6 +26,74 @@ bool isArray(const Value& value)
     return value.isList();
 }
 
+bool isMatrix(const Value& value)
+{
+    return value.isList() && !value.list().empty() && value.list()[0].isTuple();
+}
+
+std::size_t columnsOf(const Value& matrix)
+{
+    return matrix.list()[0].tuple().items.size();
+}
+
+[[noreturn]] void wrongSizes(const std::string& op)
+{
+    throw Fault{"The sizes of the matrices do not fit the operator " + op + ".", 0, 0, {}};
+}
+
+Value product(const Value& left, const Value& right)
+{
+    const std::size_t inner = columnsOf(left), columns = columnsOf(right);
+    if (inner != right.list().size())
+        wrongSizes("*");
+    Value out = matrixOf(left.list().size(), columns);
+    for (std::size_t row = 0; row < left.list().size(); ++row) {
+        Value::Tuple numbers{std::vector<double>(columns, 0.0)};
+        for (std::size_t column = 0; column < columns; ++column)
+            for (std::size_t i = 0; i < inner; ++i)
+                numbers.items[column] +=
+                    left.list()[row].tuple().items[i] * right.list()[i].tuple().items[column];
+        out.list()[row] = Value(std::move(numbers));
+    }
+    return out;
+}
+
+// Entry by entry; a single number stands for all entries of the other side.
+Value combineMatrices(const std::string& op, const Value& left, const Value& right)
+{
+    const Value& shape = isMatrix(left) ? left : right;
+    const bool both = isMatrix(left) && isMatrix(right);
+    if (both && (left.list().size() != right.list().size() || columnsOf(left) != columnsOf(right)))
+        wrongSizes(op);
+    Value out = matrixOf(shape.list().size(), columnsOf(shape));
+    for (std::size_t row = 0; row < out.list().size(); ++row) {
+        Value::Tuple numbers{std::vector<double>(columnsOf(shape))};
+        for (std::size_t i = 0; i < numbers.items.size(); ++i) {
+            const auto entry = [&](const Value& side) {
+                return isMatrix(side) ? side.list()[row].tuple().items[i] : numberOf(side);
+            };
+            numbers.items[i] = combine(op, Value(entry(left)), Value(entry(right))).number();
+        }
+        out.list()[row] = Value(std::move(numbers));
+    }
+    return out;
+}
+
+Value withMatrix(const std::string& op, const Value& left, const Value& right)
+{
+    const bool both = isMatrix(left) && isMatrix(right);
+    if (both && (op == "==" || op == "!=")) {
+        bool same = left.list().size() == right.list().size();
+        for (std::size_t i = 0; same && i < left.list().size(); ++i)
+            same = left.list()[i].tuple().items == right.list()[i].tuple().items;
+        return Value(same == (op == "==") ? 1 : 0);
+    }
+    const bool scaled = !both && (op == "*" || (op == "/" && isMatrix(left)));
+    if ((!both && !scaled) || (both && op != "+" && op != "-" && op != "*"))
+        throw Fault{"Illegal operation " + op + " on a matrix.", 0, 0, {}};
+    return both && op == "*" ? product(left, right) : combineMatrices(op, left, right);
+}
+
 Value compare(const std::string& op, int order, bool comparable)
 {
     if (op == "==")
@@ -121,12 +189,14 @@ Value convertArray(const Value& value, Type type)
 
 std::string kindName(Kind kind)
 {
-    static constexpr const char* kNames[] = {"void", "int", "float", "string", "vector"};
+    static constexpr const char* kNames[] = {"void", "int", "float", "string", "vector", "matrix"};
     return std::string(kNames[static_cast<int>(kind.type)]) + (kind.array ? "[]" : "");
 }
 
 Kind kindOf(const Value& value)
 {
+    if (isMatrix(value) && columnsOf(value) != 3)
+        return {Type::Matrix, false};
     if (value.isList())
         return {value.list().empty() ? Type::String : kindOf(value.list()[0]).type, true};
     if (value.isTuple())
@@ -145,6 +215,7 @@ Value defaultOf(Kind kind)
     case Type::Float: return Value(0.0);
     case Type::String: return Value("");
     case Type::Vector: return tuple(0.0, 0.0, 0.0);
+    case Type::Matrix: return Value(Value::List());
     case Type::None: break;
     }
     return Value();
@@ -154,6 +225,8 @@ Value convert(const Value& value, Kind kind)
 {
     if (value.isNone())
         return defaultOf(kind);
+    if (kind.type == Type::Matrix && !kind.array && isMatrix(value))
+        return value;
     if (isArray(value) != kind.array && kind.type != Type::None) {
         if (kind.array && value.isTuple())
             return convert(Value::doubles(value.tuple().items), kind);
@@ -167,9 +240,28 @@ Value convert(const Value& value, Kind kind)
     case Type::Float: return Value(numberOf(value));
     case Type::String: return value.isString() ? value : Value(textOf(value));
     case Type::Vector: return tuple(part(value, 0), part(value, 1), part(value, 2));
+    case Type::Matrix:
+        if (value.isTuple())
+            return Value(Value::List{value});
+        throw Fault{"Cannot convert data of type " + kindName(kindOf(value)) + " to type matrix.", 0, 0, {}};
     case Type::None: break;
     }
     return value;
+}
+
+Value matrixOf(std::size_t rows, std::size_t columns)
+{
+    return Value(Value::List(rows, Value(Value::Tuple{std::vector<double>(columns, 0.0)})));
+}
+
+Value fitMatrix(const Value& value, const Value& model)
+{
+    Value fitting = convert(value, {Type::Matrix, false});
+    const bool sameSize = isMatrix(fitting) && isMatrix(model) && fitting.list().size() == model.list().size() &&
+                          columnsOf(fitting) == columnsOf(model);
+    if (!sameSize)
+        throw Fault{"The sizes of the two matrices differ.", 0, 0, {}};
+    return fitting;
 }
 
 std::string textOf(const Value& value)
@@ -226,6 +318,8 @@ Value wrapped(double value)
 
 Value combine(const std::string& op, const Value& left, const Value& right)
 {
+    if ((isMatrix(left) && !right.isString()) || (isMatrix(right) && !left.isString()))
+        return withMatrix(op, left, right);
     if (isArray(left) || isArray(right))
         throw Fault{"Illegal operation " + op + " on an array.", 0, 0, {}};
     if (isComparison(op))

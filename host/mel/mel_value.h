@@ -8,7 +8,8 @@
 namespace torvel::mel {
 
 // Values of the language are plain Values: int64 kept within 32 bits, double, text, Tuple of three for a vector,
-// List for an array.
+// List for an array. A matrix is a List of Tuples, its rows; with three columns it looks like a vector[], and only the
+// kind of its variable tells the two apart.
 
 /// "int", "string[]" ...
 std::string kindName(Kind kind);
@@ -18,6 +19,11 @@ Kind kindOf(const Value& value);
 Value defaultOf(Kind kind);
 /// Converts for an assignment; throws a Fault for an array in place of a single value and the reverse.
 Value convert(const Value& value, Kind kind);
+
+/// Zeros.
+Value matrixOf(std::size_t rows, std::size_t columns);
+/// A value for a matrix variable of the size that `model` has; throws a Fault for another size or kind.
+Value fitMatrix(const Value& value, const Value& model);
 
 /// As `print` shows it: whole floats without a point, others with up to ten digits; arrays one item a line.
 std::string textOf(const Value& value);

@@ -8,12 +8,13 @@
 #include "nodes/fn_numbers.h"
 #include "nodes/node_table.h"
 #include "nodes/node_types.h"
+#include "nodes/quick_node.h"
 #include "nodes/rows.h"
+#include "nodes/time_units.h"
 
 namespace torvel {
 namespace {
 
-constexpr double kFramesPerSecond = 24.0;  // fixed tangents are stored as value per second
 constexpr const char* kTangentNames =
     "Fixed=1:Linear=2:Flat=3:Step=5:Slow=6:Fast=7:Spline=9:Clamped=10:Plateau=16:StepNext=17:Auto=18";
 constexpr const char* kInfinityNames = "Constant=0:Linear=1:Cycle=3:Cycle with Offset=4:Oscillate=5";
@@ -39,21 +40,25 @@ constexpr AttrRow kCommon[] = {
     attrRow("useCurveColor", "ucc", AttrType::Bool),
 };
 constexpr AffectRow kAffects[] = {
-    {"tangentType", "output"}, {"keyTanInType", "output"}, {"keyTanOutType", "output"}, {"keyTanInX", "output"},
-    {"keyTanInY", "output"},   {"keyTanOutX", "output"},   {"keyTanOutY", "output"}};
+    {"tangentType", "keyCache"}, {"keyTanInType", "keyCache"}, {"keyTanOutType", "keyCache"},
+    {"keyTanInX", "keyCache"},   {"keyTanInY", "keyCache"},    {"keyTanOutX", "keyCache"},
+    {"keyTanOutY", "keyCache"},  {"preInfinity", "keyCache"},  {"postInfinity", "keyCache"},
+    {"keyCache", "output"}};
 
 struct CurveRows
 {
-    AttrRow rows[5];
+    AttrRow rows[6];
 };
 
 constexpr CurveRows rowsFor(AttrType driver, AttrType value)
 {
     return {{attrRow("input", "i", driver, 0.0, 0, "output"),
-             compoundRow("keyTimeValue", "ktv", AttrType::Compound, kArray, "output"),
+             compoundRow("keyTimeValue", "ktv", AttrType::Compound, kArray, "keyCache"),
              under("keyTimeValue", attrRow("keyTime", "kt", driver)),
              under("keyTimeValue", attrRow("keyValue", "kv", value)),
-             attrRow("output", "o", value, 0.0, kOutput | kNotStored)}};
+             attrRow("output", "o", value, 0.0, kOutput | kNotStored),
+             // the keys made ready for evaluation; nobody sees it by name
+             attrRow("keyCache", "keyCache", AttrType::Any, 0.0, kOutput | kNotStored | kOpaque)}};
 }
 
 constexpr CurveRows kTL = rowsFor(AttrType::Time, AttrType::Distance);
@@ -68,7 +73,7 @@ constexpr CurveRows kUT = rowsFor(AttrType::Double, AttrType::Time);
 // Positions are the same in all eight types, since each adds the same rows after the common ones.
 struct CurveAttrs
 {
-    AttrIndex input, keys, time, value, output, inKind, outKind, inX, inY, outX, outY, tangentType;
+    AttrIndex input, keys, time, value, output, inKind, outKind, inX, inY, outX, outY, tangentType, cache, pre, post;
 };
 
 const CurveAttrs& curveAttrs()
@@ -77,7 +82,8 @@ const CurveAttrs& curveAttrs()
         const NodeType& type = *nodeTypes().find("animCurveTL");
         const auto at = [&](const char* name) { return type.byName.at(name); };
         return CurveAttrs{at("input"), at("ktv"), at("kt"), at("kv"), at("output"), at("kit"), at("kot"),
-                          at("kix"), at("kiy"), at("kox"), at("koy"), at("tan")};
+                          at("kix"), at("kiy"), at("kox"), at("koy"), at("tan"), at("keyCache"), at("pre"),
+                          at("pst")};
     }();
     return attrs;
 }
@@ -146,21 +152,40 @@ double hermite(const CurveKey& a, const CurveKey& b, double m0, double m1, doubl
            (u3 - u2) * length * m1;
 }
 
-double unitsPerSlope(const Node& node)
+// Fixed tangents are stored as value per second, or per unit of the driver.
+double unitsPerSlope(const Scene& scene, const Node& node)
 {
-    return runsOnTime(node) ? kFramesPerSecond : 1.0;
+    return runsOnTime(node) ? framesPerSecond(scene) : 1.0;
+}
+
+Plug timePlug(const Scene& scene)
+{
+    static const AttrIndex outTime = nodeTypes().find("time")->byName.at("outTime");
+    return {scene.timeNode(), outTime};
+}
+
+void cacheKeys(Evaluation& e)
+{
+    const CurveAttrs& a = curveAttrs();
+    auto shape = std::make_shared<CurveShape>(keysOf(e.scene(), e.handle()));
+    shape->pre = static_cast<int>(e.number(a.pre));
+    shape->post = static_cast<int>(e.number(a.post));
+    e.set(a.cache, std::move(shape));
 }
 
 void evaluateCurve(Evaluation& e)
 {
     const CurveAttrs& a = curveAttrs();
+    if (e.output() == a.cache)
+        return cacheKeys(e);
     if (e.output() != a.output)
         return;
-    const Scene& scene = e.scene();
-    const bool fed = !scene.effectiveSource(e.plug(a.input)).isNull();
-    const double time =
-        fed || !runsOnTime(e.node()) ? e.number(a.input) : scene.number(scene.findPlug(scene.timeNode(), "outTime"));
-    e.set(e.output(), curveValue(keysOf(scene, e.handle()), time));
+    const Node& node = e.node();
+    const bool fed = node.linkedInputs != 0 && !e.scene().effectiveSource(e.plug(a.input)).isNull();
+    const double time = fed || !runsOnTime(node) ? QuickNode(e).number(a.input) : e.scene().number(timePlug(e.scene()));
+    const Slot* cache = node.peek(a.cache);
+    const auto* shape = cache ? static_cast<const CurveShape*>(cache->data.get()) : nullptr;
+    QuickNode(e).set(a.output, shape ? shape->value(time) : 0.0);
 }
 
 template <std::size_t N>
@@ -182,28 +207,66 @@ const NodeTypeRow kAnimCurveUA = curveRow("animCurveUA", kUA.rows);
 const NodeTypeRow kAnimCurveUU = curveRow("animCurveUU", kUU.rows);
 const NodeTypeRow kAnimCurveUT = curveRow("animCurveUT", kUT.rows);
 
-double curveValue(const std::vector<CurveKey>& keys, double time)
+CurveShape::CurveShape(std::vector<CurveKey> sortedKeys) : keys(std::move(sortedKeys))
 {
-    if (keys.empty())
-        return 0.0;
-    if (time <= keys.front().time)
-        return keys.front().value;
-    if (time >= keys.back().time)
-        return keys.back().value;
+    const std::vector<CurveKey> given = keys;
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        const CurveKey* before = i > 0 ? &given[i - 1] : nullptr;
+        const CurveKey* after = i + 1 < given.size() ? &given[i + 1] : nullptr;
+        const CurveKey& key = given[i];
+        // an outermost key has the direction of its only neighbour on both sides
+        const double left = before ? secant(before, &key) : secant(&key, after);
+        const double right = after ? secant(&key, after) : secant(before, &key);
+        keys[i].inSlope = slope(key.inKind, key.inSlope, left, before, key, after);
+        keys[i].outSlope = slope(key.outKind, key.outSlope, right, before, key, after);
+    }
+}
+
+double CurveShape::inside(double time) const
+{
     const auto above = std::upper_bound(keys.begin(), keys.end(), time,
                                         [](double t, const CurveKey& key) { return t < key.time; });
+    if (above == keys.begin())
+        return keys.front().value;
+    if (above == keys.end())
+        return keys.back().value;
     const CurveKey& b = *above;
     const CurveKey& a = *(above - 1);
     if (time == a.time || a.outKind == kStepTangent)
         return a.value;
     if (a.outKind == kStepNextTangent)
         return b.value;
-    const CurveKey* before = above - 1 == keys.begin() ? nullptr : &a - 1;
-    const CurveKey* after = above + 1 == keys.end() ? nullptr : &b + 1;
-    const double straight = secant(&a, &b);
-    const double m0 = slope(a.outKind, a.outSlope, straight, before, a, &b);
-    const double m1 = slope(b.inKind, b.inSlope, straight, &a, b, after);
-    return hermite(a, b, m0, m1, time);
+    return hermite(a, b, a.outSlope, b.inSlope, time);
+}
+
+double CurveShape::beyond(double time, int kind) const
+{
+    const CurveKey &first = keys.front(), &last = keys.back();
+    const double length = last.time - first.time;
+    if (kind == kLinearEnd)
+        return time < first.time ? first.value + (time - first.time) * first.inSlope
+                                 : last.value + (time - last.time) * last.outSlope;
+    if (kind == kConstantEnd || length <= 0.0)
+        return time < first.time ? first.value : last.value;
+    const double turns = std::floor((time - first.time) / length);
+    const double into = time - first.time - turns * length;
+    if (kind == kOscillateEnd && std::fmod(turns, 2.0) != 0.0)
+        return inside(last.time - into);
+    return inside(first.time + into) + (kind == kCycleOffsetEnd ? turns * (last.value - first.value) : 0.0);
+}
+
+double CurveShape::value(double time) const
+{
+    if (keys.empty())
+        return 0.0;
+    if (time < keys.front().time)
+        return beyond(time, pre);
+    return time > keys.back().time ? beyond(time, post) : inside(time);
+}
+
+double curveValue(const std::vector<CurveKey>& keys, double time)
+{
+    return CurveShape(keys).value(time);
 }
 
 std::vector<CurveKey> keysOf(const Scene& scene, NodeHandle curve)
@@ -217,7 +280,7 @@ std::vector<CurveKey> keysOf(const Scene& scene, NodeHandle curve)
     const auto kind = [&](AttrIndex attr, std::int32_t i) {
         return scene.peekSlot(Plug(curve, attr, i)) ? static_cast<int>(at(attr, i)) : common;
     };
-    const double units = unitsPerSlope(*scene.node(curve));
+    const double units = unitsPerSlope(scene, *scene.node(curve));
     const auto slopeOf = [units](double x, double y) { return x != 0.0 ? y / x / units : 0.0; };
     for (const std::int32_t i : scene.elementIndices(Plug(curve, a.keys))) {
         CurveKey key;
@@ -241,7 +304,7 @@ void setKeys(Scene& scene, NodeHandle curve, const std::vector<CurveKey>& keys)
     for (AttrIndex array : {a.keys, a.inKind, a.outKind, a.inX, a.inY, a.outX, a.outY})
         for (const std::int32_t i : scene.elementIndices(Plug(curve, array)))
             scene.removeElement(Plug(curve, array, i));
-    const double units = unitsPerSlope(*scene.node(curve));
+    const double units = unitsPerSlope(scene, *scene.node(curve));
     for (std::size_t i = 0; i < keys.size(); ++i) {
         const auto n = static_cast<std::int32_t>(i);
         const auto put = [&](AttrIndex attr, double value) { scene.setNumber(Plug(curve, attr, n), value); };
@@ -257,11 +320,27 @@ void setKeys(Scene& scene, NodeHandle curve, const std::vector<CurveKey>& keys)
     scene.setDirty(Plug(curve, a.input));
 }
 
+bool isTimeCurve(const Scene& scene, NodeHandle curve)
+{
+    return isCurve(scene, curve) && runsOnTime(*scene.node(curve));
+}
+
+double sceneTime(const Scene& scene)
+{
+    return scene.number(timePlug(scene));
+}
+
+void setSceneTime(Scene& scene, double frame)
+{
+    scene.setNumber(timePlug(scene), frame);
+    dirtyTimeCurves(scene);
+}
+
 void dirtyTimeCurves(Scene& scene)
 {
     std::vector<Plug> inputs;
     scene.forEachNode([&](const Node& node) {
-        if (node.type->derivesFrom("animCurve") && runsOnTime(node))
+        if (node.type->evaluate == evaluateCurve && runsOnTime(node))
             inputs.push_back(Plug(node.self, curveAttrs().input));
     });
     for (const Plug& input : inputs)

@@ -1,14 +1,16 @@
-// The constraints as data. In every `target` the children that a target transform feeds stand before the weight, which
-// the constraint itself feeds: walks look for the driver among the first connected children.
+// The constraints as data. In every `target` the children that a target transform feeds stand
+// before the weight, which the constraint itself feeds: walks look for the driver among the first
+// connected children.
+#include "nodes/constraint_evaluate.h"
 #include "nodes/fn_numbers.h"
 #include "nodes/node_types.h"
-#include "nodes/rows.h"
 #include "nodes/rotation.h"
+#include "nodes/rows.h"
 
 namespace torvel {
 namespace {
 
-constexpr std::uint32_t kComputed = kOutput | kNotStored | kKeyable;
+constexpr std::uint32_t kComputed = kOutput | kNotStored;
 constexpr const char* kMoves = "constraintTranslate";
 constexpr const char* kTurns = "constraintRotate";
 constexpr const char* kMovesAndTurns = "constraintTranslate constraintRotate";
@@ -36,7 +38,8 @@ constexpr AttrRow parentMatrixOf(const char* longName, const char* shortName)
 {
     return under("target", attrRow(longName, shortName, AttrType::Matrix));
 }
-constexpr AttrRow kTargetWeight = under("target", within(attrRow("targetWeight", "tw", AttrType::Double, 1.0), 0.0));
+constexpr AttrRow kTargetWeight =
+    under("target", within(attrRow("targetWeight", "tw", AttrType::Double, 1.0), 0.0));
 
 constexpr AttrRow targets(const char* affects)
 {
@@ -62,11 +65,13 @@ constexpr AttrRow inverseScale(const char* affects)
 {
     return vectorRow("inverseScale", "is", AttrType::Double, 1.0, 0, affects);
 }
-constexpr AttrRow kTranslateOut = vectorRow("constraintTranslate", "ct", AttrType::Distance, 0.0, kComputed);
+constexpr AttrRow kTranslateOut =
+    vectorRow("constraintTranslate", "ct", AttrType::Distance, 0.0, kComputed);
 constexpr AttrRow kRotateOut = vectorRow("constraintRotate", "cr", AttrType::Angle, 0.0, kComputed);
 constexpr AttrRow kScaleOut = vectorRow("constraintScale", "cs", AttrType::Double, 1.0, kComputed);
 
-constexpr AttrRow axisPart(const char* parent, const char* longName, const char* shortName, double value = 0.0)
+constexpr AttrRow axisPart(const char* parent, const char* longName, const char* shortName,
+                           double value = 0.0)
 {
     return under(parent, attrRow(longName, shortName, AttrType::Double, value));
 }
@@ -76,6 +81,7 @@ constexpr AttrRow kConstraintAttrs[] = {
     attrRow("lockOutput", "lo", AttrType::Bool),
 };
 
+// Each input reaches both outputs: they are computed together.
 constexpr AttrRow kParentAttrs[] = {
     targets(kMovesAndTurns),
     moveOf("targetTranslate", "tt"),
@@ -92,16 +98,16 @@ constexpr AttrRow kParentAttrs[] = {
     moveOf("targetOffsetTranslate", "tot"),
     turnOf("targetOffsetRotate", "tor"),
     parentInverse(kMovesAndTurns),
-    orderRow(kTurns),
-    turn("constraintJointOrient", "cjo", kTurns),
-    move("constraintRotatePivot", "crp", kMoves),
-    move("constraintRotateTranslate", "crt", kMoves),
-    enumRow("interpType", "int", kInterpolations, 1.0, 0, kTurns),
-    attrRow("interpCache", "ic", AttrType::Bool),
-    turn("rotationDecompositionTarget", "rdt", kTurns),
-    turn("lastTargetRotate", "lr", kTurns),
-    move("restTranslate", "rst", kMoves),
-    turn("restRotate", "rsrr", kTurns),
+    orderRow(kMovesAndTurns),
+    turn("constraintJointOrient", "cjo", kMovesAndTurns),
+    move("constraintRotatePivot", "crp", kMovesAndTurns),
+    move("constraintRotateTranslate", "crt", kMovesAndTurns),
+    enumRow("interpType", "int", kInterpolations, 1.0, 0, kMovesAndTurns),
+    attrRow("interpCache", "ic", AttrType::Bool, 0.0, 0, kMovesAndTurns),
+    turn("rotationDecompositionTarget", "rdt", kMovesAndTurns),
+    turn("lastTargetRotate", "lr", kMovesAndTurns),
+    move("restTranslate", "rst", kMovesAndTurns),
+    turn("restRotate", "rsrr", kMovesAndTurns),
     kTranslateOut,
     kRotateOut,
 };
@@ -185,7 +191,8 @@ constexpr AttrRow kAimAttrs[] = {
     axisPart("worldUpVector", "worldUpVectorY", "wuy", 1.0),
     axisPart("worldUpVector", "worldUpVectorZ", "wuz"),
     attrRow("worldUpMatrix", "wum", AttrType::Matrix, 0.0, 0, kTurns),
-    enumRow("worldUpType", "wut", "Scene Up=0:Object Up=1:Object Rotation Up=2:Vector=3:None=4", 3.0, 0, kTurns),
+    enumRow("worldUpType", "wut", "Scene Up=0:Object Up=1:Object Rotation Up=2:Vector=3:None=4",
+            3.0, 0, kTurns),
     turn("offset", "o", kTurns),
     turn("restRotate", "rsrr", kTurns),
     kRotateOut,
@@ -218,12 +225,9 @@ constexpr AttrRow kGeometryAttrs[] = {
 };
 
 constexpr AttrRow kNormalAttrs[] = {
-    targets(kTurns),
-    under("target", attrRow("targetGeometry", "tgm", AttrType::Mesh)),
-    kTargetWeight,
-    parentInverse(kTurns),
-    orderRow(kTurns),
-    turn("constraintJointOrient", "cjo", kTurns),
+    targets(kTurns),  under("target", attrRow("targetGeometry", "tgm", AttrType::Mesh)),
+    kTargetWeight,    parentInverse(kTurns),
+    orderRow(kTurns), turn("constraintJointOrient", "cjo", kTurns),
     kRotateOut,
 };
 
@@ -231,26 +235,35 @@ constexpr std::uint32_t kFlags = kConstraintType;
 
 }  // namespace
 
-const NodeTypeRow kConstraintBase = typeRow("constraint", "transform", fn::kConstraint, "kConstraint",
-                                            kConstraintAttrs, kConstraintType | kAbstractType);
-const NodeTypeRow kParentConstraint = typeRow("parentConstraint", "constraint", fn::kParentConstraint,
-                                              "kParentConstraint", kParentAttrs, kParentAffects, kFlags);
-const NodeTypeRow kPointConstraint = typeRow("pointConstraint", "constraint", fn::kPointConstraint,
-                                             "kPointConstraint", kPointAttrs, kPointAffects, kFlags);
-const NodeTypeRow kOrientConstraint = typeRow("orientConstraint", "constraint", fn::kOrientConstraint,
-                                              "kOrientConstraint", kOrientAttrs, kTurnAffects, kFlags);
-const NodeTypeRow kAimConstraint = typeRow("aimConstraint", "constraint", fn::kAimConstraint, "kAimConstraint",
-                                           kAimAttrs, kTurnAffects, kFlags);
-const NodeTypeRow kScaleConstraint = typeRow("scaleConstraint", "constraint", fn::kScaleConstraint,
-                                             "kScaleConstraint", kScaleAttrs, kScaleAffects, kFlags);
-const NodeTypeRow kPoleVectorConstraint =
-    typeRow("poleVectorConstraint", "constraint", fn::kPoleVectorConstraint, "kPoleVectorConstraint", kPoleAttrs,
-            kPointAffects, kFlags);
-const NodeTypeRow kGeometryConstraint = typeRow("geometryConstraint", "constraint", fn::kGeometryConstraint,
-                                                "kGeometryConstraint", kGeometryAttrs, kFlags);
-const NodeTypeRow kNormalConstraint = typeRow("normalConstraint", "constraint", fn::kNormalConstraint,
-                                              "kNormalConstraint", kNormalAttrs, kFlags);
-const NodeTypeRow kTangentConstraint = typeRow("tangentConstraint", "constraint", fn::kTangentConstraint,
-                                               "kTangentConstraint", kNormalAttrs, kFlags);
+const NodeTypeRow kConstraintBase =
+    typeRow("constraint", "transform", fn::kConstraint, "kConstraint", kConstraintAttrs,
+            kConstraintType | kAbstractType);
+const NodeTypeRow kParentConstraint =
+    typeRow("parentConstraint", "constraint", fn::kParentConstraint, "kParentConstraint",
+            kParentAttrs, kParentAffects, kFlags, evaluateParentConstraint);
+const NodeTypeRow kPointConstraint =
+    typeRow("pointConstraint", "constraint", fn::kPointConstraint, "kPointConstraint", kPointAttrs,
+            kPointAffects, kFlags, evaluatePointConstraint);
+const NodeTypeRow kOrientConstraint =
+    typeRow("orientConstraint", "constraint", fn::kOrientConstraint, "kOrientConstraint",
+            kOrientAttrs, kTurnAffects, kFlags, evaluateOrientConstraint);
+const NodeTypeRow kAimConstraint =
+    typeRow("aimConstraint", "constraint", fn::kAimConstraint, "kAimConstraint", kAimAttrs,
+            kTurnAffects, kFlags, evaluateAimConstraint);
+const NodeTypeRow kScaleConstraint =
+    typeRow("scaleConstraint", "constraint", fn::kScaleConstraint, "kScaleConstraint", kScaleAttrs,
+            kScaleAffects, kFlags, evaluateScaleConstraint);
+const NodeTypeRow kPoleVectorConstraint = typeRow(
+    "poleVectorConstraint", "constraint", fn::kPoleVectorConstraint, "kPoleVectorConstraint",
+    kPoleAttrs, kPointAffects, kFlags, evaluatePoleVectorConstraint);
+const NodeTypeRow kGeometryConstraint =
+    typeRow("geometryConstraint", "constraint", fn::kGeometryConstraint, "kGeometryConstraint",
+            kGeometryAttrs, kFlags);
+const NodeTypeRow kNormalConstraint =
+    typeRow("normalConstraint", "constraint", fn::kNormalConstraint, "kNormalConstraint",
+            kNormalAttrs, kFlags);
+const NodeTypeRow kTangentConstraint =
+    typeRow("tangentConstraint", "constraint", fn::kTangentConstraint, "kTangentConstraint",
+            kNormalAttrs, kFlags);
 
 }  // namespace torvel

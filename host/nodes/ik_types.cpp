@@ -1,25 +1,31 @@
 // ikHandle, ikEffector and the solvers as data. The solving is in its own file.
 #include "nodes/fn_numbers.h"
+#include "nodes/ik_handle.h"
 #include "nodes/node_types.h"
 #include "nodes/rows.h"
 
 namespace torvel {
 namespace {
 
+constexpr const char* kSolved = "ikSolution";
+
 constexpr AttrRow kIkHandleAttrs[] = {
-    attrRow("startJoint", "hsj", AttrType::Message),
-    attrRow("endEffector", "hee", AttrType::Message),
-    attrRow("ikSolver", "hsv", AttrType::Message),
-    compoundRow("poleVector", "pv", AttrType::Double3, kKeyable),
+    // What the solver has to be asked for; of no use to anybody but the graph.
+    attrRow("ikSolution", "iksn", AttrType::Bool, 0.0, kOutput | kOpaque | kHidden | kNotStored | kNotConnectable),
+    attrRow("startJoint", "hsj", AttrType::Message, 0.0, 0, kSolved),
+    attrRow("endEffector", "hee", AttrType::Message, 0.0, 0, kSolved),
+    attrRow("ikSolver", "hsv", AttrType::Message, 0.0, 0, kSolved),
+    compoundRow("poleVector", "pv", AttrType::Double3, kKeyable, kSolved),
     under("poleVector", attrRow("poleVectorX", "pvx", AttrType::Distance, 0.0, kKeyable)),
     under("poleVector", attrRow("poleVectorY", "pvy", AttrType::Distance, 0.0, kKeyable)),
     under("poleVector", attrRow("poleVectorZ", "pvz", AttrType::Distance, 1.0, kKeyable)),
-    attrRow("twist", "twi", AttrType::Angle, 0.0, kKeyable),
+    attrRow("twist", "twi", AttrType::Angle, 0.0, kKeyable, kSolved),
     attrRow("roll", "rol", AttrType::Angle, 0.0, kKeyable),
     attrRow("offset", "off", AttrType::Double, 0.0, kKeyable),
     attrRow("snapEnable", "sne", AttrType::Bool, 1.0),
     enumRow("stickiness", "sti", "off=0:on=1:superSticky=2"),
-    within(attrRow("ikBlend", "ikb", AttrType::Double, 1.0, kKeyable), 0.0, 1.0),
+    within(attrRow("ikBlend", "ikb", AttrType::Double, 1.0, kKeyable, kSolved), 0.0, 1.0),
+    attrRow("solverEnable", "sve", AttrType::Bool, 1.0, 0, kSolved),
     attrRow("ikFkManipulation", "ifm", AttrType::Bool),
     attrRow("priority", "pri", AttrType::Short, 1.0),
     attrRow("weight", "hw", AttrType::Double, 1.0),
@@ -49,6 +55,16 @@ constexpr AttrRow kIkHandleAttrs[] = {
     attrRow("dWorldUpMatrixEnd", "dwue", AttrType::Matrix),
 };
 
+constexpr AffectRow kIkHandleAffects[] = {{"worldMatrix", kSolved}, {"parentMatrix", kSolved}};
+
+constexpr NodeTypeRow ikHandleRow()
+{
+    NodeTypeRow row = typeRow("ikHandle", "transform", fn::kIkHandle, "kIkHandle", kIkHandleAttrs, kIkHandleAffects, 0,
+                              evaluateIkHandle);
+    row.declareWrites = declareIkHandle;
+    return row;
+}
+
 constexpr AttrRow kIkEffectorAttrs[] = {
     attrRow("handlePath", "hp", AttrType::Message, 0.0, kNotStored),
     attrRow("hideDisplay", "hd", AttrType::Bool),
@@ -67,13 +83,14 @@ constexpr AttrRow kIkSystemAttrs[] = {
 
 }  // namespace
 
-const NodeTypeRow kIkHandle = typeRow("ikHandle", "transform", fn::kIkHandle, "kIkHandle", kIkHandleAttrs);
+const NodeTypeRow kIkHandle = ikHandleRow();
 const NodeTypeRow kIkEffector =
     typeRow("ikEffector", "transform", fn::kIkEffector, "kIkEffector", kIkEffectorAttrs);
 const NodeTypeRow kIkSolver =
     typeRow("ikSolver", "dependNode", fn::kIkSolver, "kIkSolver", kIkSolverAttrs, kAbstractType);
 const NodeTypeRow kIkRPsolver = typeRow("ikRPsolver", "ikSolver", fn::kIkSolver, "kRPsolver");
 const NodeTypeRow kIkSCsolver = typeRow("ikSCsolver", "ikSolver", fn::kIkSolver, "kSCsolver");
+const NodeTypeRow kIkSplineSolver = typeRow("ikSplineSolver", "ikSolver", fn::kIkSolver, "kSplineSolver");
 const NodeTypeRow kIkSystem = typeRow("ikSystem", "dependNode", fn::kDependencyNode, "kIkSystem", kIkSystemAttrs,
                                       kUniqueType);
 

@@ -6,6 +6,7 @@
 #include "nodes/mesh_types.h"
 #include "nodes/node_types.h"
 #include "nodes/skin_types.h"
+#include "nodes/utility_types.h"
 
 namespace torvel {
 namespace {
@@ -15,8 +16,9 @@ const NodeTypeRow* const kNodeTypes[] = {
     &kDependNode, &kEntity, &kDagNodeType, &kWorldType, &kShapeBase, &kGeometryShape, &kDeformableShape,
     &kTransformNode, &kJointNode,
     &kUnknownNode, &kUnknownDagNode, &kUnknownTransform,
-    &kLocatorShape, &kCameraShape, &kNurbsCurveShape,
-    &kIkHandle, &kIkEffector, &kIkSolver, &kIkRPsolver, &kIkSCsolver, &kIkSystem,
+    &kLocatorShape, &kCameraShape, &kDistanceShape, &kNurbsCurveShape, &kMakeNurbCircle,
+    &kIkHandle, &kIkEffector, &kIkSolver, &kIkRPsolver, &kIkSCsolver, &kIkSplineSolver,
+    &kIkSystem,
     &kConstraintBase, &kParentConstraint, &kPointConstraint, &kOrientConstraint, &kAimConstraint, &kScaleConstraint,
     &kPoleVectorConstraint, &kGeometryConstraint, &kNormalConstraint, &kTangentConstraint,
     &kDagPose, &kTimeNode, &kUnitConversion,
@@ -31,6 +33,9 @@ void registerNodeTypes(TypeRegistry& registry)
     registry.add(kMeshTypes, kMeshTypeCount);
     registry.add(kSkinTypes, kSkinTypeCount);
     registry.add(kDefaultNodeTypes, kDefaultNodeTypeCount);
+    for (const TypeRows& family :
+         {arithmeticTypes(), rangeTypes(), blendTypes(), matrixTypes(), blendShapeTypes()})
+        registry.add(family.rows, family.count);
 }
 
 const TypeRegistry& nodeTypes()

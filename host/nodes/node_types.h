@@ -21,10 +21,14 @@ extern const NodeTypeRow kUnknownTransform;
 extern const NodeTypeRow kTransformNode;
 extern const NodeTypeRow kJointNode;
 
-// shape_types.cpp
+// shape_types.cpp, nurbs_curve.cpp
 extern const NodeTypeRow kLocatorShape;
 extern const NodeTypeRow kCameraShape;
+extern const NodeTypeRow kDistanceShape;  ///< distanceDimShape
 extern const NodeTypeRow kNurbsCurveShape;
+
+// make_nurb_circle.cpp
+extern const NodeTypeRow kMakeNurbCircle;
 
 // ik_types.cpp
 extern const NodeTypeRow kIkHandle;
@@ -32,6 +36,7 @@ extern const NodeTypeRow kIkEffector;
 extern const NodeTypeRow kIkSolver;
 extern const NodeTypeRow kIkRPsolver;
 extern const NodeTypeRow kIkSCsolver;
+extern const NodeTypeRow kIkSplineSolver;  ///< kept, not evaluated
 extern const NodeTypeRow kIkSystem;
 
 // constraint_types.cpp

@@ -6,6 +6,7 @@
 #include "nodes/fn_numbers.h"
 #include "nodes/node_table.h"
 #include "nodes/node_types.h"
+#include "nodes/nurbs_curve_math.h"
 #include "nodes/rows.h"
 #include "nodes/transform.h"
 
@@ -13,7 +14,7 @@ namespace torvel {
 namespace {
 
 constexpr std::uint32_t kComputed = kOutput | kNotStored;
-constexpr const char* kShapes = "local worldSpace degree spans form";
+constexpr const char* kShapes = "local worldSpace degree spans form minMaxValue";
 
 constexpr AttrRow kAttrs[] = {
     attrRow("create", "cr", AttrType::NurbsCurve, 0.0, kGeometryIn | kNotStored, kShapes),
@@ -25,7 +26,11 @@ constexpr AttrRow kAttrs[] = {
     under("controlPoints", attrRow("yValue", "yv", AttrType::Distance)),
     under("controlPoints", attrRow("zValue", "zv", AttrType::Distance)),
     attrRow("local", "l", AttrType::NurbsCurve, 0.0, kComputed | kGeometryOut),
-    attrRow("worldSpace", "ws", AttrType::NurbsCurve, 0.0, kComputed | kGeometryOut | kArray | kPerInstance),
+    attrRow("worldSpace", "ws", AttrType::NurbsCurve, 0.0,
+            kComputed | kGeometryOut | kArray | kPerInstance),
+    compoundRow("minMaxValue", "mmv", AttrType::Double2, kComputed),
+    under("minMaxValue", attrRow("minValue", "min", AttrType::Double, 0.0, kComputed)),
+    under("minMaxValue", attrRow("maxValue", "max", AttrType::Double, 0.0, kComputed)),
     attrRow("degree", "d", AttrType::Long, 0.0, kComputed),
     attrRow("spans", "s", AttrType::Long, 0.0, kComputed),
     enumRow("form", "f", "Open:Closed:Periodic", 0.0, kComputed),
@@ -39,7 +44,8 @@ constexpr AffectRow kAffects[] = {{"worldMatrix", "worldSpace"}, {"local", "worl
 
 struct CurveAttrs
 {
-    AttrIndex create, cached, tweak, controlPoints, local, worldSpace, degree, spans, form;
+    AttrIndex create, cached, tweak, controlPoints, local, worldSpace, degree, spans, form,
+        minMaxValue, minValue, maxValue;
 };
 
 const CurveAttrs& curveAttrs()
@@ -47,8 +53,9 @@ const CurveAttrs& curveAttrs()
     static const CurveAttrs attrs = [] {
         const NodeType& type = *nodeTypes().find("nurbsCurve");
         const auto at = [&](const char* name) { return type.byName.at(name); };
-        return CurveAttrs{at("create"), at("cached"), at("tweak"),  at("controlPoints"), at("local"),
-                          at("worldSpace"), at("degree"), at("spans"), at("form")};
+        return CurveAttrs{at("create"), at("cached"),      at("tweak"),    at("controlPoints"),
+                          at("local"),  at("worldSpace"),  at("degree"),   at("spans"),
+                          at("form"),   at("minMaxValue"), at("minValue"), at("maxValue")};
     }();
     return attrs;
 }
@@ -88,6 +95,14 @@ void evaluateWorldSpace(Evaluation& e)
     }
 }
 
+void evaluateRange(Evaluation& e)
+{
+    const CurvePtr curve = shapeOf(e);
+    const bool sound = curve && curveFault(*curve).empty();
+    e.set(curveAttrs().minValue, sound ? firstParameter(*curve) : 0.0);
+    e.set(curveAttrs().maxValue, sound ? lastParameter(*curve) : 0.0);
+}
+
 void evaluateCurve(Evaluation& e)
 {
     const CurveAttrs& a = curveAttrs();
@@ -96,6 +111,8 @@ void evaluateCurve(Evaluation& e)
         e.set(output, PayloadPtr(shapeOf(e)));
     } else if (output == a.worldSpace) {
         evaluateWorldSpace(e);
+    } else if (output == a.minMaxValue) {
+        evaluateRange(e);
     } else if (output == a.degree || output == a.spans || output == a.form) {
         const CurvePtr curve = shapeOf(e);
         if (curve)
@@ -116,8 +133,8 @@ bool isCurve(const Scene& scene, NodeHandle shape)
 
 }  // namespace
 
-const NodeTypeRow kNurbsCurveShape = typeRow("nurbsCurve", "deformableShape", fn::kNurbsCurve, "kNurbsCurve", kAttrs,
-                                             kAffects, 0, evaluateCurve);
+const NodeTypeRow kNurbsCurveShape = typeRow("nurbsCurve", "deformableShape", fn::kNurbsCurve,
+                                             "kNurbsCurve", kAttrs, kAffects, 0, evaluateCurve);
 
 CurvePtr curveOf(const Scene& scene, NodeHandle shape)
 {
@@ -128,8 +145,13 @@ CurvePtr curveOf(const Scene& scene, NodeHandle shape)
 
 void setCurve(Scene& scene, NodeHandle shape, CurvePtr curve)
 {
-    if (isCurve(scene, shape))
-        scene.setData(Plug(shape, curveAttrs().cached), std::move(curve));
+    if (!isCurve(scene, shape))
+        return;
+    const CurveAttrs& a = curveAttrs();
+    for (const std::int32_t index : scene.elementIndices(Plug(shape, a.controlPoints)))
+        scene.removeElement(Plug(shape, a.controlPoints, index));
+    scene.setNumber(Plug(shape, a.tweak), 0.0);
+    scene.setData(Plug(shape, a.cached), std::move(curve));
 }
 
 bool setCurvePoints(Scene& scene, NodeHandle shape, const std::vector<V3d>& points)
@@ -142,7 +164,8 @@ bool setCurvePoints(Scene& scene, NodeHandle shape, const std::vector<V3d>& poin
     if (scene.dataAs<NurbsCurveData>(Plug(shape, a.create))) {
         for (std::size_t i = 0; i < count; ++i) {
             const Plug tweak(shape, a.controlPoints, static_cast<std::int32_t>(i));
-            const V3d before = scene.number(Plug(shape, a.tweak)) != 0.0 ? scene.vec3(tweak) : V3d(0.0);
+            const V3d before =
+                scene.number(Plug(shape, a.tweak)) != 0.0 ? scene.vec3(tweak) : V3d(0.0);
             scene.setVec3(tweak, before + points[i] - now->cvs[i]);
         }
         scene.setNumber(Plug(shape, a.tweak), 1.0);

@@ -9,7 +9,7 @@ namespace {
 constexpr AxisOrder kOrders[] = {
     {0, 1, 2, true}, {1, 2, 0, true}, {2, 0, 1, true}, {0, 2, 1, false}, {1, 0, 2, false}, {2, 1, 0, false}};
 
-constexpr double kGimbal = 1e-8;  // below this length the outer axes count as parallel
+constexpr double kGimbal = 1e-11;  // below this length the outer axes count as parallel
 constexpr double kNoLength = 1e-100;
 
 double nearTurn(double angle, double hint)
@@ -105,14 +105,12 @@ V3d eulerFromMatrix(const M44d& m, int rotateOrder, const V3d* hint)
     const double across = std::hypot(m[i][i], m[i][j]);
     V3d angles;
     angles[j] = p * std::atan2(-m[i][k], across);
-    if (across > kGimbal) {
-        angles[i] = p * std::atan2(m[j][k], m[k][k]);
-        angles[k] = p * std::atan2(m[i][j], m[i][i]);
-    } else {
-        const double kept = hint ? (*hint)[k] : 0.0;  // only the sum or difference of the outer angles is known
-        angles[k] = kept;
-        angles[i] = p * std::atan2(-m[k][j], m[j][j]) + (angles[j] * p > 0.0 ? kept : -kept);
-    }
+    // Where the first axis stands along the third only the sum or difference of the outer angles is known.
+    const double outer = across > kGimbal ? std::atan2(m[i][j], m[i][i]) : hint ? p * (*hint)[k] : 0.0;
+    angles[k] = p * outer;
+    // What the last turn leaves: exact for any `outer`, so nothing is lost close to that place either.
+    const double c = std::cos(outer), s = std::sin(outer);
+    angles[i] = p * std::atan2(s * m[k][i] - c * m[k][j], c * m[j][j] - s * m[j][i]);
     return hint ? closest(angles, order, *hint) : angles;
 }
 

@@ -1,4 +1,4 @@
-// locator and camera.
+// locator, camera and the measuring shape.
 #include "graph/evaluation.h"
 #include "nodes/fn_numbers.h"
 #include "nodes/node_table.h"
@@ -55,10 +55,28 @@ constexpr AttrRow kCameraAttrs[] = {
     attrRow("displayFilmGate", "dfg", AttrType::Bool),
 };
 
+constexpr AttrRow kDistanceAttrs[] = {
+    vectorRow("startPoint", "sp", AttrType::Distance, 0.0, 0, "distance"),
+    vectorRow("endPoint", "ep", AttrType::Distance, 0.0, 0, "distance"),
+    attrRow("distance", "dist", AttrType::Distance, 0.0, kOutput | kNotStored),
+};
+
+void evaluateDistance(Evaluation& e)
+{
+    static const auto& names = nodeTypes().find("distanceDimShape")->byName;
+    static const AttrIndex start = names.at("startPoint"), end = names.at("endPoint"), distance = names.at("distance");
+    if (e.output() == distance)
+        e.set(distance, (e.vec3(end) - e.vec3(start)).length());
+    else
+        evaluateDagNode(e);
+}
+
 }  // namespace
 
 const NodeTypeRow kLocatorShape = typeRow("locator", "geometryShape", fn::kLocator, "kLocator", kLocatorAttrs,
                                           kLocatorAffects, 0, evaluateLocator);
 const NodeTypeRow kCameraShape = typeRow("camera", "shape", fn::kCamera, "kCamera", kCameraAttrs);
+const NodeTypeRow kDistanceShape =
+    typeRow("distanceDimShape", "shape", fn::kShape, "kShape", kDistanceAttrs, 0, evaluateDistance);
 
 }  // namespace torvel

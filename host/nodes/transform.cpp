@@ -31,8 +31,10 @@ public:
     V3d vec3(AttrIndex attr) const
     {
         const AttrIndex first = attr + 1;  // the children follow their compound
-        if (m_linked && hasSource(attr))
-            return {m_evaluation.number(first), m_evaluation.number(first + 1), m_evaluation.number(first + 2)};
+        if (!m_linked || !m_node.mayBeLinked(attr))
+            return {stored(first), stored(first + 1), stored(first + 2)};
+        if (hasSource(attr))
+            return fed(attr);
         return {number(first), number(first + 1), number(first + 2)};
     }
     bool isFed(AttrIndex compound) const
@@ -41,10 +43,23 @@ public:
     }
 
 private:
-    double stored(AttrIndex attr) const
+    double stored(AttrIndex attr) const { return storedIn(m_node, attr); }
+    static double storedIn(const Node& node, AttrIndex attr)
     {
-        const Slot* slot = m_node.peek(attr);
-        return slot && (slot->state & kSet) ? slot->number : m_node.type->attrs[attr].defaultValue;
+        const Slot* slot = node.peek(attr);
+        return slot && (slot->state & kSet) ? slot->number : node.attr(attr).defaultValue;
+    }
+    // From a compound of another node; nothing stands behind most of those.
+    V3d fed(AttrIndex attr) const
+    {
+        const Plug& source = m_node.peek(attr)->links->source;
+        const Node* from = m_evaluation.scene().node(source.node);
+        const AttrIndex first = attr + 1;
+        if (!from || source.attr >= from->attrCount() || from->attr(source.attr).arrayDepth != 0 ||
+            from->attr(source.attr).children.size() != 3 || from->mayBeLinked(source.attr) || from->writerLinks)
+            return {m_evaluation.number(first), m_evaluation.number(first + 1), m_evaluation.number(first + 2)};
+        const std::vector<AttrIndex>& parts = from->attr(source.attr).children;
+        return {storedIn(*from, parts[0]), storedIn(*from, parts[1]), storedIn(*from, parts[2])};
     }
     bool hasSource(AttrIndex attr) const
     {
@@ -223,10 +238,16 @@ void forEachParentWorld(const Evaluation& evaluation, F&& f)
     }
 }
 
+const M44d& offsetParentOf(const Evaluation& evaluation)
+{
+    const AttrIndex attr = dagAttrs().offsetParentMatrix;
+    const Slot* slot = evaluation.node().peek(attr);
+    return slot && (slot->data || slot->links) ? evaluation.matrix(attr) : kIdentity;
+}
+
 void evaluateParents(Evaluation& evaluation, bool inverse)
 {
-    const DagAttrs& a = dagAttrs();
-    const M44d& offset = evaluation.matrix(a.offsetParentMatrix);
+    const M44d& offset = offsetParentOf(evaluation);
     const bool isOffset = offset != kIdentity;
     forEachParentWorld(evaluation, [&](int instance, const M44d& world) {
         const M44d parent = isOffset ? offset * world : world;
@@ -236,8 +257,7 @@ void evaluateParents(Evaluation& evaluation, bool inverse)
 
 void evaluateWorlds(Evaluation& evaluation, const M44d& local, bool inverse)
 {
-    const DagAttrs& a = dagAttrs();
-    const M44d& offset = evaluation.matrix(a.offsetParentMatrix);
+    const M44d& offset = offsetParentOf(evaluation);
     const M44d offsetLocal = offset != kIdentity ? local * offset : local;
     int count = 0;
     forEachParentWorld(evaluation, [&](int instance, const M44d& world) {

@@ -126,7 +126,7 @@ constexpr AttrRow kJointAttrs[] = {
     attrRow("otherType", "otp", AttrType::String),
     flag("drawLabel", "dl"),
     attrRow("jointOrientType", "jot", AttrType::String),
-    attrRow("fkRotate", "fkr", AttrType::Double3, 0.0, kHidden),
+    vectorRow("fkRotate", "fkr", AttrType::Angle, 0.0, kHidden),
     flag("isIKDirtyFlag", "ikdf"),
 };
 

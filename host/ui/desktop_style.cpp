@@ -21,6 +21,12 @@ QPalette darkPalette() {
     palette.setColor(QPalette::Text, text);
     palette.setColor(QPalette::Button, QColor(93, 93, 93));
     palette.setColor(QPalette::ButtonText, text);
+    // Lines and bevels, from light to dark.
+    palette.setColor(QPalette::Light, QColor(98, 98, 98));
+    palette.setColor(QPalette::Midlight, QColor(84, 84, 84));
+    palette.setColor(QPalette::Mid, QColor(56, 56, 56));
+    palette.setColor(QPalette::Dark, QColor(43, 43, 43));
+    palette.setColor(QPalette::Shadow, QColor(24, 24, 24));
     palette.setColor(QPalette::BrightText, Qt::red);
     palette.setColor(QPalette::Link, QColor(82, 133, 166));
     palette.setColor(QPalette::Highlight, QColor(82, 133, 166));

@@ -23,6 +23,16 @@ RawFlag flagOf(const char* name, Value value) {
     return RawFlag{name, {std::move(value)}, true};
 }
 
+// "%1" in a Python text and "#1" in a MEL text stand for the control's value.
+std::string withValue(const UiCommand& command, const Value& value) {
+    const std::string shown = value.isString()   ? value.string()
+                              : value.isDouble() ? textOfDouble(value.number())
+                                                 : std::to_string(value.integer());
+    return QString::fromStdString(command.text)
+        .replace(command.python ? "%1" : "#1", QString::fromStdString(shown))
+        .toStdString();
+}
+
 QDockWidget* docked(QMainWindow* window, const QString& title, QWidget* content,
                     Qt::DockWidgetArea area) {
     auto* dock = new QDockWidget(title, window);
@@ -113,6 +123,19 @@ void MainWindow::runItem(int id) {
     const auto* action = qobject_cast<QAction*>(one->object.data());
     // A failure is printed by the language.
     ignore(runControlCommand(m_session, command, {Value(action && action->isChecked())}, python));
+}
+
+void MainWindow::runEvent(int id, const std::string& event, const std::vector<Value>& values) {
+    const UiElement* one = m_tree.element(id);
+    const auto found = one ? one->commands.find(event) : decltype(one->commands.end())();
+    if (!one || found == one->commands.end() || found->second.text.empty())
+        return;
+    // A copy: the command may delete its own control.
+    UiCommand command = found->second;
+    // What a button runs is taken as it stands.
+    if (!values.empty() && !isCallback(command.text) && event != "command")
+        command.text = withValue(command, values.front());
+    ignore(runControlCommand(m_session, command.text, values, command.python));
 }
 
 bool MainWindow::openScene(const QString& path) {

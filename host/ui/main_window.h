@@ -2,6 +2,9 @@
 
 #include <QMainWindow>
 
+#include "base/value.h"
+#include "ui/dialog_state.h"
+#include "ui/tool_commands.h"
 #include "ui/ui_tree.h"
 
 namespace torvel {
@@ -24,6 +27,25 @@ class MainWindow : public QMainWindow {
     UiTree& tree() { return m_tree; }
     /// Runs the command text of a menu item; nothing for an item that is gone or has none.
     void runItem(int id);
+    /// Runs what a window, layout or control was given for an event ("changeCommand"); nothing when
+    /// it is gone or was given none. A callable takes `values`; in a text "%1" (Python) or "#1"
+    /// (MEL) stands for the first of them.
+    void runEvent(int id, const std::string& event, const std::vector<Value>& values = {});
+    /// While one lives, a change of a control is a script's and not a person's: it tells no event.
+    class Scripted {
+      public:
+        explicit Scripted(MainWindow& window) : m_window(window) { ++m_window.m_scripted; }
+        ~Scripted() { --m_window.m_scripted; }
+        Scripted(const Scripted&) = delete;
+        Scripted& operator=(const Scripted&) = delete;
+
+      private:
+        MainWindow& m_window;
+    };
+    bool isScripted() const { return m_scripted > 0; }
+    /// What dialogs without a person answer, and the state of the one progress window.
+    DialogState& dialogs() { return m_dialogs; }
+    ToolState& tools() { return m_tools; }
     /// Opens a scene as File > Open does, without asking; a failure is in the log.
     bool openScene(const QString& path);
     /// Writes the window's title anew: "Torvel host - leg.ma".
@@ -46,10 +68,13 @@ class MainWindow : public QMainWindow {
 
     Session& m_session;
     UiTree m_tree;
+    DialogState m_dialogs;
+    ToolState m_tools;
     Outliner* m_outliner = nullptr;
     SceneView* m_view = nullptr;
     ScriptEditor* m_editor = nullptr;
     int m_sink = 0;
+    int m_scripted = 0;
 };
 
 }  // namespace torvel

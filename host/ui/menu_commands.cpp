@@ -36,6 +36,7 @@ Status menuWindow(const CommandCall& call, UiTree& tree, int& id) {
     if (call.has("parent"))
         if (Status found = tree.find(call.text("parent"), id); !found)
             return found;
+    id = windowOf(tree, id);
     const UiElement* one = tree.element(id);
     if (!one || !qobject_cast<QMainWindow*>(one->object.data()))
         return call.fail("the parent of a menu must be a window with a menu bar");
@@ -129,6 +130,14 @@ void applyItemFlags(const CommandCall& call, UiElement& one) {
         setLabel(one, call.text("label"));
 }
 
+// The entries of an option menu follow the actions added to it.
+QObject* makeOption(UiTree& tree, int parent) {
+    QWidget* menu = optionMenu(tree, parent);
+    auto* action = new QAction(menu);
+    menu->addAction(action);
+    return action;
+}
+
 QObject* makeItem(const CommandCall& call, QMenu& menu, bool divider) {
     if (call.flag("subMenu")) {
         auto* below = menu.addMenu(QString());
@@ -152,7 +161,7 @@ Status itemParent(const CommandCall& call, UiTree& tree, int& id) {
     if (call.has("parent"))
         if (Status found = tree.find(call.text("parent"), id); !found)
             return found;
-    if (!tree.menuOf(id))
+    if (!tree.menuOf(id) && !isOptionMenu(tree, id))
         return call.fail("an item needs a menu to stand in");
     return Status::ok();
 }
@@ -167,7 +176,8 @@ Status createItem(const CommandCall& call, UiTree& tree, Value& result) {
     if (Status found = itemParent(call, tree, one.parent); !found)
         return found;
     one.divider = call.flag("divider");
-    one.object = makeItem(call, *tree.menuOf(one.parent), one.divider);
+    QMenu* menu = tree.menuOf(one.parent);
+    one.object = menu ? makeItem(call, *menu, one.divider) : makeOption(tree, one.parent);
     int id = UiTree::kNone;
     if (Status added = tree.add(one, "menuItem", id); !added) {
         delete one.object.data();

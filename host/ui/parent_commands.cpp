@@ -10,17 +10,6 @@ namespace torvel {
 
 namespace {
 
-// Windows that plug-ins made by themselves are known by their object name.
-QWidget* foreignWindow(const CommandCall& call, const std::string& name) {
-    const auto wanted = QString::fromStdString(name);
-    for (QObject* child : call.session().mainWindow->children()) {
-        auto* widget = qobject_cast<QWidget*>(child);
-        if (widget && widget->isWindow() && !wanted.isEmpty() && widget->objectName() == wanted)
-            return widget;
-    }
-    return nullptr;
-}
-
 std::string currentPath(const UiTree& tree, bool menu) {
     if (!menu)
         return tree.fullPath(tree.currentParent());
@@ -28,10 +17,15 @@ std::string currentPath(const UiTree& tree, bool menu) {
     return path.empty() ? "NONE" : path;
 }
 
-// ".." leaves a sub-menu for the menu around it, a menu for nothing, and stops at a window.
+// ".." leaves a layout for what is around it and stops at the window; among menus it leaves a
+// sub-menu for the menu around it and a menu for nothing.
 Status goUp(UiTree& tree, bool menu) {
-    if (!menu)
+    if (!menu) {
+        const UiElement* one = tree.element(tree.currentParent());
+        if (one && one->kind != UiKind::Window)
+            tree.setCurrentParent(one->parent);
         return Status::ok();
+    }
     const UiElement* one = tree.element(tree.currentMenu());
     if (!one)
         return Status::failure("setParent: there is no current menu");
@@ -39,29 +33,42 @@ Status goUp(UiTree& tree, bool menu) {
     return Status::ok();
 }
 
+void goToTop(UiTree& tree, bool menu) {
+    if (!menu)
+        tree.setCurrentParent(windowOf(tree, tree.currentParent()));
+    tree.setCurrentMenu(UiTree::kNone);
+}
+
 Status goTo(UiTree& tree, const std::string& name, bool menu) {
     int id = UiTree::kNone;
     if (Status found = tree.find(name, id); !found)
         return found;
-    const bool isWindow = tree.element(id)->kind == UiKind::Window;
-    if (menu ? !tree.menuOf(id) : !isWindow)
-        return Status::failure("setParent: '" + name + "' is no " + (menu ? "menu" : "window"));
+    const UiKind kind = tree.element(id)->kind;
+    const bool fits = menu ? tree.menuOf(id) != nullptr || isOptionMenu(tree, id)
+                           : kind == UiKind::Window || kind == UiKind::Layout;
+    if (!fits)
+        return Status::failure("setParent: '" + name + "' is no " +
+                               (menu ? "menu" : "window or layout"));
     if (menu) {
         tree.setCurrentMenu(id);
     } else {
+        if (kind == UiKind::Window)
+            tree.setCurrentMenu(UiTree::kNone);
         tree.setCurrentParent(id);
-        tree.setCurrentMenu(UiTree::kNone);
     }
     return Status::ok();
 }
 
 bool isAsked(const CommandCall& call, UiKind kind) {
-    const bool any =
-        call.has("menu") || call.has("menuItem") || call.has("window") || call.has("control");
+    const bool any = call.has("menu") || call.has("menuItem") || call.has("window") ||
+                     call.has("control") || call.has("layout") || call.has("radioCollection");
     switch (kind) {
         case UiKind::Menu: return !any || call.flag("menu");
         case UiKind::MenuItem: return !any || call.flag("menuItem");
         case UiKind::Window: return !any || call.flag("window");
+        case UiKind::Layout: return !any || call.flag("layout") || call.flag("control");
+        case UiKind::Control: return !any || call.flag("control");
+        case UiKind::Collection: return !any || call.flag("radioCollection");
     }
     return false;
 }
@@ -69,7 +76,8 @@ bool isAsked(const CommandCall& call, UiKind kind) {
 Status deleteOne(const CommandCall& call, UiTree& tree, const std::string& name) {
     int id = UiTree::kNone;
     if (Status found = tree.find(name, id); !found) {
-        QWidget* window = isAsked(call, UiKind::Window) ? foreignWindow(call, name) : nullptr;
+        QWidget* window =
+            isAsked(call, UiKind::Window) ? foreignWindow(call.session(), name) : nullptr;
         if (!window)
             return found;
         window->setObjectName(QString());
@@ -101,7 +109,7 @@ Status runSetParent(const CommandCall& call, Value& result) {
         if (name == ".." || call.flag("upLevel"))
             done = goUp(*tree, menu);
         else if (call.flag("topLevel"))
-            tree->setCurrentMenu(UiTree::kNone);
+            goToTop(*tree, menu);
         else if (!name.empty())
             done = goTo(*tree, name, menu);
     }

@@ -5,9 +5,11 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QThread>
 #include <QVBoxLayout>
 
 #include "commands/session.h"
+#include "mel/script_output.h"
 #include "ui/log_text.h"
 
 namespace torvel {
@@ -75,22 +77,52 @@ ScriptEditor::ScriptEditor(Session& session, QWidget* parent)
 
     connect(m_input, &QLineEdit::returnPressed, this, &ScriptEditor::runInput);
     m_sink = m_session.log().addSink([this](const LogLine& line) { show(line); });
+    m_listens = !m_session.batch;
+    if (m_listens)
+        setScriptOutput([this](const std::string& text, bool isError) { print(text, isError); });
 }
 
 ScriptEditor::~ScriptEditor() {
     m_session.log().removeSink(m_sink);
+    if (m_listens)
+        setScriptOutput({});
 }
 
 void ScriptEditor::show(const LogLine& line) {
     append(QString::fromStdString(shownLine(line)), colorOf(line.channel));
 }
 
+void ScriptEditor::print(const std::string& text, bool isError) {
+    const QString shown = QString::fromStdString(text);
+    const QColor color = isError ? QColor(255, 170, 120) : QColor(220, 220, 220);
+    if (QThread::currentThread() == thread())
+        printHere(shown, color);
+    else
+        QMetaObject::invokeMethod(
+            this, [this, shown, color] { printHere(shown, color); }, Qt::QueuedConnection);
+}
+
+void ScriptEditor::printHere(const QString& text, const QColor& color) {
+    const QStringList pieces = text.split(QLatin1Char('\n'));
+    for (int i = 0; i < pieces.size(); ++i) {
+        const bool ends = i + 1 < pieces.size();
+        if (!pieces[i].isEmpty() || (ends && !m_lineOpen))
+            insert(pieces[i], color, !m_lineOpen);
+        m_lineOpen = !ends && (m_lineOpen || !pieces[i].isEmpty());
+    }
+}
+
 void ScriptEditor::append(const QString& text, const QColor& color) {
+    m_lineOpen = false;
+    insert(text, color, true);
+}
+
+void ScriptEditor::insert(const QString& text, const QColor& color, bool newLine) {
     QTextCharFormat format;
     format.setForeground(color);
     QTextCursor cursor(m_text->document());
     cursor.movePosition(QTextCursor::End);
-    if (!m_text->document()->isEmpty())
+    if (newLine && !m_text->document()->isEmpty())
         cursor.insertBlock();
     cursor.insertText(text, format);
     m_text->setTextCursor(cursor);

@@ -2,6 +2,7 @@
 
 #include "commands/session.h"
 #include "ui/main_window.h"
+#include "ui/option_menu.h"
 
 namespace torvel {
 
@@ -37,6 +38,37 @@ Status newName(const CommandCall& call, std::string& name) {
         return call.fail("more than one name given");
     name = names.empty() ? std::string() : names.front();
     return Status::ok();
+}
+
+QWidget* foreignWindow(const Session& session, const std::string& name) {
+    const auto wanted = QString::fromStdString(name);
+    for (QObject* child : session.mainWindow->children()) {
+        auto* widget = qobject_cast<QWidget*>(child);
+        if (widget && widget->isWindow() && !wanted.isEmpty() && widget->objectName() == wanted)
+            return widget;
+    }
+    return nullptr;
+}
+
+int windowOf(const UiTree& tree, int id) {
+    for (const UiElement* one = tree.element(id); one; one = tree.element(id)) {
+        if (one->kind == UiKind::Window)
+            return id;
+        id = one->parent;
+    }
+    return UiTree::kNone;
+}
+
+QWidget* optionMenu(const UiTree& tree, int id) {
+    const UiElement* one = tree.element(id);
+    auto* widget = one ? qobject_cast<QWidget*>(one->object.data()) : nullptr;
+    auto* own = dynamic_cast<OptionMenu*>(widget);
+    // With a label the field stands inside the control.
+    return own || !widget || one->type != "optionMenu" ? own : widget->findChild<OptionMenu*>();
+}
+
+bool isOptionMenu(const UiTree& tree, int id) {
+    return optionMenu(tree, id) != nullptr;
 }
 
 }  // namespace torvel

@@ -3,6 +3,8 @@
 #include "commands/command.h"
 #include "ui/ui_tree.h"
 
+class QWidget;
+
 namespace torvel {
 
 // What the UI commands share.
@@ -15,5 +17,16 @@ Status namedElement(const CommandCall& call, UiTree& tree, UiKind kind, int& id)
 bool namedElementExists(const CommandCall& call, UiTree& tree, UiKind kind);
 /// The positional name for a new element; empty when none was given.
 Status newName(const CommandCall& call, std::string& name);
+
+/// A window below the main one that a plug-in made by itself, known by its object name; null when
+/// there is none.
+QWidget* foreignWindow(const Session& session, const std::string& name);
+/// The window around an element: itself or the first one above it; kNone when there is none.
+int windowOf(const UiTree& tree, int id);
+
+/// True for an option menu, whose items stand in a field instead of a menu.
+bool isOptionMenu(const UiTree& tree, int id);
+/// The widget whose actions are its items; null for anything else.
+QWidget* optionMenu(const UiTree& tree, int id);
 
 }  // namespace torvel

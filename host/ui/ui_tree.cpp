@@ -1,5 +1,7 @@
 #include "ui/ui_tree.h"
 
+#include <set>
+
 #include <QAction>
 #include <QMenu>
 #include <QWidget>
@@ -74,6 +76,8 @@ void UiTree::remove(int id) {
         return;
     const QPointer<QObject> object = it->second.object;
     removeCallback(it->second.command);
+    for (const auto& [flag, command] : it->second.commands)
+        removeCallback(command.text);
     m_elements.erase(it);
     if (object)
         retire(object);
@@ -108,6 +112,13 @@ QMenu* UiTree::menuOf(int id) const {
     return one ? qobject_cast<QMenu*>(one->object.data()) : nullptr;
 }
 
+int UiTree::idOf(const QObject* object) const {
+    for (const auto& [id, one] : m_elements)
+        if (object && one.object == object)
+            return id;
+    return kNone;
+}
+
 int UiTree::currentParent() const {
     return element(m_currentParent) ? m_currentParent : lookUp("MayaWindow");
 }
@@ -134,14 +145,14 @@ bool UiTree::isTaken(const std::string& name, int parent) const {
 }
 
 std::string UiTree::generated(const std::string& stem) const {
-    for (int number = 1;; ++number) {
-        const std::string name = stem + std::to_string(number);
-        bool free = true;
-        for (const auto& [id, one] : m_elements)
-            free = free && (one.name != name || !one.object);
-        if (free)
-            return name;
-    }
+    std::set<std::string> used;
+    for (const auto& [id, one] : m_elements)
+        if (one.object && one.name.compare(0, stem.size(), stem) == 0)
+            used.insert(one.name);
+    int number = 1;
+    while (used.count(stem + std::to_string(number)) > 0)
+        ++number;
+    return stem + std::to_string(number);
 }
 
 }  // namespace torvel

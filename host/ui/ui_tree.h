@@ -13,7 +13,13 @@ class QObject;
 
 namespace torvel {
 
-enum class UiKind { Window, Menu, MenuItem };
+enum class UiKind { Window, Menu, MenuItem, Layout, Control, Collection };
+
+/// A text or callable that a part of the interface runs.
+struct UiCommand {
+    std::string text;
+    bool python = true;  ///< the language of the text
+};
 
 /// One named part of the user interface. A sub-menu is a MenuItem whose object is a QMenu; any
 /// other item is a QAction.
@@ -22,16 +28,19 @@ struct UiElement {
     UiKind kind = UiKind::Window;
     QPointer<QObject> object;
     int parent = 0;          ///< id of the element above; 0 for a window
+    std::string type;        ///< the command that made it ("textField"); empty for menus and items
     std::string command;     ///< text that an item runs
     std::string sourceType;  ///< "python" or "mel"
     std::string label;
     std::string annotation;
     bool divider = false;
+    std::map<std::string, UiCommand>
+        commands;  ///< of layouts, controls, windows, by long flag name
 };
 
-/// Names and paths of the windows, menus and menu items that scripts see, and where the next one
-/// goes. Paths read "MayaWindow|TorvelPlugin|menuItem3". Names are unique below one parent; a short
-/// name finds an element anywhere as long as it is the only one.
+/// Names and paths of the windows, menus, items, layouts and controls that scripts see, and where
+/// the next one goes. Paths read "MayaWindow|TorvelPlugin|menuItem3". Names are unique below one
+/// parent; a short name finds an element anywhere as long as it is the only one.
 class UiTree {
   public:
     static constexpr int kNone = 0;
@@ -56,12 +65,23 @@ class UiTree {
     /// The menu that items go into: of a Menu or a sub-menu item; null for anything else.
     QMenu* menuOf(int id) const;
 
-    /// Where menus go; the main window unless a script chose another.
+    /// The element that stands for the object; kNone for a foreign one.
+    int idOf(const QObject* object) const;
+
+    /// Where menus, layouts and controls go; the main window unless a script chose another.
     int currentParent() const;
     void setCurrentParent(int id) { m_currentParent = id; }
     /// Where items go; kNone when there is none (any more).
     int currentMenu() const { return element(m_currentMenu) ? m_currentMenu : kNone; }
     void setCurrentMenu(int id) { m_currentMenu = id; }
+    /// Where radio buttons belong to; kNone when there is none (any more).
+    int currentCollection() const {
+        return element(m_currentCollection) ? m_currentCollection : kNone;
+    }
+    void setCurrentCollection(int id) { m_currentCollection = id; }
+    /// The window made last; kNone when it is gone.
+    int lastWindow() const { return element(m_lastWindow) ? m_lastWindow : kNone; }
+    void setLastWindow(int id) { m_lastWindow = id; }
 
   private:
     std::vector<int> matches(const std::string& text) const;
@@ -72,6 +92,8 @@ class UiTree {
     int m_next = 1;
     int m_currentParent = kNone;
     int m_currentMenu = kNone;
+    int m_currentCollection = kNone;
+    int m_lastWindow = kNone;
 };
 
 }  // namespace torvel

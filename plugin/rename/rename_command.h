@@ -4,7 +4,8 @@
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
 
-/// Command `torvel_renameUI`: the bulk rename tool. Looks at no argument; always succeeds.
+/// Command `torvel_renameUI`: raises the rename window, or builds it when none is open, and defines
+/// the Python functions behind its buttons anew. Looks at no argument; always succeeds.
 class torvel_renameUI : public MPxCommand {
   public:
     ~torvel_renameUI() override;

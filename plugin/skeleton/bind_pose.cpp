@@ -3,6 +3,8 @@
 
 #include "skeleton/skeleton_window.h"
 
+// Works on the selection that the first step leaves; after a refusal that is the user's own.
 void SkeletonWindow::resetBindPose() {
-    MGlobal::displayWarning("Reset Bind Pose: this tool is not built yet.");
+    SelAllHierarchy();
+    MGlobal::executeCommand("dagPose -bp -reset", false, false);
 }

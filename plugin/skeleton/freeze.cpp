@@ -4,24 +4,22 @@
 #include <maya/MDagPath.h>
 #include <maya/MFnDagNode.h>
 #include <maya/MFnDependencyNode.h>
-#include <maya/MFnSkinCluster.h>
 #include <maya/MGlobal.h>
 #include <maya/MObject.h>
 #include <maya/MObjectArray.h>
 #include <maya/MSelectionList.h>
 #include <maya/MStatus.h>
 #include <maya/MString.h>
-#include <maya/MStringArray.h>
 
 #include "shell/selection_checks.h"
 #include "skeleton/skeleton_window.h"
+#include "skeleton/skin_road.h"
 #include "toolkit/constraint_transfer.h"
+#include "toolkit/duplication.h"
 #include "toolkit/hierarchy.h"
 #include "toolkit/nodes.h"
 #include "toolkit/reconnection.h"
 #include "toolkit/skin_discovery.h"
-
-static const char* const kTempGroup = "tempOldSkeletonGroup";
 
 void SkeletonWindow::setAllHierarchy(int state) {
     allHierarchy = state == 2;
@@ -29,21 +27,6 @@ void SkeletonWindow::setAllHierarchy(int state) {
         MGlobal::displayInfo("Freeze all hierarchy");
     else
         MGlobal::displayInfo("Freeze just selected");
-}
-
-static void freezeJoint(const MString& joint) {
-    const MString script = "cmds.makeIdentity('" + joint + "', apply=True, rotate=True)";
-    MGlobal::executePythonCommand(script, false, false);
-}
-
-// Top joint last: the script adds it behind its descendants.
-static void freezeHierarchy(const MString& top) {
-    const MString script =
-        "cmds.listRelatives('" + top + "', ad=True, type='joint', f=True) + ['" + top + "']";
-    MStringArray joints;
-    MGlobal::executePythonCommand(script, joints, false, false);
-    for (unsigned int i = 0; i < joints.length(); ++i)
-        freezeJoint(joints[i]);
 }
 
 static void freezeUnskinned(const MObjectArray& sel, const MString& rootName, bool allHierarchy) {
@@ -56,32 +39,6 @@ static void freezeUnskinned(const MObjectArray& sel, const MString& rootName, bo
         MGlobal::displayInfo("Freezing rotations for: " + path);
         freezeJoint(path);
     }
-}
-
-// Once per output geometry: the command names the cluster, so two outputs detach it twice.
-static void unbind(const MObject& skinCluster) {
-    MFnSkinCluster skinFn(skinCluster);
-    const MString skin = skinFn.name();
-    MObjectArray outputs;
-    skinFn.getOutputGeometry(outputs);
-    for (unsigned int i = 0; i < outputs.length(); ++i) {
-        [[maybe_unused]] const MString geometryPath = MFnDagNode(outputs[i]).fullPathName();
-        const MString script = "cmds.skinCluster('" + skin + "', e=True, unbindKeepHistory=True)";
-        MGlobal::executePythonCommand(script, false, false);
-    }
-}
-
-static void stripConstraints(const MString& dup) {
-    // clang-format off
-    const MString script =
-    "import maya.cmds as cmds\n"
-    "dup_joints = cmds.listRelatives('" + dup + "', ad=True, type='joint', f=True) + ['" + dup + "']\n"
-    "for j in dup_joints:\n"
-    "    cons = cmds.listRelatives(j, type='constraint', f=True) or []\n"
-    "    if cons:\n"
-    "        cmds.delete(cons)\n";
-    // clang-format on
-    MGlobal::executePythonCommand(script, false, false);
 }
 
 static void freezeCopy(const MObjectArray& sel, const MObject& dupRoot, const MString& dup,
@@ -122,9 +79,7 @@ static void bindAgain(const MObject& meshNode, const MString& rootName) {
     const MString mesh = path.fullPathName();
     MGlobal::displayInfo("Binding skin to: " + mesh);
     MGlobal::displayInfo("Root name: " + rootName);
-    const MString script = "cmds.skinCluster('" + rootName + "', '" + mesh +
-                           "', bindMethod=0, skinMethod=0, normalizeWeights=1)";
-    MGlobal::executePythonCommand(script, false, false);
+    bindMesh(rootName, mesh);
 }
 
 static void freezeSkinned(const MObjectArray& sel, const MObject& root, const MObjectArray& skins,
@@ -133,14 +88,12 @@ static void freezeSkinned(const MObjectArray& sel, const MObject& root, const MO
     const MString rootPath = MFnDagNode(root).fullPathName();
 
     for (unsigned int i = 0; i < skins.length(); ++i)
-        unbind(skins[i]);
+        detachSkin(skins[i]);
 
-    MString dup;
-    const MString duplicateScript = "cmds.duplicate('" + rootPath + "')[0]";
-    MGlobal::executePythonCommand(duplicateScript, dup, false, false);
+    const MString dup = duplicateSkeleton(rootPath);
     const MObject dupRoot = getObjectByName(dup);
 
-    stripConstraints(dup);
+    removeConstraints(dup);
     freezeCopy(sel, dupRoot, dup, allHierarchy);
 
     const MObjectArray oldJoints = getJointHierarchy(root);
@@ -148,19 +101,13 @@ static void freezeSkinned(const MObjectArray& sel, const MObject& root, const MO
     recreateConstraints(oldJoints, copies);
     reconnectRotations(oldJoints, copies);
 
-    const MString groupScript = "cmds.group('" + rootPath + "', n='" + kTempGroup + "')";
-    MGlobal::executePythonCommand(groupScript, false, false);
-    MString renamed;
-    const MString renameScript = "cmds.rename('" + dup + "', '" + rootName + "')";
-    MGlobal::executePythonCommand(renameScript, renamed, false, false);
-
+    parkOldSkeleton(rootPath);
+    renameTo(dup, rootName);
     for (unsigned int i = 0; i < skins.length(); ++i) {
         if (!reconnect(root, rootName, skins[i]))
             return;
     }
-    const MString deleteScript = MString("cmds.delete('") + kTempGroup + "')";
-    MGlobal::executePythonCommand(deleteScript, false, false);
-
+    deleteOldSkeleton();
     for (unsigned int i = 0; i < meshes.length(); ++i)
         bindAgain(meshes[i], rootName);
     MGlobal::displayInfo("Freeze Rotations completado. El skinning se ha conservado.");

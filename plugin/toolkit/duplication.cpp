@@ -18,8 +18,7 @@
 #include "toolkit/nodes.h"
 #include "toolkit/text.h"
 
-// Once per output geometry: the command names the cluster, so two outputs detach it twice.
-static void detachSkin(const MObject& skinCluster) {
+void detachSkin(const MObject& skinCluster) {
     MFnSkinCluster skinFn(skinCluster);
     const MString skin = skinFn.name();
     MObjectArray outputs;
@@ -31,7 +30,7 @@ static void detachSkin(const MObject& skinCluster) {
     }
 }
 
-static void removeConstraints(const MString& dup) {
+void removeConstraints(const MString& dup) {
     // clang-format off
     const MString script =
     "import maya.cmds as cmds\n"
@@ -44,15 +43,19 @@ static void removeConstraints(const MString& dup) {
     MGlobal::executePythonCommand(script, false, false);
 }
 
-static void freezeCopy(const MString& dup) {
-    const MString listScript =
-        "cmds.listRelatives('" + dup + "', ad=True, type='joint', f=True) + ['" + dup + "']";
+void freezeJoint(const MString& joint) {
+    const MString script = "cmds.makeIdentity('" + joint + "', apply=True, rotate=True)";
+    MGlobal::executePythonCommand(script, false, false);
+}
+
+// Top joint last: the script adds it behind its descendants.
+void freezeHierarchy(const MString& top) {
+    const MString script =
+        "cmds.listRelatives('" + top + "', ad=True, type='joint', f=True) + ['" + top + "']";
     MStringArray joints;
-    MGlobal::executePythonCommand(listScript, joints, false, false);
-    for (unsigned int i = 0; i < joints.length(); ++i) {
-        const MString script = "cmds.makeIdentity('" + joints[i] + "', apply=True, rotate=True)";
-        MGlobal::executePythonCommand(script, false, false);
-    }
+    MGlobal::executePythonCommand(script, joints, false, false);
+    for (unsigned int i = 0; i < joints.length(); ++i)
+        freezeJoint(joints[i]);
 }
 
 static MObject duplicateRoot(const MObject& root, const MObjectArray& skinClusters) {
@@ -71,7 +74,7 @@ static MObject duplicateRoot(const MObject& root, const MObjectArray& skinCluste
     const MString dupPath = newRootFn.fullPathName();
 
     removeConstraints(dup);
-    freezeCopy(dup);
+    freezeHierarchy(dup);
 
     const MString groupScript = "cmds.group('" + rootPath + "', n='tempOldSkeletonGroup')";
     MGlobal::executePythonCommand(groupScript, false, false);

@@ -15,6 +15,24 @@ struct CharacterDuplicate {
     MObjectArray newMeshParents;  ///< first parent of each mesh shape in the copy, each once
 };
 
+// --- its steps, for tools that place them in another order ---
+
+/// Detaches the cluster with its history kept, once per output geometry: the command names the
+/// cluster, so two outputs detach it twice.
+void detachSkin(const MObject& skinCluster);
+
+/// Deletes each constraint below a joint of the copy, the top included.
+void removeConstraints(const MString& dup);
+
+/// Moves the rotation of the joint, and of all below it, into joint orientation.
+void freezeJoint(const MString& joint);
+
+/// The same for each joint below `top` and then for `top` itself. A top with no joint below it
+/// fails in the listing and is left alone.
+void freezeHierarchy(const MString& top);
+
+// --- the whole of it ---
+
 /// Detaches the clusters with their history, copies each root's hierarchy without its constraints,
 /// freezes the copy's rotations, parks the old root under "tempOldSkeletonGroup" and gives the copy
 /// its name. Returns the new root of each root, same order; null where a copy was not found.

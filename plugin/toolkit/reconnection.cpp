@@ -93,13 +93,17 @@ static void printJointNames(const MObjectArray& joints) {
         MGlobal::displayInfo("  " + getNodeName(joints[i], false));
 }
 
-void printJointMismatch(const MObjectArray& oldJoints, const MObjectArray& newJoints) {
+void printCountMismatch(unsigned int oldCount, unsigned int newCount) {
     MGlobal::displayError(utf8Text("El número de joints no coincide: "
                                    "originalRoot (") +
-                          static_cast<double>(oldJoints.length()) +
+                          static_cast<double>(oldCount) +
                           "), "
                           "duplicateRoot (" +
-                          static_cast<double>(newJoints.length()) + ")");
+                          static_cast<double>(newCount) + ")");
+}
+
+void printJointMismatch(const MObjectArray& oldJoints, const MObjectArray& newJoints) {
+    printCountMismatch(oldJoints.length(), newJoints.length());
     MGlobal::displayInfo("Joints en originalRoot:");
     printJointNames(oldJoints);
     MGlobal::displayInfo("Joints en duplicateRoot:");

@@ -24,6 +24,9 @@ void reconnectSkinCluster(const MObjectArray& roots, const MObjectArray& duplica
 /// clusters is skipped.
 void transferSkinWeights(const MObjectArray& sources, const MObjectArray& destinations);
 
+/// The error line for two skeletons of unequal size.
+void printCountMismatch(unsigned int oldCount, unsigned int newCount);
+
 /// Reports two skeletons of unequal size: an error line with both counts, then the short names of
 /// the old and of the new joints as info lines.
 void printJointMismatch(const MObjectArray& oldJoints, const MObjectArray& newJoints);

@@ -1,7 +1,6 @@
 #include "twist/twist_command.h"
 
-#include <maya/MGlobal.h>
-#include <maya/MString.h>
+#include "twist/twist_window.h"
 
 TorvelTwist::~TorvelTwist() = default;
 
@@ -10,6 +9,7 @@ void* TorvelTwist::creator() {
 }
 
 MStatus TorvelTwist::doIt(const MArgList&) {
-    MGlobal::displayWarning("torvel_twist: the twist tool is not built yet.");
+    auto* window = new TwistWindow(nullptr);
+    window->show();
     return MS::kSuccess;
 }

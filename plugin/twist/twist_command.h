@@ -4,7 +4,8 @@
 #include <maya/MPxCommand.h>
 #include <maya/MStatus.h>
 
-/// Command `torvel_twist`: the twist joint tool. Looks at no argument; always succeeds.
+/// Command `torvel_twist`: opens a new TwistWindow, whatever others are open. Looks at no argument;
+/// always succeeds.
 class TorvelTwist : public MPxCommand {
   public:
     ~TorvelTwist() override;

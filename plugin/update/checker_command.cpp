@@ -3,6 +3,52 @@
 #include <maya/MGlobal.h>
 #include <maya/MString.h>
 
+#include <QEventLoop>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+
+#include "shell/plugin_info.h"
+#include "toolkit/text.h"
+#include "update/check_date.h"
+#include "update/server_address.h"
+#include "update/update_dialog.h"
+
+// False, with an error line, when no whole answer came.
+static bool askServer(QByteArray& answer) {
+    QNetworkAccessManager manager;
+    QEventLoop loop;
+    QNetworkReply* reply = manager.get(QNetworkRequest(updateInfoAddress()));
+    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    loop.exec();
+    const bool isGood = reply->error() == QNetworkReply::NoError;
+    if (isGood)
+        answer = reply->readAll();
+    else
+        MGlobal::displayError(utf8Text("Error al obtener la versión desde el servidor."));
+    reply->deleteLater();
+    return isGood;
+}
+
+bool checkForUpdate(QString& latest, QString& url) {
+    QByteArray answer;
+    if (!askServer(answer))
+        return false;
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(answer, &error);
+    if (error.error != QJsonParseError::NoError || !document.isObject()) {
+        MGlobal::displayError(utf8Text("Error al analizar el JSON de versión."));
+        return false;
+    }
+    latest = document.object().value("version").toString();
+    url = document.object().value("download_url").toString();
+    const QString current = pluginInfo["version"];
+    markCheckedToday();
+    return current < latest;
+}
+
 CheckerWindow::~CheckerWindow() = default;
 
 void* CheckerWindow::creator() {
@@ -10,6 +56,10 @@ void* CheckerWindow::creator() {
 }
 
 MStatus CheckerWindow::doIt(const MArgList&) {
-    MGlobal::displayWarning("checkUpdates: the update check is not built yet.");
+    QString latest, url;
+    if (checkForUpdate(latest, url))
+        showUpdateDialog(pluginInfo["version"], latest, url);
+    else
+        MGlobal::displayInfo(utf8Text("Ya tienes la última versión del plugin."));
     return MS::kSuccess;
 }

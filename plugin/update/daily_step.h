@@ -2,7 +2,8 @@
 
 #include <QString>
 
-/// The version step that precedes the skeleton window, due at most once per calendar day.
-/// @param currentVersion  the installed version, which the step compares with the newest one.
-/// No update server is asked yet, so the step returns at once and prints nothing.
+/// The version step that precedes the skeleton window, due at most once per calendar day: announces
+/// itself, asks the update server and waits for it, and shows the dialog when there is a newer
+/// version than `currentVersion`. Otherwise it says nothing but what went wrong. A day whose
+/// question failed stays due.
 void runDailyUpdateStep(const QString& currentVersion);

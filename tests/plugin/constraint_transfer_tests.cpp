@@ -1,3 +1,6 @@
+#include <algorithm>
+
+#include "plugin/rig_state.h"
 #include "plugin/rigs.h"
 #include "toolkit/circle_control.h"
 #include "toolkit/constraint_transfer.h"
@@ -73,7 +76,8 @@ TEST_F(ConstraintTransferTest, DriversComeInOrderAndTheJointLast) {
                                 "1 tipo: " + kind.apiType);
         EXPECT_EQ(lines[1], "info: Ejecutando comando: " + command);
         EXPECT_EQ(lines[2].rfind("mel stringArray: " + command, 0), 0u) << lines[2];
-        python("cmds.delete('" + path + "')");
+        python("cmds.delete('" + path + "', cmds.listRelatives('|x|y', type='constraint', "
+               "path=True))");
     }
 }
 
@@ -156,5 +160,135 @@ TEST_F(ConstraintTransferTest, CircleControlsRunTheirScripts) {
     EXPECT_EQ(all[1].rfind("mel plain: matchTransform b_ctrl |a|b;", 0), 0u) << all[1];
     EXPECT_EQ(all[2].rfind("mel plain: circle -name \"b_ctrl\" -nr 0 0 0;", 0), 0u) << all[2];
 }
+
+// --- constraints that drive
+// -----------------------------------------------------------------------
+
+/// The same with constraints that are alive: what drives b drives y afterwards.
+class LivingConstraintTest : public ConstraintTransferTest {
+  public:
+    LivingConstraintTest() {
+        python(
+            "cmds.xform('d1', t=(3, 4, 5), ro=(10, 20, 30))\n"
+            "cmds.xform('d2', t=(-6, 1, 2), ro=(-40, 5, 0))");
+    }
+    void moveDrivers() {
+        python(
+            "cmds.xform('d1', t=(-2, 9, 1), ro=(70, -20, 15))\n"
+            "cmds.xform('d2', t=(4, -3, 8), ro=(0, 50, 25))");
+    }
+    void expectTogether(const char* when) {
+        const M44d a = worldMatrixOf(*this, "|a|b"), x = worldMatrixOf(*this, "|x|y");
+        EXPECT_TRUE(a.equalWithAbsError(x, 1e-9)) << when << ": " << a << x;
+    }
+};
+
+class LivingConstraintKinds : public LivingConstraintTest,
+                              public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(LivingConstraintKinds, TheCopyFollowsItsDriversAsTheOriginalDoes) {
+    const std::string type = GetParam();
+    python("cmds." + type + "('d2', 'd1', '|a|b', mo=True)");
+    const M44d before = worldMatrixOf(*this, "|x|y");
+    recreate();
+    EXPECT_EQ(languageErrors(), 0);
+    EXPECT_EQ(pythonText("cmds.listRelatives('|x|y', type='constraint')"), "y_" + type + "1");
+    EXPECT_EQ(pythonText("cmds." + type + "('|x|y', q=True, tl=True)"), "d2 d1");
+    EXPECT_TRUE(worldMatrixOf(*this, "|x|y").equalWithAbsError(before, 1e-9)) << "made in place";
+    expectTogether("in place");
+    moveDrivers();
+    EXPECT_FALSE(worldMatrixOf(*this, "|x|y").equalWithAbsError(before, 1e-3));
+    expectTogether("driven");
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, LivingConstraintKinds,
+                         ::testing::Values("parentConstraint", "pointConstraint",
+                                           "orientConstraint", "aimConstraint"));
+
+TEST_F(LivingConstraintTest, SeveralKindsOnOneJoint) {
+    python(
+        "cmds.pointConstraint('d1', '|a|b', mo=True)\n"
+        "cmds.orientConstraint('d2', '|a|b', mo=True)\n"
+        "cmds.parentConstraint('d2', '|a', mo=True)");
+    recreate();
+    EXPECT_EQ(pythonText("cmds.listRelatives('|x|y', type='constraint')"),
+              "y_pointConstraint1 y_orientConstraint1");
+    moveDrivers();
+    expectTogether("driven");
+    EXPECT_EQ(pythonText("cmds.listConnections('|x|y.rotateX', s=True, d=False, p=True)"),
+              "y_orientConstraint1.constraintRotateX");
+}
+
+// The up object stands above the joint when the constraints are made, so that the up direction the
+// command starts from and the one by the object are the same.
+TEST_F(LivingConstraintTest, AimWithAnUpObject) {
+    python(
+        "p = cmds.xform('|a|b', q=True, ws=True, t=True)\n"
+        "cmds.xform('d2', ws=True, t=(p[0], p[1] + 8, p[2]))\n"
+        "cmds.aimConstraint('d1', '|a|b', mo=True, wut='object', wuo='d2')");
+    recreate();
+    const Lines lines = transcript();
+    ASSERT_EQ(lines.size(), 7u);
+    EXPECT_EQ(lines[1],
+              "info: AimConstraint tiene worldUpMatrix conectado desde: d2.worldMatrix[0]");
+    EXPECT_EQ(lines[2], "info: Ejecutando comando: aimConstraint -mo \"|d1\" \"|x|y\"");
+    EXPECT_EQ(lines[4], "info: Conectando worldUpMatrix de d2.worldMatrix[0] a y_aimConstraint1");
+    EXPECT_EQ(lines[5], "mel plain: setAttr \"y_aimConstraint1.worldUpType\" 1;");
+    EXPECT_EQ(lines[6], "info: Conectado worldUpMatrix en nuevo constraint: y_aimConstraint1");
+    EXPECT_EQ(pythonText("cmds.aimConstraint('y_aimConstraint1', q=True, wut=True)"), "object");
+    expectTogether("in place");
+    moveDrivers();
+    expectTogether("driven");
+}
+
+TEST_F(LivingConstraintTest, ALockedChannelFailsTheCommandAndNotTheNextOne) {
+    python(
+        "cmds.orientConstraint('d1', '|a|b')\n"
+        "cmds.pointConstraint('d2', '|a|b')\n"
+        "cmds.setAttr('|x|y.rotateY', lock=True)");
+    recreate();
+    const Lines said = messages();
+    EXPECT_NE(std::find(said.begin(), said.end(),
+                        "error: Fallo al crear constraint con comando: orientConstraint -mo "
+                        "\"|d1\" \"|x|y\""),
+              said.end());
+    EXPECT_EQ(pythonText("cmds.listRelatives('|x|y', type='constraint')"), "y_pointConstraint1");
+}
+
+/// A bound leg whose knee hangs on a driver.
+class ConstrainedLegTest : public PluginScene, public ::testing::WithParamInterface<const char*> {
+  public:
+    ConstrainedLegTest() {
+        makeLeg(*this);
+        makeGroup(*this, "driver");
+        python("cmds.xform('driver', t=(2, 3, 4), ro=(15, -25, 35))\n");
+        python(std::string("cmds.") + GetParam() + "('driver', '|hip|knee', mo=True)");
+    }
+    void pose(bool moved) {
+        python(moved ? "cmds.xform('driver', t=(1, 5, 4), ro=(40, -25, 60))"
+                     : "cmds.xform('driver', t=(2, 3, 4), ro=(15, -25, 35))");
+    }
+    Points points() { return pointsOf(*this, "|leg|legShape"); }
+};
+
+TEST_P(ConstrainedLegTest, TheMeshMovesWithTheDriverAsBeforeTheFreeze) {
+    const Points rest = points();
+    pose(true);
+    const Points moved = points();
+    EXPECT_GT(deviation(moved, rest), 1e-3);
+    pose(false);
+    for (int click = 0; click < 2; ++click) {
+        freeze({"|hip"}, true);
+        expectPoints(points(), rest, 1e-5);
+        pose(true);
+        expectPoints(points(), moved, 1e-5);
+        pose(false);
+    }
+    EXPECT_EQ(pythonText("cmds.ls(type='constraint')"), std::string("knee_") + GetParam() + "1");
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, ConstrainedLegTest,
+                         ::testing::Values("parentConstraint", "pointConstraint",
+                                           "orientConstraint", "aimConstraint"));
 
 }  // namespace torvel::test

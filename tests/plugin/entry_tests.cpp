@@ -6,6 +6,7 @@
 #include <maya/MStatus.h>
 
 #include <QAction>
+#include <QDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QWidget>
@@ -17,7 +18,11 @@ namespace torvel::test {
 
 class EntryTest : public PluginScene {
   public:
-    EntryTest() { session().removePluginCommand("torvel_skeleton"); }
+    EntryTest() {
+        for (const std::string& name : kAll)
+            session().removePluginCommand(name);
+        passDailyStep();
+    }
 
     void load() {
         forget();
@@ -73,6 +78,25 @@ TEST_F(EntryTest, AnItemOpensItsTool) {
     menus()[0]->actions().at(2)->trigger();
     ASSERT_EQ(toolWindows().size(), 1u);
     EXPECT_STREQ(toolWindows()[0]->metaObject()->className(), "SkeletonWindow");
+}
+
+TEST_F(EntryTest, EveryItemDoesItsJob) {
+    load();
+    ASSERT_EQ(menus().size(), 1u);
+    const auto choose = [this](int item) { menus()[0]->actions().at(item)->trigger(); };
+    choose(0);
+    EXPECT_TRUE(python("cmds.window('torvelRenameWin', exists=True)").truth());
+    choose(2);
+    EXPECT_EQ(windowsNamed("SkeletonWindow").size(), 1u);
+    choose(3);
+    EXPECT_EQ(windowsNamed("TwistWindow").size(), 1u);
+    forget();
+    choose(5);
+    bool answered = !messages().empty();
+    for (QDialog* dialog : mainWindow().findChildren<QDialog*>())
+        answered = answered || dialog->windowTitle() == "Versión del Plugin";
+    EXPECT_TRUE(answered) << "with or without a server on this machine";
+    EXPECT_EQ(languageErrors(), 0);
 }
 
 TEST_F(EntryTest, UnloadingLeavesOneCommand) {

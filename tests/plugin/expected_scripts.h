@@ -49,6 +49,63 @@ inline std::string bindLine(const std::string& root, const std::string& mesh) {
            "', bindMethod=0, skinMethod=0, normalizeWeights=1)";
 }
 
+inline std::string restoreLine(const std::string& joint) {
+    return "mel plain: dagPose -r -g -bp " + joint + ";";
+}
+
+inline std::string renameLine(const std::string& from, const std::string& to) {
+    return "python string: cmds.rename('" + from + "', '" + to + "')";
+}
+
+/// Orient Joints on a skeleton without skin; by short name.
+inline std::string orientBareLine(const std::string& joint, const std::string& order,
+                                  const std::string& up, bool children) {
+    return "python plain: cmds.joint(' " + joint + " ', edit=True, oj='" + order + "',sao ='" + up +
+           (children ? "', ch=True)" : "')");
+}
+
+/// Orient Joints on the copy; by full path.
+inline std::string orientCopyLine(const std::string& joint, const std::string& order,
+                                  const std::string& up, bool children) {
+    return "python plain: cmds.joint(' " + joint + " ', edit=True, oj='" + order + "', sao ='" +
+           up + (children ? "', ch=True)" : "', ch=False)");
+}
+
+inline std::string toWorldLine(const std::string& node) {
+    return "python plain: cmds.parent('" + node + "', w=True)";
+}
+
+inline std::string parentLine(const std::string& node, const std::string& parent) {
+    return "python plain: cmds.parent('" + node + "', '" + parent + "')";
+}
+
+/// What the host prints when a node is sent to the parent that it has.
+inline std::string skippedLine(const std::string& node, const std::string& parent) {
+    return "warning: Object, '" + node + "', skipped.  It is already a child of the parent, '" +
+           parent + "'.";
+}
+
+inline std::string flipLine(const std::string& joint, char primary, char secondary) {
+    return "python plain: import maya.cmds as cmds\n"
+           "jointName = '" +
+           joint +
+           "'\n"
+           "primAxis = '" +
+           std::string(1, primary) +
+           "'\n"
+           "secAxis = '" +
+           std::string(1, secondary) +
+           "'\n"
+           "cmds.makeIdentity(jointName, apply=True, rotate=True)\n"
+           "primAttr = jointName + '.rotate' + primAxis\n"
+           "primValue = cmds.getAttr(primAttr)\n"
+           "cmds.setAttr(primAttr, (primValue + 180.0) % 360)\n"
+           "secAttr = jointName + '.rotate' + secAxis\n"
+           "secValue = cmds.getAttr(secAttr)\n"
+           "cmds.setAttr(secAttr, (secValue + 180.0) % 360)\n"
+           "cmds.makeIdentity(jointName, apply=True, rotate=True)\n";
+}
+
 inline Lines operator+(Lines a, const Lines& b) {
     a.insert(a.end(), b.begin(), b.end());
     return a;

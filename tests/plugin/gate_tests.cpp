@@ -1,3 +1,4 @@
+#include <QDate>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -5,13 +6,20 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPointer>
+#include <QTcpSocket>
 #include <QWidget>
 
 #include "licence/gate.h"
+#include "licence/license_window.h"
+#include "plugin/expected_scripts.h"
 #include "plugin/plugin_scene.h"
+#include "plugin/update_server.h"
 #include "shell/settings_file.h"
 
 namespace torvel::test {
+
+const Lines kCheckWithoutAnswer{"info: Checking for plugin updates...",
+                                "error: Error al obtener la versión desde el servidor."};
 
 class GateTest : public PluginScene {
   public:
@@ -93,6 +101,7 @@ TEST_F(GateTest, RefusingShowsTheTermsAndNoTool) {
     EXPECT_TRUE(licence.isNull());
     EXPECT_TRUE(toolWindows().empty());
     EXPECT_FALSE(read()["licence_accepted"].toBool());
+    EXPECT_EQ(messages(), Lines{}) << "no version is asked for";
 }
 
 TEST_F(GateTest, AcceptingOpensTheTool) {
@@ -104,9 +113,59 @@ TEST_F(GateTest, AcceptingOpensTheTool) {
     EXPECT_EQ(toolWindows().size(), 1u);
     EXPECT_TRUE(read()["licence_accepted"].toBool());
     EXPECT_EQ(read()["last_version_check"].toString(), "x");
+    EXPECT_EQ(messages(), kCheckWithoutAnswer) << "the version step comes after the gate";
 
     python("cmds.torvel_skeleton()");
     EXPECT_EQ(toolWindows().size(), 2u) << "accepted once is accepted for good";
+    EXPECT_TRUE(windowsNamed("LicenseWindow").empty());
+}
+
+TEST_F(GateTest, TheSettingsFileIsMadeByTheCommandAndDated) {
+    UpdateServer server(QByteArray(R"({"version": "0.20"})"));
+    python("cmds.torvel_skeleton()");
+    EXPECT_EQ(toolWindows().size(), 1u);
+    const QString today = QDate::currentDate().toString("yyyy-MM-dd");
+    EXPECT_EQ(read(), (QJsonObject{{"licence_required", false},
+                                   {"licence_accepted", false},
+                                   {"last_version_check", today}}));
+}
+
+TEST_F(GateTest, TheToolOpensAfterTheVersionStep) {
+    QPointer<QWidget> licence = refuse();
+    ASSERT_FALSE(licence.isNull());
+    std::size_t openWhenAsked = 99;
+    bool stored = false;
+    UpdateServer server([&](QTcpSocket& socket) {
+        openWhenAsked = toolWindows().size();
+        stored = read()["licence_accepted"].toBool();
+        socket.write(httpAnswer("200 OK", "{}"));
+    });
+    int validated = 0;
+    auto* asLicence = qobject_cast<LicenseWindow*>(licence.data());
+    ASSERT_NE(asLicence, nullptr);
+    QObject::connect(asLicence, &LicenseWindow::licenseValidated, [&validated] { ++validated; });
+    press(licence, "btn_acceptLicense");
+    EXPECT_EQ(validated, 1);
+    EXPECT_EQ(openWhenAsked, 0u);
+    EXPECT_TRUE(stored);
+    EXPECT_EQ(toolWindows().size(), 1u);
+    EXPECT_EQ(server.requests().size(), 1);
+}
+
+TEST_F(GateTest, ClosingByTheTitleBarOpensNothing) {
+    QPointer<QWidget> licence = refuse();
+    ASSERT_FALSE(licence.isNull());
+    licence->close();
+    finishDeletion();
+    EXPECT_TRUE(licence.isNull());
+    EXPECT_TRUE(toolWindows().empty());
+    EXPECT_FALSE(read()["licence_accepted"].toBool());
+}
+
+TEST_F(GateTest, TheOtherToolsAskNoGate) {
+    write(R"({"licence_required": true})");
+    EXPECT_NE(openTwist(), nullptr);
+    python("cmds.checkUpdates()");
     EXPECT_TRUE(windowsNamed("LicenseWindow").empty());
 }
 
@@ -120,7 +179,8 @@ TEST_F(GateTest, WhatCannotBeStoredHoldsForThisTime) {
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     forget();
     press(licence, "btn_acceptLicense");
-    EXPECT_EQ(messages(), Lines{"warning: The licence acceptance could not be stored."});
+    EXPECT_EQ(messages(), (Lines{"warning: The licence acceptance could not be stored."} +
+                           kCheckWithoutAnswer));
     EXPECT_EQ(toolWindows().size(), 1u);
 }
 

@@ -8,11 +8,17 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
+#include <QDate>
+#include <QDir>
+#include <QFileInfo>
 
 #include "app/host_setup.h"
+#include "rename/rename_command.h"
 #include "skeleton/skeleton_command.h"
 #include "support/test_scene.h"
+#include "twist/twist_command.h"
 #include "ui/main_window.h"
+#include "update/checker_command.h"
 
 namespace torvel::test {
 
@@ -29,10 +35,10 @@ void needApplication() {
     new QApplication(count, arguments);
 }
 
-Status runSkeletonCommand(const std::vector<Value>&, Value&) {
-    const std::unique_ptr<MPxCommand> command(
-        static_cast<torvel_skeleton*>(torvel_skeleton::creator()));
-    return command->doIt(MArgList()) ? Status::ok() : Status::failure("torvel_skeleton failed");
+template <class Command>
+Status runCommand(const std::vector<Value>&, Value&) {
+    const std::unique_ptr<MPxCommand> command(static_cast<Command*>(Command::creator()));
+    return command->doIt(MArgList()) ? Status::ok() : Status::failure("the command failed");
 }
 
 const char* channelName(Channel channel) {
@@ -56,7 +62,10 @@ PluginScene::PluginScene() {
     qputenv("HOME", m_home.path().toLocal8Bit());
     setUpSession(m_session);
     m_window = std::make_unique<MainWindow>(m_session);
-    m_session.addPluginCommand("torvel_skeleton", runSkeletonCommand);
+    m_session.addPluginCommand("torvel_skeleton", runCommand<torvel_skeleton>);
+    m_session.addPluginCommand("torvel_renameUI", runCommand<torvel_renameUI>);
+    m_session.addPluginCommand("torvel_twist", runCommand<TorvelTwist>);
+    m_session.addPluginCommand("checkUpdates", runCommand<CheckerWindow>);
     python("import maya.cmds as cmds");
 }
 
@@ -179,9 +188,18 @@ std::vector<QWidget*> PluginScene::toolWindows() {
 }
 
 QWidget* PluginScene::openTool() {
-    const std::vector<QWidget*> before = toolWindows();
-    python("cmds.torvel_skeleton()");
-    for (QWidget* window : toolWindows()) {
+    passDailyStep();
+    return openWindow("torvel_skeleton", "SkeletonWindow");
+}
+
+QWidget* PluginScene::openTwist() {
+    return openWindow("torvel_twist", "TwistWindow");
+}
+
+QWidget* PluginScene::openWindow(const std::string& command, const char* objectName) {
+    const std::vector<QWidget*> before = windowsNamed(objectName);
+    python("cmds." + command + "()");
+    for (QWidget* window : windowsNamed(objectName)) {
         if (std::find(before.begin(), before.end(), window) == before.end())
             return window;
     }
@@ -208,6 +226,14 @@ void PluginScene::freeze(const std::vector<std::string>& selection, bool allHier
     forget();
     press(window, "btn_freezeRot");
     window->close();
+}
+
+void PluginScene::passDailyStep() {
+    QDir().mkpath(QFileInfo(settingsPath()).absolutePath());
+    QFile file(settingsPath());
+    const QString today = QDate::currentDate().toString("yyyy-MM-dd");
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(("{\"last_version_check\": \"" + today + "\"}").toUtf8());
 }
 
 QString PluginScene::settingsPath() {

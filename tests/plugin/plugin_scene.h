@@ -22,8 +22,8 @@ class MainWindow;
 namespace torvel::test {
 
 /// A host with both languages and its desktop, off screen, with a home folder of its own: what a
-/// user has in front of him after the plug-in was loaded, but for the plug-in's menu. The command
-/// torvel_skeleton is there.
+/// user has in front of him after the plug-in was loaded, but for the plug-in's menu. The four
+/// commands are there. No update server answers.
 class PluginScene : public ::testing::Test {
   public:
     PluginScene();
@@ -61,8 +61,12 @@ class PluginScene : public ::testing::Test {
     int languageErrors();
     void forget() { m_session.record().clear(); }
 
-    /// Opens the skeleton window by its command; null when none came up.
+    /// Opens the skeleton window by its command, today's version check done; null when none came
+    /// up.
     QWidget* openTool();
+    QWidget* openTwist();
+    /// Runs the command and gives the window of that name that it opened; null when none came up.
+    QWidget* openWindow(const std::string& command, const char* objectName);
     std::vector<QWidget*> toolWindows();
     std::vector<QWidget*> windowsNamed(const char* objectName);
     void press(QWidget* window, const char* button);
@@ -72,6 +76,8 @@ class PluginScene : public ::testing::Test {
     void freeze(const std::vector<std::string>& selection, bool allHierarchy);
 
     static QString settingsPath();
+    /// Makes a settings file in which today's version check is done and no licence is asked for.
+    void passDailyStep();
 
   private:
     QTemporaryDir m_home;

@@ -1,55 +1,12 @@
 // Freeze Rotations on rigs that others made. TORVEL_RIGS names the folder of the scenes; without
 // it, or without the file, the case is skipped.
 
-#include <cstdlib>
-#include <filesystem>
-
-#include "plugin/rig_state.h"
+#include "plugin/real_rig.h"
 
 namespace torvel::test {
 
-namespace {
-
-std::string rigPath(const std::string& file) {
-    const char* folder = std::getenv("TORVEL_RIGS");
-    if (!folder || !*folder)
-        return {};
-    const std::filesystem::path path = std::filesystem::path(folder) / file;
-    return std::filesystem::exists(path) ? path.string() : std::string();
-}
-
-}  // namespace
-
-class RealRigTest : public PluginScene, public ::testing::WithParamInterface<const char*> {
+class RealRigTest : public RealRig, public ::testing::WithParamInterface<const char*> {
   public:
-    void open(const std::string& path) {
-        python("cmds.file('" + path + "', open=True, force=True)");
-        forget();
-    }
-
-    /// The skinned joints, each once, in the order of clusters and influences.
-    Lines influences() {
-        Lines all;
-        for (const auto& [cluster, sources] : stateOf(*this).influences) {
-            for (const auto& [index, path] : sources) {
-                if (!path.empty() && std::find(all.begin(), all.end(), path) == all.end())
-                    all.push_back(path);
-            }
-        }
-        return all;
-    }
-
-    /// The skeleton's own meshes with every cluster switched off.
-    std::map<std::string, Points> restShapes() {
-        const RigState state = stateOf(*this);
-        for (const auto& [cluster, weights] : state.weights)
-            scene().setNumber(plug(cluster, "nodeState"), 1.0);
-        const std::map<std::string, Points> rest = stateOf(*this).meshes;
-        for (const auto& [cluster, weights] : state.weights)
-            scene().setNumber(plug(cluster, "nodeState"), 0.0);
-        return rest;
-    }
-
     void freezeAndCompare(const std::string& path, const Lines& selection, bool all) {
         open(path);
         const RigState before = stateOf(*this);
@@ -81,23 +38,6 @@ class RealRigTest : public PluginScene, public ::testing::WithParamInterface<con
         turnInWorld(*this, joint, 25.0);
         expectSamePoints(stateOf(*this), posed, 1e-4);
         return posed.meshes != rest.meshes;
-    }
-
-    bool isAtRest() {
-        const std::map<std::string, Points> rest = restShapes();
-        for (const auto& [mesh, points] : stateOf(*this).meshes) {
-            if (deviation(points, rest.at(mesh)) > 1e-5)
-                return false;
-        }
-        return true;
-    }
-
-    bool isDriven(const std::string& joint) {
-        for (const char* channel : {"rotate", "rotateX", "rotateY", "rotateZ"}) {
-            if (!scene().source(plug(joint, channel)).isNull())
-                return true;
-        }
-        return false;
     }
 
     /// Whether the last click bound this mesh again.

@@ -80,6 +80,22 @@ class CheckIncludes(unittest.TestCase):
                         f"3: {word} in a file that runs scripts")
         self.assertEqual(check({**CLEAN, "plugin/twist/a.cpp": body.format("// ", "toUtf8")})[0], 0)
 
+    def test_four_units_know_what_the_plugin_says_about_itself(self):
+        include = '#include "shell/plugin_info.h"\n'
+        units = {
+            "plugin/licence/license_window.cpp": include,
+            "plugin/shell/entry.cpp": '#include "plugin_info.h"\n',
+            "plugin/skeleton/skeleton_command.cpp": include,
+            "plugin/update/checker_command.cpp": include,
+        }
+        tree = {**CLEAN, **units, "plugin/shell/plugin_info.h": ""}
+        self.assertEqual(check(tree), (0, []))
+        fault = "plugin/twist/a.cpp:1: must not include shell/plugin_info.h"
+        self.assertEqual(check({**tree, "plugin/twist/a.cpp": include}), (1, [fault]))
+        fault = "plugin/update/checker_command.cpp:1: has to include shell/plugin_info.h"
+        missing = {**tree, "plugin/update/checker_command.cpp": "// " + include}
+        self.assertEqual(check(missing), (1, [fault]))
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -2,6 +2,7 @@
 #include <maya/MFnNurbsCurve.h>
 #include <maya/MPoint.h>
 #include <maya/MPointArray.h>
+#include <maya/MStringArray.h>
 
 #include "host/api/api_scene.h"
 
@@ -77,6 +78,56 @@ TEST_F(CurveTest, pointsAreReadAndWrittenInBothSpaces)
     points.setLength(2);
     EXPECT_FALSE(fn.setCVs(points));
     EXPECT_FALSE(made.getCVs(points, MSpace::kWorld)) << "an object has no path";
+}
+
+TEST_F(CurveTest, scalingTheElevenPointsOfALiveCircleLasts)
+{
+    scene.call("circle", {}, {flag("n", {"ring"}), flag("nr", {1, 0, 0})});
+    MFnNurbsCurve fn(path("ring"));
+    MPointArray points;
+    EXPECT_TRUE(fn.getCVs(points, MSpace::kObject));
+    EXPECT_EQ(fn.numCVs(), 11);
+    EXPECT_EQ(fn.numKnots(), 13);
+    EXPECT_EQ(fn.form(), MFnNurbsCurve::kPeriodic);
+    ASSERT_EQ(points.length(), 11u);
+    for (unsigned int i = 0; i < points.length(); ++i)
+        points[i] *= 5.0;
+    EXPECT_TRUE(fn.setCVs(points, MSpace::kObject));
+    EXPECT_TRUE(fn.updateCurve());
+    EXPECT_TRUE(fn.getCVs(points));
+    EXPECT_TRUE(points[1].isEquivalent(MPoint(0, 5.0 * 1.1081941875543879, 0), 1e-9));
+    EXPECT_TRUE(points[9].isEquivalent(points[1]));
+    scene.set("makeNurbCircle1.radius", 2);
+    EXPECT_TRUE(fn.getCVs(points));
+    EXPECT_TRUE(points[1].isEquivalent(MPoint(0, 6.0 * 1.1081941875543879, 0), 1e-9)) << "5 - 1 + 2";
+}
+
+TEST_F(CurveTest, shapeNamesAreFreeInTheWholeScene)
+{
+    MFnNurbsCurve fn;
+    makeSquare(fn);
+    scene.call("rename", {"curve1", "other"}, {flag("ignoreShape")});
+    const MObject made = makeSquare(fn);
+    EXPECT_EQ(nameOf(made), "curve1");
+    EXPECT_EQ(text(fn.fullPathName()), "|curve1|curveShape2");
+}
+
+TEST_F(CurveTest, componentsAreAddedByName)
+{
+    MFnNurbsCurve fn;
+    makeSquare(fn);
+    MSelectionList list;
+    EXPECT_TRUE(list.add("curve1.cv[1:3]"));
+    EXPECT_FALSE(list.add("curve1.cv[5]"));
+    EXPECT_FALSE(list.add("curve1.vtx[0]"));
+    ASSERT_EQ(list.length(), 1u);
+    MStringArray names;
+    list.getSelectionStrings(names);
+    ASSERT_EQ(names.length(), 1u);
+    EXPECT_EQ(text(names[0]), "curve1.cv[1:3]");
+    MDagPath where;
+    EXPECT_TRUE(list.getDagPath(0, where));
+    EXPECT_TRUE(where.hasFn(MFn::kNurbsCurve));
 }
 
 }  // namespace

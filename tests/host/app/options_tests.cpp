@@ -72,10 +72,41 @@ TEST(Options, ThresholdsAreRead) {
     EXPECT_EQ(o.verifyJson, "out.json");
 }
 
-TEST(Options, WhatIsNotOfferedIsRefusedByName) {
-    for (const char* name : {"--check", "--render", "--network"})
-        EXPECT_NE(refused({"scene.ma", name, "x"}).find(std::string(name) + " is not offered"),
-                  std::string::npos);
+TEST(Options, CheckingARigIsBatchAndNeedsOne) {
+    const Options o = good({"--check", "rig.ma", "--check-json", "found.json"});
+    EXPECT_TRUE(o.check && o.batch);
+    EXPECT_EQ(o.scene, "rig.ma");
+    EXPECT_EQ(o.checkJson, "found.json");
+    EXPECT_NE(refused({"--check"}).find("needs a scene"), std::string::npos);
+}
+
+TEST(Options, APictureHasAViewASizeAndFrames) {
+    const Options plain = good({"--batch", "--render", "a.png"});
+    EXPECT_EQ(plain.render, "a.png");
+    EXPECT_EQ(plain.view, "persp");
+    EXPECT_EQ(plain.frames, "");
+    const Options o = good({"--render", "a.png", "--view", "side", "--size", "64x48", "--frames",
+                            "-2:9", "--wire"});
+    EXPECT_EQ(o.view, "side");
+    EXPECT_EQ(o.size, "64x48");
+    EXPECT_EQ(o.frames, "-2:9");
+    EXPECT_TRUE(o.wire);
+    EXPECT_NE(refused({"--render", "a.jpg"}).find("a .png file, not a.jpg"), std::string::npos);
+    EXPECT_NE(refused({"--render", "a.png", "--size", "64"}).find("--size takes WxH"),
+              std::string::npos);
+    EXPECT_NE(refused({"--render", "a.png", "--frames", "9:1"}).find("--frames takes A:B"),
+              std::string::npos);
+    EXPECT_NE(refused({"--render", "a.png", "--view", "back"}).find("back"), std::string::npos);
+}
+
+TEST(Options, TheNetworkIsClosedUnlessAskedFor) {
+    EXPECT_FALSE(good({"--batch"}).network);
+    EXPECT_TRUE(good({"--batch", "--network"}).network);
+}
+
+TEST(Options, AnswersStandInTheirOrder) {
+    EXPECT_EQ(good({"--answer", "Yes", "--answer", "OK=an arm"}).answers,
+              (std::vector<std::string>{"Yes", "OK=an arm"}));
 }
 
 TEST(Options, WrongUsesAreRefused) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -60,6 +61,16 @@ TEST_F(ProgramTest, PrintsOfScriptsGoToStandardOutput) {
     EXPECT_EQ(done.out, "42\n");
 }
 
+TEST_F(ProgramTest, DialogsAreAnsweredFromTheCommandLine) {
+    const Outcome done = run({"--batch", "--no-plugin", "--answer", "No", "--answer", "OK=a=b",
+                              "--python",
+                              "from maya import cmds\n"
+                              "print(cmds.confirmDialog(message='Go?', button=['Yes', 'No']))\n"
+                              "cmds.promptDialog()\nprint(cmds.promptDialog(q=True, text=True))"});
+    EXPECT_EQ(done.code, 0) << done.err;
+    EXPECT_EQ(done.out, "No\na=b\n");
+}
+
 TEST_F(ProgramTest, AMissingSceneIsUnreadable) {
     const Outcome done = run({"--batch", "--no-plugin", dir.filePath("none.ma")});
     EXPECT_EQ(done.code, 3);
@@ -74,9 +85,26 @@ TEST_F(ProgramTest, ADamagedSceneIsUnreadable) {
 
 TEST_F(ProgramTest, WrongUseIsTwo) {
     EXPECT_EQ(run({"--no-such-option"}).code, 2);
-    EXPECT_EQ(run({"--batch", "--render", "a.png"}).code, 2);
+    EXPECT_EQ(run({"--batch", "--render", "a.jpg"}).code, 2);
     EXPECT_EQ(run({"--batch", "--no-plugin", "--plugin", "/no/such/plugin.so"}).code, 2);
     EXPECT_EQ(run({"--batch", "--no-plugin", "--trace", "/no/such/folder/trace"}).code, 2);
+}
+
+TEST_F(ProgramTest, ThePictureShowsWhatTheScriptsMade) {
+    const QString file = dir.filePath("ring.png");
+    const std::string script =
+        "import maya.cmds as c\nc.circle(n='ring')\nc.setAttr('ring.overrideEnabled', 1)\n"
+        "c.setAttr('ring.overrideColor', 13)\nc.select(cl=True)";
+    const Outcome done = run({"--batch", "--no-plugin", "--python", QString::fromStdString(script), "--render", file,
+                              "--view", "front", "--size", "120x80"});
+    EXPECT_EQ(done.code, 0) << done.err;
+    const QImage picture(file);
+    ASSERT_EQ(picture.size(), QSize(120, 80));
+    int red = 0;
+    for (int x = 0; x < 120; ++x)
+        red += picture.pixelColor(x, 40) == QColor(255, 0, 0) ? 1 : 0;
+    EXPECT_GE(red, 2) << "both sides of the ring";
+    EXPECT_EQ(run({"--batch", "--no-plugin", "--render", "/no/such/folder/a.png"}).code, 1);
 }
 
 TEST_F(ProgramTest, AFailingScriptIsOneAndTheNextStillRuns) {

@@ -5,6 +5,7 @@
 
 #include "files/scene_reader.h"
 #include "node_scene.h"
+#include "nodes/dag_pose.h"
 #include "nodes/default_nodes.h"
 
 namespace torvel::test {
@@ -98,5 +99,56 @@ TEST_P(SkinnedRigs, BindMatricesAreInversesOfBindPoses)
 INSTANTIATE_TEST_SUITE_P(Stored, SkinnedRigs,
                          ::testing::Values("rig01.ma", "plane_skinned.ma", "bindTransformsExport.ma",
                                            "rig_rlessard_example01.ma", "UsdExportSkeletonAtSceneRoot.ma"));
+
+struct StoredPoses
+{
+    const char* file;
+    int members;  ///< of all poses, with channels held
+    int moved;    ///< of those, how many stand elsewhere today
+};
+void PrintTo(const StoredPoses& poses, std::ostream* out)
+{
+    *out << poses.file;
+}
+
+class PosesOfRigs : public RigTest, public ::testing::WithParamInterface<StoredPoses>
+{
+protected:
+    int members = 0, moved = 0, worlds = 0;
+
+    void compareMember(NodeHandle pose, std::int32_t at)
+    {
+        const NodeHandle node = scene.source(scene.element(plug(pose, "members"), at)).node;
+        const auto held = scene.dataAs<XformData>(scene.element(plug(pose, "xformMatrix"), at));
+        const auto now = isTransform(scene, node) ? captureXform(scene, node) : nullptr;
+        if (!held || !now)
+            return;
+        ++members;
+        const bool there = held->translate.equalWithAbsError(now->translate, 1e-6);
+        moved += there ? 0 : 1;
+        // A joint's held world matrix is its bind pose, by connection.
+        const Plug world = scene.element(plug(pose, "worldMatrix"), at);
+        if (there && isJoint(scene, node) && !scene.source(world).isNull()) {
+            ++worlds;
+            EXPECT_TRUE(nearlyEqual(scene.matrix(world), bindPose(node), 1e-9)) << scene.node(node)->name;
+        }
+    }
+};
+
+TEST_P(PosesOfRigs, MembersStandWhereThePoseHoldsThem)
+{
+    if (!open(GetParam().file))
+        GTEST_SKIP() << GetParam().file << " is not at hand (TORVEL_RIGS)";
+    for (NodeHandle pose : allOf("dagPose"))
+        for (const std::int32_t at : scene.elementIndices(plug(pose, "xformMatrix")))
+            compareMember(pose, at);
+    EXPECT_EQ(members, GetParam().members);
+    EXPECT_EQ(moved, GetParam().moved);
+    EXPECT_GT(worlds, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Stored, PosesOfRigs,
+                         ::testing::Values(StoredPoses{"skel.ma", 201, 0}, StoredPoses{"plane_skinned.ma", 6, 0},
+                                           StoredPoses{"UsdExportSkeletonAtSceneRoot.ma", 3, 0}));
 
 }  // namespace torvel::test
