@@ -22,22 +22,19 @@ constexpr int kPairs = 200;  // a large rig
 constexpr int kJoints = 1000;
 
 // Of this thread alone: what else the machine does is no part of it.
-double seconds()
-{
+double seconds() {
     timespec now{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
     return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-struct Constrained
-{
+struct Constrained {
     NodeHandle driver;
     Plug output;
 };
 
 // A driver below a group, a joint below a joint, and the constraint that ties them.
-Constrained makePair(torvel::Session& session, const char* command, int number)
-{
+Constrained makePair(torvel::Session& session, const char* command, int number) {
     Scene& scene = session.scene();
     NodeHandle group, driver, parent, joint, constraint;
     torvel::ignore(scene.createNode("transform", "group" + std::to_string(number), {}, group));
@@ -61,8 +58,7 @@ Constrained makePair(torvel::Session& session, const char* command, int number)
 }
 
 // Only the evaluation is timed: the drivers have moved before.
-void constraint(benchmark::State& state, const char* command)
-{
+void constraint(benchmark::State& state, const char* command) {
     torvel::Session session;
     torvel::setUpSession(session);
     Scene& scene = session.scene();
@@ -105,8 +101,7 @@ BENCHMARK_CAPTURE(constraint, scale, "scaleConstraint")
     ->Unit(benchmark::kNanosecond);
 
 // Ten roots with chains of twenty below each, every joint turned and linked to its parent's scale.
-void worldMatrices(benchmark::State& state)
-{
+void worldMatrices(benchmark::State& state) {
     torvel::Session session;
     torvel::setUpSession(session);
     Scene& scene = session.scene();

@@ -15,24 +15,25 @@ namespace {
 using torvel::NodeHandle;
 using torvel::Scene;
 
-std::vector<NodeHandle> makeJoints(Scene& scene, int count, int chainLength)
-{
+std::vector<NodeHandle> makeJoints(Scene& scene, int count, int chainLength) {
     std::vector<NodeHandle> joints(1);
     torvel::ignore(scene.createNode("joint", "root", {}, joints[0]));
     for (int i = 1; i < count; ++i) {
         const bool newChain = (i - 1) % chainLength == 0;
         NodeHandle joint;
-        torvel::ignore(scene.createNode("joint", "link" + std::to_string(i), newChain ? joints[0] : joints.back(), joint));
-        scene.setVec3(scene.findPlug(joint, "translate"), {newChain ? 0.2 * i : 0.0, newChain ? 0.0 : 1.0, 0.0});
+        torvel::ignore(scene.createNode("joint", "link" + std::to_string(i),
+                                        newChain ? joints[0] : joints.back(), joint));
+        scene.setVec3(scene.findPlug(joint, "translate"),
+                      {newChain ? 0.2 * i : 0.0, newChain ? 0.0 : 1.0, 0.0});
         scene.setVec3(scene.findPlug(joint, "jointOrient"), {0.1, 0.0, 0.05});
         joints.push_back(joint);
     }
     return joints;
 }
 
-void fkClick(benchmark::State& state)
-{
-    const int count = static_cast<int>(state.range(0)), chainLength = static_cast<int>(state.range(1));
+void fkClick(benchmark::State& state) {
+    const int count = static_cast<int>(state.range(0)),
+              chainLength = static_cast<int>(state.range(1));
     double miss = 0.0;
     for (auto _ : state) {
         state.PauseTiming();
@@ -69,8 +70,7 @@ BENCHMARK(fkClick)
 
 }  // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -14,25 +14,21 @@ using torvel::Plug;
 using torvel::Scene;
 using torvel::V3d;
 
-struct Rig
-{
+struct Rig {
     torvel::Log log;
     Scene scene{torvel::nodeTypes(), log};
     NodeHandle end, handle;
 
-    NodeHandle make(const char* type, const std::string& name, NodeHandle parent = {})
-    {
+    NodeHandle make(const char* type, const std::string& name, NodeHandle parent = {}) {
         NodeHandle made;
         torvel::ignore(scene.createNode(type, name, parent, made));
         return made;
     }
-    void link(NodeHandle from, const char* source, NodeHandle to, const char* target)
-    {
+    void link(NodeHandle from, const char* source, NodeHandle to, const char* target) {
         torvel::ignore(scene.connect(scene.findPlug(from, source), scene.findPlug(to, target)));
     }
     // `joints` turn; one more stands at the end. Bones of length 1, a bend of 30 degrees in all.
-    explicit Rig(int joints)
-    {
+    explicit Rig(int joints) {
         std::vector<NodeHandle> chain;
         for (int i = 0; i <= joints; ++i) {
             const NodeHandle above = chain.empty() ? NodeHandle() : chain.back();
@@ -54,8 +50,7 @@ struct Rig
     }
 };
 
-void moveAndRead(benchmark::State& state)
-{
+void moveAndRead(benchmark::State& state) {
     const int joints = static_cast<int>(state.range(0));
     Rig rig(joints);
     const Plug x = rig.scene.findPlug(rig.handle, "translateX"),

@@ -17,8 +17,7 @@ namespace {
 constexpr int kJoints = 1000;
 
 // A cluster with an influence for each of a thousand joints, wired as a bind does it.
-torvel::NodeHandle makeCluster(torvel::Scene& scene)
-{
+torvel::NodeHandle makeCluster(torvel::Scene& scene) {
     torvel::NodeHandle cluster, joint;
     torvel::ignore(scene.createNode("skinCluster", "cluster", {}, cluster));
     for (int i = 0; i < kJoints; ++i) {
@@ -29,8 +28,7 @@ torvel::NodeHandle makeCluster(torvel::Scene& scene)
     return cluster;
 }
 
-void visit(benchmark::State& state)
-{
+void visit(benchmark::State& state) {
     torvel::Session session;
     torvel::setUpSession(session);
     makeCluster(session.scene());

@@ -1,5 +1,6 @@
-// How much longer reading a scene takes than a bare scan of the same text that converts its numbers and nothing else.
-// SCENE_READ_VERTICES (default 1000000) and SCENE_READ_JOINTS (default 1000) set the size of the made file.
+// How much longer reading a scene takes than a bare scan of the same text that converts its numbers
+// and nothing else. SCENE_READ_VERTICES (default 1000000) and SCENE_READ_JOINTS (default 1000) set
+// the size of the made file.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -16,20 +17,17 @@
 
 namespace {
 
-int setting(const char* name, int fallback)
-{
+int setting(const char* name, int fallback) {
     const char* text = std::getenv(name);
     return text ? std::atoi(text) : fallback;
 }
 
-void append(std::string& out, double value)
-{
+void append(std::string& out, double value) {
     char text[40];
     out.append(text, std::to_chars(text, text + sizeof text, value).ptr);
 }
 
-std::string joints(int count)
-{
+std::string joints(int count) {
     std::string out;
     for (int j = 0; j < count; ++j) {
         out += "createNode joint -n \"j" + std::to_string(j) + "\"" +
@@ -41,12 +39,12 @@ std::string joints(int count)
 }
 
 template <class Row>
-void statements(std::string& out, const char* name, const char* tail, int count, int step, Row row)
-{
+void statements(std::string& out, const char* name, const char* tail, int count, int step,
+                Row row) {
     for (int from = 0; from < count; from += step) {
         const int to = std::min(count, from + step) - 1;
-        out += "\tsetAttr \"." + std::string(name) + "[" + std::to_string(from) + ":" + std::to_string(to) + "]" + tail +
-               "\"";
+        out += "\tsetAttr \"." + std::string(name) + "[" + std::to_string(from) + ":" +
+               std::to_string(to) + "]" + tail + "\"";
         for (int i = from; i <= to; ++i)
             row(i);
         out += ";\n";
@@ -54,10 +52,10 @@ void statements(std::string& out, const char* name, const char* tail, int count,
 }
 
 // A grid of points with four influences each.
-std::string madeScene(int vertices, int jointCount)
-{
+std::string madeScene(int vertices, int jointCount) {
     std::string out = "//Maya ASCII 2024 scene\nrequires maya \"2024\";\n" + joints(jointCount) +
-                      "createNode transform -n \"body\";\ncreateNode mesh -n \"bodyShape\" -p \"body\";\n\tsetAttr -s " +
+                      "createNode transform -n \"body\";\ncreateNode mesh -n \"bodyShape\" -p "
+                      "\"body\";\n\tsetAttr -s " +
                       std::to_string(vertices) + " \".vt\";\n";
     statements(out, "vt", "", vertices, 166, [&](int i) {
         out += i % 3 ? " " : "\n\t\t";
@@ -72,7 +70,8 @@ std::string madeScene(int vertices, int jointCount)
     statements(out, "ed", "", edges, 166, [&](int i) {
         out += (i % 8 ? " " : "\n\t\t") + std::to_string(i) + ' ' + std::to_string(i + 1) + " 0";
     });
-    out += "createNode skinCluster -n \"skin\";\n\tsetAttr -s " + std::to_string(vertices) + " \".wl\";\n";
+    out += "createNode skinCluster -n \"skin\";\n\tsetAttr -s " + std::to_string(vertices) +
+           " \".wl\";\n";
     statements(out, "wl", ".w", vertices, 500, [&](int i) {
         out += "\n\t\t4";
         for (int k = 0; k < 4; ++k) {
@@ -83,18 +82,17 @@ std::string madeScene(int vertices, int jointCount)
     return out + "// End of scene\n";
 }
 
-const std::string& sceneFile()
-{
+const std::string& sceneFile() {
     static const std::string path = [] {
         const auto file = std::filesystem::temp_directory_path() / "torvel_scene_read_bench.ma";
-        const std::string text = madeScene(setting("SCENE_READ_VERTICES", 1000000), setting("SCENE_READ_JOINTS", 1000));
+        const std::string text =
+            madeScene(setting("SCENE_READ_VERTICES", 1000000), setting("SCENE_READ_JOINTS", 1000));
         return torvel::replaceFile(file.string(), text) ? file.string() : std::string();
     }();
     return path;
 }
 
-double scan(const std::string& text)
-{
+double scan(const std::string& text) {
     double sum = 0.0;
     const char* end = text.data() + text.size();
     for (const char* at = text.data(); at != end;) {
@@ -107,8 +105,7 @@ double scan(const std::string& text)
     return sum;
 }
 
-void bareScan(benchmark::State& state)
-{
+void bareScan(benchmark::State& state) {
     for (auto _ : state) {
         std::string text;
         if (!torvel::loadFile(sceneFile(), text))
@@ -119,8 +116,7 @@ void bareScan(benchmark::State& state)
 }
 
 // Pairs of scan and read, so that both see the same machine; "ratio" is the result.
-void openAgainstScan(benchmark::State& state)
-{
+void openAgainstScan(benchmark::State& state) {
     using Clock = std::chrono::steady_clock;
     double scanned = 0.0, opened = 0.0;
     for (auto _ : state) {
@@ -138,7 +134,8 @@ void openAgainstScan(benchmark::State& state)
         opened += std::chrono::duration<double>(Clock::now() - middle).count();
     }
     state.counters["ratio"] = opened / scanned;
-    state.counters["megabytes"] = static_cast<double>(std::filesystem::file_size(sceneFile())) / 1e6;
+    state.counters["megabytes"] =
+        static_cast<double>(std::filesystem::file_size(sceneFile())) / 1e6;
 }
 
 BENCHMARK(bareScan)->Unit(benchmark::kMillisecond);

@@ -1,5 +1,5 @@
-// What a visit of a utility node costs: a driver moves, every node that hangs on it becomes dirty and is pulled again.
-// Limit: 0.2 microseconds a visit, dirtying included.
+// What a visit of a utility node costs: a driver moves, every node that hangs on it becomes dirty
+// and is pulled again. Limit: 0.2 microseconds a visit, dirtying included.
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -15,8 +15,7 @@ namespace {
 
 constexpr int kNodes = 1000;
 
-struct Case
-{
+struct Case {
     const char* type;
     const char* source;  ///< of the driver, a transform
     const char* input;
@@ -51,15 +50,13 @@ const Case kCases[] = {
     {"animCurveUU", "tx", "input", "output"},
 };
 
-struct Graph
-{
+struct Graph {
     Log log;
     Scene scene{nodeTypes(), log};
     NodeHandle driver;
     std::vector<Plug> outputs;
 
-    explicit Graph(const Case& c)
-    {
+    explicit Graph(const Case& c) {
         ignore(scene.createNode("transform", "driver", {}, driver));
         for (int i = 0; i < kNodes; ++i) {
             NodeHandle node;
@@ -70,8 +67,7 @@ struct Graph
             outputs.push_back(scene.findPlug(node, c.output));
         }
     }
-    void move(double value, bool isMatrix)
-    {
+    void move(double value, bool isMatrix) {
         if (!isMatrix)
             return scene.setNumber(scene.findPlug(driver, "tx"), value);
         M44d m;
@@ -80,8 +76,7 @@ struct Graph
     }
 };
 
-void visit(benchmark::State& state, const Case* c)
-{
+void visit(benchmark::State& state, const Case* c) {
     using Clock = std::chrono::steady_clock;
     Graph graph(*c);
     const bool isMatrix = std::string(c->source) == "opm";

@@ -8,20 +8,17 @@ namespace torvel::api {
 
 /// What all growing lists of the API do. Memory grows by doubling and is kept until the list ends.
 template <class List, class Item>
-struct Array
-{
+struct Array {
     static Item*& data(List& list) { return Bridge::data(list); }
     static unsigned int& length(List& list) { return Bridge::length(list); }
 
-    static void start(List& list)
-    {
+    static void start(List& list) {
         data(list) = nullptr;
         length(list) = 0;
         Bridge::capacity(list) = 0;
     }
 
-    static void reserve(List& list, unsigned int wanted)
-    {
+    static void reserve(List& list, unsigned int wanted) {
         unsigned int& capacity = Bridge::capacity(list);
         if (wanted <= capacity)
             return;
@@ -35,24 +32,21 @@ struct Array
         capacity = grown;
     }
 
-    static void assign(List& list, const Item* items, unsigned int count)
-    {
+    static void assign(List& list, const Item* items, unsigned int count) {
         reserve(list, count);
         for (unsigned int i = 0; i < count; ++i)
             data(list)[i] = items[i];
         length(list) = count;
     }
 
-    static void fill(List& list, unsigned int count, const Item& value)
-    {
+    static void fill(List& list, unsigned int count, const Item& value) {
         reserve(list, count);
         for (unsigned int i = 0; i < count; ++i)
             data(list)[i] = value;
         length(list) = count;
     }
 
-    static MStatus setLength(List& list, unsigned int count)
-    {
+    static MStatus setLength(List& list, unsigned int count) {
         reserve(list, count);
         for (unsigned int i = length(list); i < count; ++i)
             data(list)[i] = Item();
@@ -60,13 +54,11 @@ struct Array
         return MStatus::kSuccess;
     }
 
-    static MStatus append(List& list, const Item& value)
-    {
+    static MStatus append(List& list, const Item& value) {
         return insert(list, value, length(list));
     }
 
-    static MStatus insert(List& list, const Item& value, unsigned int index)
-    {
+    static MStatus insert(List& list, const Item& value, unsigned int index) {
         if (index > length(list))
             return MStatus::kInvalidParameter;
         Item copy(value);  // the value may stand in this very list
@@ -78,8 +70,7 @@ struct Array
         return MStatus::kSuccess;
     }
 
-    static MStatus remove(List& list, unsigned int index)
-    {
+    static MStatus remove(List& list, unsigned int index) {
         if (index >= length(list))
             return MStatus::kInvalidParameter;
         for (unsigned int i = index + 1; i < length(list); ++i)
@@ -88,8 +79,7 @@ struct Array
         return MStatus::kSuccess;
     }
 
-    static MStatus set(List& list, const Item& value, unsigned int index)
-    {
+    static MStatus set(List& list, const Item& value, unsigned int index) {
         if (index >= length(list))
             return MStatus::kInvalidParameter;
         data(list)[index] = value;

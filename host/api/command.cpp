@@ -18,20 +18,19 @@ namespace {
 /// Where the running command's result goes; a command may run another one inside.
 Value* g_result = nullptr;
 
-class ResultScope
-{
-public:
+class ResultScope {
+  public:
     explicit ResultScope(Value& result) : m_outer(g_result) { g_result = &result; }
     ~ResultScope() { g_result = m_outer; }
     ResultScope(const ResultScope&) = delete;
     ResultScope& operator=(const ResultScope&) = delete;
 
-private:
+  private:
     Value* m_outer;
 };
 
-Status runChecked(const std::string& name, MCreatorFunction creator, const std::vector<Value>& args)
-{
+Status runChecked(const std::string& name, MCreatorFunction creator,
+                  const std::vector<Value>& args) {
     const std::unique_ptr<MPxCommand> command(static_cast<MPxCommand*>(creator()));
     if (!command)
         return Status::failure(name + ": the plug-in made no command");
@@ -42,9 +41,8 @@ Status runChecked(const std::string& name, MCreatorFunction creator, const std::
 
 }  // namespace
 
-Status runPluginCommand(const std::string& name, MCreatorFunction creator, const std::vector<Value>& args,
-                        Value& result)
-{
+Status runPluginCommand(const std::string& name, MCreatorFunction creator,
+                        const std::vector<Value>& args, Value& result) {
     const ResultScope scope(result);
     try {
         return runChecked(name, creator, args);
@@ -66,118 +64,143 @@ using torvel::Value;
 
 namespace {
 
-void show(Channel channel, const MString& text)
-{
+void show(Channel channel, const MString& text) {
     if (Session* session = Session::current())
         session->log().write(channel, MApiBridge::text(text));
 }
 
-void give(Value value)
-{
+void give(Value value) {
     if (g_result)
         *g_result = std::move(value);
 }
 
 }  // namespace
 
-// --- MPxCommand ------------------------------------------------------------------------------------------------------
+// --- MPxCommand
+// ------------------------------------------------------------------------------------------------------
 
 MPxCommand::MPxCommand() = default;
 
 MPxCommand::~MPxCommand() = default;
 
-MStatus MPxCommand::doIt(const MArgList&) { return MStatus::kFailure; }
+MStatus MPxCommand::doIt(const MArgList&) {
+    return MStatus::kFailure;
+}
 
-MStatus MPxCommand::undoIt() { return MStatus::kFailure; }
+MStatus MPxCommand::undoIt() {
+    return MStatus::kFailure;
+}
 
-MStatus MPxCommand::redoIt() { return MStatus::kFailure; }
+MStatus MPxCommand::redoIt() {
+    return MStatus::kFailure;
+}
 
-bool MPxCommand::isUndoable() const { return false; }
+bool MPxCommand::isUndoable() const {
+    return false;
+}
 
-bool MPxCommand::hasSyntax() const { return false; }
+bool MPxCommand::hasSyntax() const {
+    return false;
+}
 
-void MPxCommand::displayInfo(const MString& text) { show(Channel::Info, text); }
+void MPxCommand::displayInfo(const MString& text) {
+    show(Channel::Info, text);
+}
 
-void MPxCommand::displayWarning(const MString& text) { show(Channel::Warning, text); }
+void MPxCommand::displayWarning(const MString& text) {
+    show(Channel::Warning, text);
+}
 
-void MPxCommand::displayError(const MString& text) { show(Channel::Error, text); }
+void MPxCommand::displayError(const MString& text) {
+    show(Channel::Error, text);
+}
 
-void MPxCommand::clearResult() { give(Value()); }
+void MPxCommand::clearResult() {
+    give(Value());
+}
 
-void MPxCommand::setResult(const MString& value) { give(Value(MApiBridge::text(value))); }
+void MPxCommand::setResult(const MString& value) {
+    give(Value(MApiBridge::text(value)));
+}
 
-void MPxCommand::setResult(const MStringArray& value)
-{
+void MPxCommand::setResult(const MStringArray& value) {
     Value::List list;
     for (const MString& item : value)
         list.emplace_back(MApiBridge::text(item));
     give(Value(std::move(list)));
 }
 
-void MPxCommand::setResult(double value) { give(Value(value)); }
+void MPxCommand::setResult(double value) {
+    give(Value(value));
+}
 
-void MPxCommand::setResult(int value) { give(Value(value)); }
+void MPxCommand::setResult(int value) {
+    give(Value(value));
+}
 
-void MPxCommand::setResult(bool value) { give(Value(value)); }
+void MPxCommand::setResult(bool value) {
+    give(Value(value));
+}
 
-// --- MArgList --------------------------------------------------------------------------------------------------------
+// --- MArgList
+// --------------------------------------------------------------------------------------------------------
 
-struct MArgList::Data
-{
+struct MArgList::Data {
     std::vector<Value> args;
 
-    const Value* at(unsigned int index) const { return index < args.size() ? &args[index] : nullptr; }
+    const Value* at(unsigned int index) const {
+        return index < args.size() ? &args[index] : nullptr;
+    }
 };
 
 MArgList::MArgList() : fData(new Data) {}
 
 MArgList::MArgList(const MArgList& other) : fData(new Data(*other.fData)) {}
 
-MArgList::~MArgList() { delete fData; }
+MArgList::~MArgList() {
+    delete fData;
+}
 
-MArgList& MArgList::operator=(const MArgList& other)
-{
+MArgList& MArgList::operator=(const MArgList& other) {
     if (&other != this)
         *fData = *other.fData;
     return *this;
 }
 
-unsigned int MArgList::length(MStatus* ReturnStatus) const
-{
+unsigned int MArgList::length(MStatus* ReturnStatus) const {
     report(ReturnStatus, MStatus::kSuccess);
     return static_cast<unsigned int>(fData->args.size());
 }
 
-bool MArgList::asBool(unsigned int index, MStatus* ReturnStatus) const
-{
+bool MArgList::asBool(unsigned int index, MStatus* ReturnStatus) const {
     const Value* value = fData->at(index);
     return check(ReturnStatus, value && value->isNumber()) && value->truth();
 }
 
-int MArgList::asInt(unsigned int index, MStatus* ReturnStatus) const
-{
+int MArgList::asInt(unsigned int index, MStatus* ReturnStatus) const {
     int number = 0;
     const Value* value = fData->at(index);
     return check(ReturnStatus, value && torvel::api::asInt(*value, number)) ? number : 0;
 }
 
-double MArgList::asDouble(unsigned int index, MStatus* ReturnStatus) const
-{
+double MArgList::asDouble(unsigned int index, MStatus* ReturnStatus) const {
     const Value* value = fData->at(index);
     return check(ReturnStatus, value && value->isNumber()) ? value->number() : 0.0;
 }
 
-MString MArgList::asString(unsigned int index, MStatus* ReturnStatus) const
-{
+MString MArgList::asString(unsigned int index, MStatus* ReturnStatus) const {
     std::string text;
     const Value* value = fData->at(index);
     const bool good = value && !value->isNone() && asText(*value, ScriptLanguage::Mel, text);
     return check(ReturnStatus, good) ? MApiBridge::text(text) : MString();
 }
 
-void MApiBridge::fill(MArgList& list, const std::vector<Value>& args) { list.fData->args = args; }
+void MApiBridge::fill(MArgList& list, const std::vector<Value>& args) {
+    list.fData->args = args;
+}
 
-// --- MSyntax ---------------------------------------------------------------------------------------------------------
+// --- MSyntax
+// ---------------------------------------------------------------------------------------------------------
 
 MSyntax::MSyntax() = default;
 

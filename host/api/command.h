@@ -12,9 +12,10 @@
 
 namespace torvel::api {
 
-/// One call of a plug-in's command: makes the object, runs it, deletes it. `result` is what the command set, none otherwise.
-/// Neither an exception nor a failure of the plug-in's code goes further than the status.
-Status runPluginCommand(const std::string& name, MCreatorFunction creator, const std::vector<Value>& args,
-                        Value& result);
+/// One call of a plug-in's command: makes the object, runs it, deletes it. `result` is what the
+/// command set, none otherwise. Neither an exception nor a failure of the plug-in's code goes
+/// further than the status.
+Status runPluginCommand(const std::string& name, MCreatorFunction creator,
+                        const std::vector<Value>& args, Value& result);
 
 }  // namespace torvel::api

@@ -7,8 +7,7 @@
 
 MAYA_API_NAMESPACE_OPEN
 
-struct MCommandResult::Data
-{
+struct MCommandResult::Data {
     torvel::Value value;
 };
 

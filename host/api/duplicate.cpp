@@ -5,8 +5,7 @@
 
 namespace torvel::api {
 
-Status duplicateSubtree(NodeHandle top, NodeHandle& copy)
-{
+Status duplicateSubtree(NodeHandle top, NodeHandle& copy) {
     const Node* node = dagNode(top);
     if (!node || node->parents.empty())
         return Status::failure("there is nothing to duplicate");

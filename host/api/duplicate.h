@@ -5,7 +5,8 @@
 
 namespace torvel::api {
 
-/// Copies a DAG node with all below it under the same parent, as the command `duplicate` does; the selection stays.
+/// Copies a DAG node with all below it under the same parent, as the command `duplicate` does; the
+/// selection stays.
 Status duplicateSubtree(NodeHandle top, NodeHandle& copy);
 
 }  // namespace torvel::api

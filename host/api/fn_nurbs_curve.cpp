@@ -23,20 +23,17 @@ using CurvePtr = std::shared_ptr<const NurbsCurveData>;
 namespace {
 
 /// What the shape shows: history and moved vertices included. Null when there is none.
-CurvePtr curveOf(const MObject& curve)
-{
+CurvePtr curveOf(const MObject& curve) {
     const torvel::Node* node = sceneNode(curve);
     return node ? torvel::curveOf(*scene(), node->self) : nullptr;
 }
 
-bool ascends(const MDoubleArray& knots)
-{
+bool ascends(const MDoubleArray& knots) {
     return std::is_sorted(knots.begin(), knots.end());
 }
 
-std::shared_ptr<NurbsCurveData> makeData(const MPointArray& cvs, const MDoubleArray& knots, unsigned int degree,
-                                         MFnNurbsCurve::Form form)
-{
+std::shared_ptr<NurbsCurveData> makeData(const MPointArray& cvs, const MDoubleArray& knots,
+                                         unsigned int degree, MFnNurbsCurve::Form form) {
     auto data = std::make_shared<NurbsCurveData>();
     data->degree = static_cast<int>(degree);
     data->spans = static_cast<int>(cvs.length() - degree);
@@ -48,8 +45,7 @@ std::shared_ptr<NurbsCurveData> makeData(const MPointArray& cvs, const MDoubleAr
 }
 
 /// The shape below `parent`; with the world as parent the transform above it, too.
-bool makeShape(NodeHandle parent, NodeHandle& transform, NodeHandle& shape)
-{
+bool makeShape(NodeHandle parent, NodeHandle& transform, NodeHandle& shape) {
     if (!parent.isNull())
         return scene()->createNode("nurbsCurve", {}, parent, shape).isOk();
     if (!scene()->createNode("transform", "curve1", {}, transform))
@@ -64,18 +60,15 @@ bool makeShape(NodeHandle parent, NodeHandle& transform, NodeHandle& shape)
 
 MFnNurbsCurve::MFnNurbsCurve() = default;
 
-MFnNurbsCurve::MFnNurbsCurve(MObject& object, MStatus* ReturnStatus)
-{
+MFnNurbsCurve::MFnNurbsCurve(MObject& object, MStatus* ReturnStatus) {
     report(ReturnStatus, attach(object, MFn::kNurbsCurve).statusCode());
 }
 
-MFnNurbsCurve::MFnNurbsCurve(const MObject& object, MStatus* ReturnStatus)
-{
+MFnNurbsCurve::MFnNurbsCurve(const MObject& object, MStatus* ReturnStatus) {
     report(ReturnStatus, attach(object, MFn::kNurbsCurve).statusCode());
 }
 
-MFnNurbsCurve::MFnNurbsCurve(const MDagPath& path, MStatus* ReturnStatus)
-{
+MFnNurbsCurve::MFnNurbsCurve(const MDagPath& path, MStatus* ReturnStatus) {
     // A path to a transform stands for the curve below it.
     MDagPath toShape(path);
     toShape.extendToShape();
@@ -84,16 +77,20 @@ MFnNurbsCurve::MFnNurbsCurve(const MDagPath& path, MStatus* ReturnStatus)
 
 MFnNurbsCurve::~MFnNurbsCurve() = default;
 
-MFn::Type MFnNurbsCurve::type() const { return MFn::kNurbsCurve; }
+MFn::Type MFnNurbsCurve::type() const {
+    return MFn::kNurbsCurve;
+}
 
-MObject MFnNurbsCurve::create(const MPointArray& cvs, const MDoubleArray& knots, unsigned int degree, Form form,
-                              bool create2D, bool createRational, const MObject& parentOrOwner, MStatus* ReturnStatus)
-{
+MObject MFnNurbsCurve::create(const MPointArray& cvs, const MDoubleArray& knots,
+                              unsigned int degree, Form form, bool create2D, bool createRational,
+                              const MObject& parentOrOwner, MStatus* ReturnStatus) {
     MFnDagNode::setObject(MObject());
     const NodeHandle parent = MApiBridge::handle(parentOrOwner);
-    const bool toWorld = MApiBridge::isBlank(parentOrOwner) || (scene() && parent == scene()->world());
-    const bool sound = degree > 0 && cvs.length() > degree && knots.length() == cvs.length() + degree - 1 &&
-                       ascends(knots) && form > kInvalid && form < kLast;
+    const bool toWorld =
+        MApiBridge::isBlank(parentOrOwner) || (scene() && parent == scene()->world());
+    const bool sound = degree > 0 && cvs.length() > degree &&
+                       knots.length() == cvs.length() + degree - 1 && ascends(knots) &&
+                       form > kInvalid && form < kLast;
     const bool placed = scene() && (toWorld || torvel::api::hasFn(parent, MFn::kTransform));
     if (!check(ReturnStatus, sound && placed))
         return MObject();
@@ -101,7 +98,8 @@ MObject MFnNurbsCurve::create(const MPointArray& cvs, const MDoubleArray& knots,
         return MObject();
 
     NodeHandle transform, shape;
-    if (!check(ReturnStatus, makeShape(toWorld ? NodeHandle() : parent, transform, shape), MStatus::kFailure))
+    if (!check(ReturnStatus, makeShape(toWorld ? NodeHandle() : parent, transform, shape),
+               MStatus::kFailure))
         return MObject();
     const MObject made = MApiBridge::object(shape);
     torvel::setCurve(*scene(), shape, makeData(cvs, knots, degree, form));
@@ -109,40 +107,34 @@ MObject MFnNurbsCurve::create(const MPointArray& cvs, const MDoubleArray& knots,
     return toWorld ? MApiBridge::object(transform) : made;
 }
 
-int MFnNurbsCurve::numCVs(MStatus* ReturnStatus) const
-{
+int MFnNurbsCurve::numCVs(MStatus* ReturnStatus) const {
     const CurvePtr curve = curveOf(fObject);
     return check(ReturnStatus, curve != nullptr) ? static_cast<int>(curve->cvs.size()) : 0;
 }
 
-int MFnNurbsCurve::numKnots(MStatus* ReturnStatus) const
-{
+int MFnNurbsCurve::numKnots(MStatus* ReturnStatus) const {
     const CurvePtr curve = curveOf(fObject);
     return check(ReturnStatus, curve != nullptr) ? static_cast<int>(curve->knots.size()) : 0;
 }
 
-int MFnNurbsCurve::numSpans(MStatus* ReturnStatus) const
-{
+int MFnNurbsCurve::numSpans(MStatus* ReturnStatus) const {
     const CurvePtr curve = curveOf(fObject);
     return check(ReturnStatus, curve != nullptr) ? curve->spans : 0;
 }
 
-int MFnNurbsCurve::degree(MStatus* ReturnStatus) const
-{
+int MFnNurbsCurve::degree(MStatus* ReturnStatus) const {
     const CurvePtr curve = curveOf(fObject);
     return check(ReturnStatus, curve != nullptr) ? curve->degree : 0;
 }
 
-MFnNurbsCurve::Form MFnNurbsCurve::form(MStatus* ReturnStatus) const
-{
+MFnNurbsCurve::Form MFnNurbsCurve::form(MStatus* ReturnStatus) const {
     const CurvePtr curve = curveOf(fObject);
     if (!check(ReturnStatus, curve != nullptr))
         return kInvalid;
     return curve->form == 2 ? kPeriodic : curve->form == 1 ? kClosed : kOpen;
 }
 
-MStatus MFnNurbsCurve::getKnots(MDoubleArray& knots) const
-{
+MStatus MFnNurbsCurve::getKnots(MDoubleArray& knots) const {
     const CurvePtr curve = curveOf(fObject);
     knots.clear();
     if (!curve)
@@ -152,8 +144,7 @@ MStatus MFnNurbsCurve::getKnots(MDoubleArray& knots) const
     return MStatus::kSuccess;
 }
 
-MStatus MFnNurbsCurve::getCVs(MPointArray& cvs, MSpace::Space space) const
-{
+MStatus MFnNurbsCurve::getCVs(MPointArray& cvs, MSpace::Space space) const {
     const CurvePtr curve = curveOf(fObject);
     const MDagPath path = dagPath();
     cvs.clear();
@@ -165,8 +156,7 @@ MStatus MFnNurbsCurve::getCVs(MPointArray& cvs, MSpace::Space space) const
     return MStatus::kSuccess;
 }
 
-MStatus MFnNurbsCurve::setCVs(const MPointArray& cvs, MSpace::Space space)
-{
+MStatus MFnNurbsCurve::setCVs(const MPointArray& cvs, MSpace::Space space) {
     const CurvePtr curve = curveOf(fObject);
     const MDagPath path = dagPath();
     if (!curve || curve->cvs.size() != cvs.length() || (space == MSpace::kWorld && !path.isValid()))
@@ -181,8 +171,7 @@ MStatus MFnNurbsCurve::setCVs(const MPointArray& cvs, MSpace::Space space)
     return moved ? MStatus::kSuccess : MStatus::kFailure;
 }
 
-MStatus MFnNurbsCurve::updateCurve()
-{
+MStatus MFnNurbsCurve::updateCurve() {
     const torvel::Node* node = sceneNode(fObject);
     if (!node)
         return MStatus::kInvalidParameter;

@@ -24,38 +24,38 @@ namespace {
 enum class Way { In, Out };
 
 /// Names under which nodes of types that the host does not have take and hand on geometry.
-bool isGeometryName(const std::string& name)
-{
-    static const char* const names[] = {"ip", "ig", "input", "inputGeometry", "inputPolymesh", "inMesh",
-                                        "op", "og", "output", "outputGeometry", "out", "outMesh"};
+bool isGeometryName(const std::string& name) {
+    static const char* const names[] = {
+        "ip", "ig", "input",  "inputGeometry",  "inputPolymesh", "inMesh",
+        "op", "og", "output", "outputGeometry", "out",           "outMesh"};
     return std::find(std::begin(names), std::end(names), name) != std::end(names);
 }
 
-bool carriesGeometry(const Plug& plug)
-{
+bool carriesGeometry(const Plug& plug) {
     const torvel::AttrInfo& info = scene()->info(plug);
     return info.is(torvel::kGeometryIn | torvel::kGeometryOut) ||
            (info.is(torvel::kOpaque) && isGeometryName(info.longName));
 }
 
-/// Plugs at the other end of what takes geometry into the node or out of it. Several pieces run side by side through one
-/// deformer, told apart by the first index.
-std::vector<Plug> beyondNode(const Plug& arrived, Way way)
-{
+/// Plugs at the other end of what takes geometry into the node or out of it. Several pieces run
+/// side by side through one deformer, told apart by the first index.
+std::vector<Plug> beyondNode(const Plug& arrived, Way way) {
     std::vector<Plug> ends;
     const bool in = way == Way::In;
-    for (const Scene::Connection& link : in ? scene()->incoming(arrived.node) : scene()->outgoing(arrived.node)) {
+    for (const Scene::Connection& link :
+         in ? scene()->incoming(arrived.node) : scene()->outgoing(arrived.node)) {
         const Plug& near = in ? link.target : link.source;
-        const bool otherPiece = near.index[0] >= 0 && arrived.index[0] >= 0 && near.index[0] != arrived.index[0];
+        const bool otherPiece =
+            near.index[0] >= 0 && arrived.index[0] >= 0 && near.index[0] != arrived.index[0];
         if (carriesGeometry(near) && !otherPiece)
             ends.push_back(in ? link.source : link.target);
     }
     return ends;
 }
 
-/// The shape that these plugs belong to, or the first one behind the deformers they belong to; null when there is none.
-NodeHandle shapeBehind(const std::vector<Plug>& ends, Way way, std::vector<NodeHandle>& seen)
-{
+/// The shape that these plugs belong to, or the first one behind the deformers they belong to; null
+/// when there is none.
+NodeHandle shapeBehind(const std::vector<Plug>& ends, Way way, std::vector<NodeHandle>& seen) {
     for (const Plug& end : ends)
         if (const Node* node = sceneNode(end.node); node && node->type->is(torvel::kShapeType))
             return node->self;
@@ -69,8 +69,7 @@ NodeHandle shapeBehind(const std::vector<Plug>& ends, Way way, std::vector<NodeH
     return {};
 }
 
-NodeHandle shapeAt(const Plug& plug, Way way)
-{
+NodeHandle shapeAt(const Plug& plug, Way way) {
     std::vector<NodeHandle> seen{plug.node};
     if (way == Way::Out)
         return shapeBehind(scene()->targets(plug), way, seen);
@@ -79,8 +78,7 @@ NodeHandle shapeAt(const Plug& plug, Way way)
 }
 
 /// What connects at element `logical`: for inputs the geometry child of the compound element.
-Plug geometryPlug(const Plug& element, Way way)
-{
+Plug geometryPlug(const Plug& element, Way way) {
     if (way == Way::Out)
         return element;
     const torvel::AttrInfo& info = scene()->info(element);
@@ -91,8 +89,8 @@ Plug geometryPlug(const Plug& element, Way way)
     return element;
 }
 
-MStatus collectShapes(const MObject& deformer, const char* attribute, Way way, MObjectArray& objects)
-{
+MStatus collectShapes(const MObject& deformer, const char* attribute, Way way,
+                      MObjectArray& objects) {
     objects.clear();
     const Node* node = sceneNode(deformer);
     const Plug array = node ? scene()->findPlug(node->self, attribute) : Plug();
@@ -108,54 +106,53 @@ MStatus collectShapes(const MObject& deformer, const char* attribute, Way way, M
 
 }  // namespace
 
-// --- MFnGeometryFilter -----------------------------------------------------------------------------------------------
+// --- MFnGeometryFilter
+// -----------------------------------------------------------------------------------------------
 
 MFnGeometryFilter::MFnGeometryFilter() = default;
 
-MFnGeometryFilter::MFnGeometryFilter(MObject& object, MStatus* ReturnStatus)
-{
+MFnGeometryFilter::MFnGeometryFilter(MObject& object, MStatus* ReturnStatus) {
     report(ReturnStatus, attach(object, MFn::kGeometryFilt).statusCode());
 }
 
-MFnGeometryFilter::MFnGeometryFilter(const MObject& object, MStatus* ReturnStatus)
-{
+MFnGeometryFilter::MFnGeometryFilter(const MObject& object, MStatus* ReturnStatus) {
     report(ReturnStatus, attach(object, MFn::kGeometryFilt).statusCode());
 }
 
 MFnGeometryFilter::~MFnGeometryFilter() = default;
 
-MFn::Type MFnGeometryFilter::type() const { return MFn::kGeometryFilt; }
+MFn::Type MFnGeometryFilter::type() const {
+    return MFn::kGeometryFilt;
+}
 
-MStatus MFnGeometryFilter::getInputGeometry(MObjectArray& objects) const
-{
+MStatus MFnGeometryFilter::getInputGeometry(MObjectArray& objects) const {
     return collectShapes(fObject, "input", Way::In, objects);
 }
 
-MStatus MFnGeometryFilter::getOutputGeometry(MObjectArray& objects) const
-{
+MStatus MFnGeometryFilter::getOutputGeometry(MObjectArray& objects) const {
     return collectShapes(fObject, "outputGeometry", Way::Out, objects);
 }
 
-// --- MFnSkinCluster --------------------------------------------------------------------------------------------------
+// --- MFnSkinCluster
+// --------------------------------------------------------------------------------------------------
 
 MFnSkinCluster::MFnSkinCluster() = default;
 
-MFnSkinCluster::MFnSkinCluster(MObject& object, MStatus* ReturnStatus)
-{
+MFnSkinCluster::MFnSkinCluster(MObject& object, MStatus* ReturnStatus) {
     report(ReturnStatus, attach(object, MFn::kSkinClusterFilter).statusCode());
 }
 
-MFnSkinCluster::MFnSkinCluster(const MObject& object, MStatus* ReturnStatus)
-{
+MFnSkinCluster::MFnSkinCluster(const MObject& object, MStatus* ReturnStatus) {
     report(ReturnStatus, attach(object, MFn::kSkinClusterFilter).statusCode());
 }
 
 MFnSkinCluster::~MFnSkinCluster() = default;
 
-MFn::Type MFnSkinCluster::type() const { return MFn::kSkinClusterFilter; }
+MFn::Type MFnSkinCluster::type() const {
+    return MFn::kSkinClusterFilter;
+}
 
-unsigned int MFnSkinCluster::influenceObjects(MDagPathArray& paths, MStatus* ReturnStatus) const
-{
+unsigned int MFnSkinCluster::influenceObjects(MDagPathArray& paths, MStatus* ReturnStatus) const {
     paths.clear();
     const Node* node = sceneNode(fObject);
     const Plug matrix = node ? scene()->findPlug(node->self, "matrix") : Plug();

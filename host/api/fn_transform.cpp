@@ -14,38 +14,37 @@ using torvel::V3d;
 
 namespace {
 
-MPoint originOf(const MMatrix& matrix) { return MPoint(matrix(3, 0), matrix(3, 1), matrix(3, 2)); }
+MPoint originOf(const MMatrix& matrix) {
+    return MPoint(matrix(3, 0), matrix(3, 1), matrix(3, 2));
+}
 
 }  // namespace
 
 MFnTransform::MFnTransform() = default;
 
-MFnTransform::MFnTransform(MObject& object, MStatus* ReturnStatus)
-{
+MFnTransform::MFnTransform(MObject& object, MStatus* ReturnStatus) {
     report(ReturnStatus, attach(object, MFn::kTransform).statusCode());
 }
 
-MFnTransform::MFnTransform(const MObject& object, MStatus* ReturnStatus)
-{
+MFnTransform::MFnTransform(const MObject& object, MStatus* ReturnStatus) {
     report(ReturnStatus, attach(object, MFn::kTransform).statusCode());
 }
 
-MFnTransform::MFnTransform(const MDagPath& path, MStatus* ReturnStatus)
-{
+MFnTransform::MFnTransform(const MDagPath& path, MStatus* ReturnStatus) {
     report(ReturnStatus, MFnDagNode::setObject(path).statusCode());
 }
 
 MFnTransform::~MFnTransform() = default;
 
-MFn::Type MFnTransform::type() const { return MFn::kTransform; }
+MFn::Type MFnTransform::type() const {
+    return MFn::kTransform;
+}
 
-MObject MFnTransform::create(const MObject& parent, MStatus* ReturnStatus)
-{
+MObject MFnTransform::create(const MObject& parent, MStatus* ReturnStatus) {
     return MFnDagNode::create(MString("transform"), parent, ReturnStatus);
 }
 
-MVector MFnTransform::getTranslation(MSpace::Space space, MStatus* ReturnStatus) const
-{
+MVector MFnTransform::getTranslation(MSpace::Space space, MStatus* ReturnStatus) const {
     const Node* node = sceneNode(fObject);
     if (!check(ReturnStatus, node))
         return MVector();
@@ -60,10 +59,10 @@ MVector MFnTransform::getTranslation(MSpace::Space space, MStatus* ReturnStatus)
     return MVector(value.x, value.y, value.z);
 }
 
-MStatus MFnTransform::setTranslation(const MVector& translation, MSpace::Space space)
-{
+MStatus MFnTransform::setTranslation(const MVector& translation, MSpace::Space space) {
     const Node* node = sceneNode(fObject);
-    const torvel::Plug translate = node ? scene()->findPlug(node->self, "translate") : torvel::Plug();
+    const torvel::Plug translate =
+        node ? scene()->findPlug(node->self, "translate") : torvel::Plug();
     if (translate.isNull() || space == MSpace::kInvalid)
         return MStatus::kInvalidParameter;
     if (!scene()->isSettable(translate))
@@ -73,7 +72,8 @@ MStatus MFnTransform::setTranslation(const MVector& translation, MSpace::Space s
         const MDagPath path = dagPath();
         if (!path.isValid())
             return MStatus::kInvalidParameter;
-        // What pivots add to the channels stays as it is, so only the way to go is turned into the parent's space.
+        // What pivots add to the channels stays as it is, so only the way to go is turned into the
+        // parent's space.
         const MVector way = translation - MVector(originOf(path.inclusiveMatrix()));
         value = getTranslation(MSpace::kTransform) + way * path.exclusiveMatrix().inverse();
     }

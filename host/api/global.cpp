@@ -25,34 +25,29 @@ namespace {
 constexpr ScriptLanguage kMel = ScriptLanguage::Mel;
 constexpr ScriptLanguage kPython = ScriptLanguage::Python;
 
-void show(Channel channel, const MString& text)
-{
+void show(Channel channel, const MString& text) {
     if (Session* session = Session::current())
         session->log().write(channel, MApiBridge::text(text));
 }
 
 template <class List, class Item>
-void replace(List& list, const std::vector<Item>& items)
-{
+void replace(List& list, const std::vector<Item>& items) {
     list.clear();
     for (const Item& item : items)
         list.append(item);
 }
 
-void replace(MStringArray& list, const std::vector<std::string>& items)
-{
+void replace(MStringArray& list, const std::vector<std::string>& items) {
     list.clear();
     for (const std::string& item : items)
         list.append(MApiBridge::text(item));
 }
 
-MStatus run(const Script& script)
-{
+MStatus run(const Script& script) {
     return runScript(script, [](const Value&, Value&) { return true; });
 }
 
-MStatus run(const Script& script, int& result)
-{
+MStatus run(const Script& script, int& result) {
     return runScript(script, [&](const Value& value, Value& recorded) {
         const bool fits = asInt(value, result);
         recorded = fits ? Value(result) : Value();
@@ -60,8 +55,7 @@ MStatus run(const Script& script, int& result)
     });
 }
 
-MStatus run(const Script& script, double& result)
-{
+MStatus run(const Script& script, double& result) {
     return runScript(script, [&](const Value& value, Value& recorded) {
         const bool fits = asNumber(value, result);
         recorded = fits ? Value(result) : Value();
@@ -69,8 +63,7 @@ MStatus run(const Script& script, double& result)
     });
 }
 
-MStatus run(const Script& script, MIntArray& result)
-{
+MStatus run(const Script& script, MIntArray& result) {
     return runScript(script, [&](const Value& value, Value& recorded) {
         std::vector<int> items;
         if (!asInts(value, items))
@@ -81,8 +74,7 @@ MStatus run(const Script& script, MIntArray& result)
     });
 }
 
-MStatus run(const Script& script, MDoubleArray& result)
-{
+MStatus run(const Script& script, MDoubleArray& result) {
     return runScript(script, [&](const Value& value, Value& recorded) {
         std::vector<double> items;
         if (!asNumbers(value, items))
@@ -93,8 +85,7 @@ MStatus run(const Script& script, MDoubleArray& result)
     });
 }
 
-MStatus run(const Script& script, MString& result)
-{
+MStatus run(const Script& script, MString& result) {
     return runScript(script, [&](const Value& value, Value& recorded) {
         std::string text;
         if (!asText(value, script.language, text))
@@ -105,8 +96,7 @@ MStatus run(const Script& script, MString& result)
     });
 }
 
-MStatus run(const Script& script, MStringArray& result)
-{
+MStatus run(const Script& script, MStringArray& result) {
     return runScript(script, [&](const Value& value, Value& recorded) {
         std::vector<std::string> texts;
         if (!asTexts(value, texts))
@@ -117,8 +107,7 @@ MStatus run(const Script& script, MStringArray& result)
     });
 }
 
-MString runForText(const Script& script, MStatus* ReturnStatus)
-{
+MString runForText(const Script& script, MStatus* ReturnStatus) {
     std::string text;
     const MStatus status = runScript(script, [&](const Value& value, Value& recorded) {
         text = shown(value, script.language);
@@ -131,17 +120,23 @@ MString runForText(const Script& script, MStatus* ReturnStatus)
 
 }  // namespace
 
-// --- messages and selection ------------------------------------------------------------------------------------------
+// --- messages and selection
+// ------------------------------------------------------------------------------------------
 
-void MGlobal::displayInfo(const MString& text) { show(Channel::Info, text); }
+void MGlobal::displayInfo(const MString& text) {
+    show(Channel::Info, text);
+}
 
-void MGlobal::displayWarning(const MString& text) { show(Channel::Warning, text); }
+void MGlobal::displayWarning(const MString& text) {
+    show(Channel::Warning, text);
+}
 
-void MGlobal::displayError(const MString& text) { show(Channel::Error, text); }
+void MGlobal::displayError(const MString& text) {
+    show(Channel::Error, text);
+}
 
 // The program's selection is always in the order of selecting.
-MStatus MGlobal::getActiveSelectionList(MSelectionList& dest, bool)
-{
+MStatus MGlobal::getActiveSelectionList(MSelectionList& dest, bool) {
     dest.clear();
     if (!scene())
         return MStatus::kFailure;
@@ -149,8 +144,7 @@ MStatus MGlobal::getActiveSelectionList(MSelectionList& dest, bool)
     return MStatus::kSuccess;
 }
 
-MStatus MGlobal::setActiveSelectionList(const MSelectionList& source, ListAdjustment adjustment)
-{
+MStatus MGlobal::setActiveSelectionList(const MSelectionList& source, ListAdjustment adjustment) {
     if (!scene())
         return MStatus::kFailure;
     const std::vector<SelectionItem> given = MApiBridge::items(source);
@@ -162,64 +156,66 @@ MStatus MGlobal::setActiveSelectionList(const MSelectionList& source, ListAdjust
     if (adjustment == kReplaceList)
         items.clear();
     else if (adjustment != kAddToList)
-        items.erase(std::remove_if(items.begin(), items.end(), [&](const SelectionItem& i) { return holds(given, i); }),
+        items.erase(std::remove_if(items.begin(), items.end(),
+                                   [&](const SelectionItem& i) { return holds(given, i); }),
                     items.end());
     std::vector<SelectionItem> fresh;
     for (const SelectionItem& item : given) {
-        const bool wanted = adjustment != kRemoveFromList && !(adjustment == kXORWithList && holds(before, item));
+        const bool wanted =
+            adjustment != kRemoveFromList && !(adjustment == kXORWithList && holds(before, item));
         if (wanted && sceneNode(item.node) && !holds(items, item) && !holds(fresh, item))
             fresh.push_back(item);
     }
-    items.insert(adjustment == kAddToHeadOfList ? items.begin() : items.end(), fresh.begin(), fresh.end());
+    items.insert(adjustment == kAddToHeadOfList ? items.begin() : items.end(), fresh.begin(),
+                 fresh.end());
     scene()->selection().replace(items);
     return MStatus::kSuccess;
 }
 
-MStatus MGlobal::getSelectionListByName(const MString& name, MSelectionList& list)
-{
+MStatus MGlobal::getSelectionListByName(const MString& name, MSelectionList& list) {
     list.clear();
     return list.add(name);
 }
 
-// --- scripts ---------------------------------------------------------------------------------------------------------
+// --- scripts
+// ---------------------------------------------------------------------------------------------------------
 
-MStatus MGlobal::executeCommand(const MString& command, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executeCommand(const MString& command, bool displayEnabled, bool undoEnabled) {
     return run({kMel, "plain", command, displayEnabled, undoEnabled});
 }
 
-MStatus MGlobal::executeCommand(const MString& command, int& result, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executeCommand(const MString& command, int& result, bool displayEnabled,
+                                bool undoEnabled) {
     return run({kMel, "int", command, displayEnabled, undoEnabled}, result);
 }
 
-MStatus MGlobal::executeCommand(const MString& command, MIntArray& result, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executeCommand(const MString& command, MIntArray& result, bool displayEnabled,
+                                bool undoEnabled) {
     return run({kMel, "intArray", command, displayEnabled, undoEnabled}, result);
 }
 
-MStatus MGlobal::executeCommand(const MString& command, double& result, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executeCommand(const MString& command, double& result, bool displayEnabled,
+                                bool undoEnabled) {
     return run({kMel, "double", command, displayEnabled, undoEnabled}, result);
 }
 
-MStatus MGlobal::executeCommand(const MString& command, MDoubleArray& result, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executeCommand(const MString& command, MDoubleArray& result, bool displayEnabled,
+                                bool undoEnabled) {
     return run({kMel, "doubleArray", command, displayEnabled, undoEnabled}, result);
 }
 
-MStatus MGlobal::executeCommand(const MString& command, MString& result, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executeCommand(const MString& command, MString& result, bool displayEnabled,
+                                bool undoEnabled) {
     return run({kMel, "string", command, displayEnabled, undoEnabled}, result);
 }
 
-MStatus MGlobal::executeCommand(const MString& command, MStringArray& result, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executeCommand(const MString& command, MStringArray& result, bool displayEnabled,
+                                bool undoEnabled) {
     return run({kMel, "stringArray", command, displayEnabled, undoEnabled}, result);
 }
 
-MStatus MGlobal::executeCommand(const MString& command, MCommandResult& result, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executeCommand(const MString& command, MCommandResult& result, bool displayEnabled,
+                                bool undoEnabled) {
     return runScript({kMel, "commandResult", command, displayEnabled, undoEnabled},
                      [&](const Value& value, Value& recorded) {
                          MApiBridge::value(result) = value;
@@ -228,54 +224,50 @@ MStatus MGlobal::executeCommand(const MString& command, MCommandResult& result, 
                      });
 }
 
-MString MGlobal::executeCommandStringResult(const MString& command, bool displayEnabled, bool undoEnabled,
-                                            MStatus* ReturnStatus)
-{
+MString MGlobal::executeCommandStringResult(const MString& command, bool displayEnabled,
+                                            bool undoEnabled, MStatus* ReturnStatus) {
     return runForText({kMel, "stringResult", command, displayEnabled, undoEnabled}, ReturnStatus);
 }
 
-MStatus MGlobal::executePythonCommand(const MString& command, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executePythonCommand(const MString& command, bool displayEnabled,
+                                      bool undoEnabled) {
     return run({kPython, "plain", command, displayEnabled, undoEnabled});
 }
 
-MStatus MGlobal::executePythonCommand(const MString& command, int& result, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executePythonCommand(const MString& command, int& result, bool displayEnabled,
+                                      bool undoEnabled) {
     return run({kPython, "int", command, displayEnabled, undoEnabled}, result);
 }
 
-MStatus MGlobal::executePythonCommand(const MString& command, MIntArray& result, bool displayEnabled,
-                                      bool undoEnabled)
-{
+MStatus MGlobal::executePythonCommand(const MString& command, MIntArray& result,
+                                      bool displayEnabled, bool undoEnabled) {
     return run({kPython, "intArray", command, displayEnabled, undoEnabled}, result);
 }
 
-MStatus MGlobal::executePythonCommand(const MString& command, double& result, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executePythonCommand(const MString& command, double& result, bool displayEnabled,
+                                      bool undoEnabled) {
     return run({kPython, "double", command, displayEnabled, undoEnabled}, result);
 }
 
-MStatus MGlobal::executePythonCommand(const MString& command, MDoubleArray& result, bool displayEnabled,
-                                      bool undoEnabled)
-{
+MStatus MGlobal::executePythonCommand(const MString& command, MDoubleArray& result,
+                                      bool displayEnabled, bool undoEnabled) {
     return run({kPython, "doubleArray", command, displayEnabled, undoEnabled}, result);
 }
 
-MStatus MGlobal::executePythonCommand(const MString& command, MString& result, bool displayEnabled, bool undoEnabled)
-{
+MStatus MGlobal::executePythonCommand(const MString& command, MString& result, bool displayEnabled,
+                                      bool undoEnabled) {
     return run({kPython, "string", command, displayEnabled, undoEnabled}, result);
 }
 
-MStatus MGlobal::executePythonCommand(const MString& command, MStringArray& result, bool displayEnabled,
-                                      bool undoEnabled)
-{
+MStatus MGlobal::executePythonCommand(const MString& command, MStringArray& result,
+                                      bool displayEnabled, bool undoEnabled) {
     return run({kPython, "stringArray", command, displayEnabled, undoEnabled}, result);
 }
 
-MString MGlobal::executePythonCommandStringResult(const MString& command, bool displayEnabled, bool undoEnabled,
-                                                  MStatus* ReturnStatus)
-{
-    return runForText({kPython, "stringResult", command, displayEnabled, undoEnabled}, ReturnStatus);
+MString MGlobal::executePythonCommandStringResult(const MString& command, bool displayEnabled,
+                                                  bool undoEnabled, MStatus* ReturnStatus) {
+    return runForText({kPython, "stringResult", command, displayEnabled, undoEnabled},
+                      ReturnStatus);
 }
 
 MAYA_API_NAMESPACE_CLOSE

@@ -12,11 +12,10 @@ using namespace torvel::api;
 using torvel::Node;
 using torvel::NodeHandle;
 
-/// Nodes met so far in one list; each knows the entry above it, so a path can be rebuilt also below instances.
-struct MItDag::Data
-{
-    struct Entry
-    {
+/// Nodes met so far in one list; each knows the entry above it, so a path can be rebuilt also below
+/// instances.
+struct MItDag::Data {
+    struct Entry {
         NodeHandle node;
         int above;
         unsigned int depth;
@@ -26,7 +25,9 @@ struct MItDag::Data
     void start(const MDagPath& root, TraversalType wanted, MFn::Type wantedFilter);
     void step(bool intoCurrent);
     void expand(int entry);
-    const Node* node() const { return current < 0 ? nullptr : dagNode(entries[static_cast<std::size_t>(current)].node); }
+    const Node* node() const {
+        return current < 0 ? nullptr : dagNode(entries[static_cast<std::size_t>(current)].node);
+    }
     MDagPath path() const;
 
     std::vector<Entry> entries;
@@ -38,8 +39,7 @@ struct MItDag::Data
     bool pruned = false;
 };
 
-void MItDag::Data::start(const MDagPath& root, TraversalType wanted, MFn::Type wantedFilter)
-{
+void MItDag::Data::start(const MDagPath& root, TraversalType wanted, MFn::Type wantedFilter) {
     entries.clear();
     waiting.clear();
     traversal = wanted;
@@ -58,8 +58,7 @@ void MItDag::Data::start(const MDagPath& root, TraversalType wanted, MFn::Type w
     step(false);
 }
 
-void MItDag::Data::expand(int entry)
-{
+void MItDag::Data::expand(int entry) {
     const Entry above = entries[static_cast<std::size_t>(entry)];
     const Node* node = dagNode(above.node);
     if (!node)
@@ -79,8 +78,7 @@ void MItDag::Data::expand(int entry)
             waiting.push_front(i);
 }
 
-void MItDag::Data::step(bool intoCurrent)
-{
+void MItDag::Data::step(bool intoCurrent) {
     if (intoCurrent && current >= 0)
         expand(current);
     pruned = false;
@@ -96,8 +94,7 @@ void MItDag::Data::step(bool intoCurrent)
     current = -1;
 }
 
-MDagPath MItDag::Data::path() const
-{
+MDagPath MItDag::Data::path() const {
     if (!node())
         return MDagPath();
     const Entry& entry = entries[static_cast<std::size_t>(current)];
@@ -113,77 +110,73 @@ MDagPath MItDag::Data::path() const
     return MApiBridge::path(entry.node, scene()->instanceNumber(nodes));
 }
 
-MItDag::MItDag(TraversalType traversal, MFn::Type filter, MStatus* ReturnStatus) : fData(new Data)
-{
+MItDag::MItDag(TraversalType traversal, MFn::Type filter, MStatus* ReturnStatus) : fData(new Data) {
     const torvel::Scene* graph = scene();
     const bool good = graph && traversal != kInvalidType;
     if (check(ReturnStatus, good))
         fData->start(MApiBridge::path(graph->world()), traversal, filter);
 }
 
-MItDag::~MItDag() { delete fData; }
+MItDag::~MItDag() {
+    delete fData;
+}
 
-MStatus MItDag::reset(const MObject& root, TraversalType traversal, MFn::Type filter)
-{
+MStatus MItDag::reset(const MObject& root, TraversalType traversal, MFn::Type filter) {
     MDagPath path;
     MDagPath::getAPathTo(root, path);
     return reset(path, traversal, filter);
 }
 
-MStatus MItDag::reset(const MDagPath& root, TraversalType traversal, MFn::Type filter)
-{
+MStatus MItDag::reset(const MDagPath& root, TraversalType traversal, MFn::Type filter) {
     const bool good = root.isValid() && traversal != kInvalidType;
     fData->start(good ? root : MDagPath(), traversal, filter);
     return good ? MStatus::kSuccess : MStatus::kInvalidParameter;
 }
 
-MStatus MItDag::reset()
-{
+MStatus MItDag::reset() {
     const torvel::Scene* graph = scene();
     return reset(graph ? MApiBridge::path(graph->world()) : MDagPath());
 }
 
-bool MItDag::isDone(MStatus* ReturnStatus) const
-{
+bool MItDag::isDone(MStatus* ReturnStatus) const {
     report(ReturnStatus, MStatus::kSuccess);
     return fData->current < 0;
 }
 
-MStatus MItDag::next()
-{
+MStatus MItDag::next() {
     if (fData->current < 0)
         return MStatus::kFailure;
     fData->step(!fData->pruned);
     return MStatus::kSuccess;
 }
 
-MStatus MItDag::prune()
-{
+MStatus MItDag::prune() {
     if (fData->current < 0)
         return MStatus::kFailure;
     fData->pruned = true;
     return MStatus::kSuccess;
 }
 
-MObject MItDag::currentItem(MStatus* ReturnStatus)
-{
+MObject MItDag::currentItem(MStatus* ReturnStatus) {
     const Node* node = fData->node();
-    return check(ReturnStatus, node, MStatus::kFailure) ? MApiBridge::object(node->self) : MObject();
+    return check(ReturnStatus, node, MStatus::kFailure) ? MApiBridge::object(node->self)
+                                                        : MObject();
 }
 
-MStatus MItDag::getPath(MDagPath& path) const
-{
+MStatus MItDag::getPath(MDagPath& path) const {
     path = fData->path();
     return path.isValid() ? MStatus::kSuccess : MStatus::kFailure;
 }
 
-MString MItDag::fullPathName(MStatus* ReturnStatus) const { return fData->path().fullPathName(ReturnStatus); }
+MString MItDag::fullPathName(MStatus* ReturnStatus) const {
+    return fData->path().fullPathName(ReturnStatus);
+}
 
-unsigned int MItDag::depth(MStatus* ReturnStatus) const
-{
+unsigned int MItDag::depth(MStatus* ReturnStatus) const {
     const bool good = fData->current >= 0;
-    return check(ReturnStatus, good, MStatus::kFailure) ? fData->entries[static_cast<std::size_t>(fData->current)].depth
-                                                        : 0;
+    return check(ReturnStatus, good, MStatus::kFailure)
+               ? fData->entries[static_cast<std::size_t>(fData->current)].depth
+               : 0;
 }
 
 MAYA_API_NAMESPACE_CLOSE

@@ -14,10 +14,9 @@ using torvel::NodeHandle;
 using torvel::Plug;
 using torvel::Scene;
 
-/// Visited nodes carry the walk's stamp. Another walk between two steps overwrites stamps, which shows in the numbers that
-/// the scene gives out; the nodes seen so far are then stamped anew.
-struct MItDependencyGraph::Data
-{
+/// Visited nodes carry the walk's stamp. Another walk between two steps overwrites stamps, which
+/// shows in the numbers that the scene gives out; the nodes seen so far are then stamped anew.
+struct MItDependencyGraph::Data {
     void start(NodeHandle root, const Plug& onlyPlug);
     void step();
     void expand(NodeHandle from);
@@ -38,16 +37,14 @@ struct MItDependencyGraph::Data
     bool pruned = false;
 };
 
-void MItDependencyGraph::Data::start(NodeHandle from, const Plug& onlyPlug)
-{
+void MItDependencyGraph::Data::start(NodeHandle from, const Plug& onlyPlug) {
     root = from;
     rootPlug = onlyPlug;
     waiting.push_back(from);
     step();
 }
 
-void MItDependencyGraph::Data::freshStamp()
-{
+void MItDependencyGraph::Data::freshStamp() {
     const std::uint64_t given = scene()->nextVisit();
     const bool alone = stamp != 0 && given == lastGiven + 1;
     lastGiven = given;
@@ -60,8 +57,7 @@ void MItDependencyGraph::Data::freshStamp()
 }
 
 /// Marks a node; false when it is gone or marked already.
-bool MItDependencyGraph::Data::claim(NodeHandle handle)
-{
+bool MItDependencyGraph::Data::claim(NodeHandle handle) {
     Node* node = sceneNode(handle);
     if (!node || node->visit == stamp)
         return false;
@@ -71,16 +67,14 @@ bool MItDependencyGraph::Data::claim(NodeHandle handle)
 }
 
 /// The root's own plug, or a part of it.
-bool MItDependencyGraph::Data::isThroughPlug(const Plug& plug) const
-{
+bool MItDependencyGraph::Data::isThroughPlug(const Plug& plug) const {
     for (Plug at = plug; !at.isNull(); at = scene()->parentPlug(at))
         if (at == rootPlug)
             return true;
     return false;
 }
 
-void MItDependencyGraph::Data::expand(NodeHandle from)
-{
+void MItDependencyGraph::Data::expand(NodeHandle from) {
     const bool restricted = from == root && !rootPlug.isNull();
     const bool down = direction == kDownstream;
     std::vector<NodeHandle> next;
@@ -98,8 +92,7 @@ void MItDependencyGraph::Data::expand(NodeHandle from)
         waiting.insert(waiting.begin(), next.begin(), next.end());
 }
 
-void MItDependencyGraph::Data::step()
-{
+void MItDependencyGraph::Data::step() {
     freshStamp();
     if (!current.isNull() && !pruned && sceneNode(current))
         expand(current);
@@ -118,40 +111,40 @@ void MItDependencyGraph::Data::step()
     }
 }
 
-MItDependencyGraph::MItDependencyGraph(MObject& root, MFn::Type filter, Direction direction, Traversal traversal,
-                                       Level level, MStatus* ReturnStatus)
-    : fData(new Data)
-{
+MItDependencyGraph::MItDependencyGraph(MObject& root, MFn::Type filter, Direction direction,
+                                       Traversal traversal, Level level, MStatus* ReturnStatus)
+    : fData(new Data) {
     fData->filter = filter;
     fData->direction = direction;
     fData->traversal = traversal;
     const Node* node = sceneNode(root);
-    if (check(ReturnStatus, node) && check(ReturnStatus, level == kNodeLevel, MStatus::kNotImplemented))
+    if (check(ReturnStatus, node) &&
+        check(ReturnStatus, level == kNodeLevel, MStatus::kNotImplemented))
         fData->start(node->self, Plug());
 }
 
-MItDependencyGraph::MItDependencyGraph(MPlug& root, MFn::Type filter, Direction direction, Traversal traversal,
-                                       Level level, MStatus* ReturnStatus)
-    : fData(new Data)
-{
+MItDependencyGraph::MItDependencyGraph(MPlug& root, MFn::Type filter, Direction direction,
+                                       Traversal traversal, Level level, MStatus* ReturnStatus)
+    : fData(new Data) {
     fData->filter = filter;
     fData->direction = direction;
     fData->traversal = traversal;
     const Plug plug = MApiBridge::plug(root);
-    if (check(ReturnStatus, plugNode(plug)) && check(ReturnStatus, level == kNodeLevel, MStatus::kNotImplemented))
+    if (check(ReturnStatus, plugNode(plug)) &&
+        check(ReturnStatus, level == kNodeLevel, MStatus::kNotImplemented))
         fData->start(plug.node, plug);
 }
 
-MItDependencyGraph::~MItDependencyGraph() { delete fData; }
+MItDependencyGraph::~MItDependencyGraph() {
+    delete fData;
+}
 
-bool MItDependencyGraph::isDone(MStatus* ReturnStatus)
-{
+bool MItDependencyGraph::isDone(MStatus* ReturnStatus) {
     report(ReturnStatus, MStatus::kSuccess);
     return fData->current.isNull();
 }
 
-MStatus MItDependencyGraph::next()
-{
+MStatus MItDependencyGraph::next() {
     if (fData->current.isNull())
         return MStatus::kFailure;
     if (!scene()) {
@@ -162,18 +155,17 @@ MStatus MItDependencyGraph::next()
     return MStatus::kSuccess;
 }
 
-MStatus MItDependencyGraph::prune()
-{
+MStatus MItDependencyGraph::prune() {
     if (fData->current.isNull())
         return MStatus::kFailure;
     fData->pruned = true;
     return MStatus::kSuccess;
 }
 
-MObject MItDependencyGraph::currentItem(MStatus* ReturnStatus)
-{
+MObject MItDependencyGraph::currentItem(MStatus* ReturnStatus) {
     const Node* node = sceneNode(fData->current);
-    return check(ReturnStatus, node, MStatus::kFailure) ? MApiBridge::object(node->self) : MObject();
+    return check(ReturnStatus, node, MStatus::kFailure) ? MApiBridge::object(node->self)
+                                                        : MObject();
 }
 
 MAYA_API_NAMESPACE_CLOSE

@@ -16,18 +16,15 @@ using torvel::Plug;
 using torvel::Scene;
 using torvel::Status;
 
-struct MDGModifier::Data
-{
-    struct Step
-    {
+struct MDGModifier::Data {
+    struct Step {
         std::function<Status(Scene&)> apply;
         std::function<Status(Scene&)> revert;  ///< empty: cannot be undone
     };
 
     MStatus run();
     MStatus revert();
-    void add(std::function<Status(Scene&)> apply, std::function<Status(Scene&)> revert = nullptr)
-    {
+    void add(std::function<Status(Scene&)> apply, std::function<Status(Scene&)> revert = nullptr) {
         queue.push_back({std::move(apply), std::move(revert)});
     }
 
@@ -35,8 +32,7 @@ struct MDGModifier::Data
     std::vector<Step> done;  ///< the steps of the last run that succeeded
 };
 
-MStatus MDGModifier::Data::run()
-{
+MStatus MDGModifier::Data::run() {
     std::vector<Step> steps;
     steps.swap(queue);
     if (steps.empty())
@@ -44,7 +40,8 @@ MStatus MDGModifier::Data::run()
     done.clear();
     MStatus result;
     for (Step& step : steps) {
-        const MStatus status = scene() ? statusOf(step.apply(*scene())) : MStatus(MStatus::kFailure);
+        const MStatus status =
+            scene() ? statusOf(step.apply(*scene())) : MStatus(MStatus::kFailure);
         if (status)
             done.push_back(std::move(step));
         else if (result)
@@ -53,10 +50,10 @@ MStatus MDGModifier::Data::run()
     return result;
 }
 
-MStatus MDGModifier::Data::revert()
-{
-    const bool possible =
-        scene() && std::all_of(done.begin(), done.end(), [](const Step& step) { return step.revert != nullptr; });
+MStatus MDGModifier::Data::revert() {
+    const bool possible = scene() && std::all_of(done.begin(), done.end(), [](const Step& step) {
+                              return step.revert != nullptr;
+                          });
     if (!possible)
         return MStatus::kNotImplemented;
     std::vector<Step> steps;
@@ -68,14 +65,16 @@ MStatus MDGModifier::Data::revert()
     return result;
 }
 
-// --- MDGModifier -----------------------------------------------------------------------------------------------------
+// --- MDGModifier
+// -----------------------------------------------------------------------------------------------------
 
 MDGModifier::MDGModifier() : fData(new Data) {}
 
-MDGModifier::~MDGModifier() { delete fData; }
+MDGModifier::~MDGModifier() {
+    delete fData;
+}
 
-MStatus MDGModifier::connect(const MPlug& source, const MPlug& destination)
-{
+MStatus MDGModifier::connect(const MPlug& source, const MPlug& destination) {
     const Plug from = MApiBridge::plug(source);
     const Plug to = MApiBridge::plug(destination);
     if (!plugNode(from) || !plugNode(to))
@@ -88,13 +87,12 @@ MStatus MDGModifier::connect(const MPlug& source, const MPlug& destination)
 }
 
 MStatus MDGModifier::connect(const MObject& sourceNode, const MObject& sourceAttribute,
-                             const MObject& destinationNode, const MObject& destinationAttribute)
-{
-    return connect(MPlug(sourceNode, sourceAttribute), MPlug(destinationNode, destinationAttribute));
+                             const MObject& destinationNode, const MObject& destinationAttribute) {
+    return connect(MPlug(sourceNode, sourceAttribute),
+                   MPlug(destinationNode, destinationAttribute));
 }
 
-MStatus MDGModifier::disconnect(const MPlug& source, const MPlug& destination)
-{
+MStatus MDGModifier::disconnect(const MPlug& source, const MPlug& destination) {
     const Plug from = MApiBridge::plug(source);
     const Plug to = MApiBridge::plug(destination);
     if (!plugNode(from) || !plugNode(to))
@@ -105,13 +103,13 @@ MStatus MDGModifier::disconnect(const MPlug& source, const MPlug& destination)
 }
 
 MStatus MDGModifier::disconnect(const MObject& sourceNode, const MObject& sourceAttribute,
-                                const MObject& destinationNode, const MObject& destinationAttribute)
-{
-    return disconnect(MPlug(sourceNode, sourceAttribute), MPlug(destinationNode, destinationAttribute));
+                                const MObject& destinationNode,
+                                const MObject& destinationAttribute) {
+    return disconnect(MPlug(sourceNode, sourceAttribute),
+                      MPlug(destinationNode, destinationAttribute));
 }
 
-MStatus MDGModifier::renameNode(const MObject& node, const MString& newName)
-{
+MStatus MDGModifier::renameNode(const MObject& node, const MString& newName) {
     const NodeHandle handle = MApiBridge::handle(node);
     const std::string name = MApiBridge::text(newName);
     if (!sceneNode(handle) || handle == scene()->world() || torvel::Names::legal(name).empty())
@@ -125,8 +123,7 @@ MStatus MDGModifier::renameNode(const MObject& node, const MString& newName)
     return MStatus::kSuccess;
 }
 
-MStatus MDGModifier::deleteNode(const MObject& node)
-{
+MStatus MDGModifier::deleteNode(const MObject& node) {
     const NodeHandle handle = MApiBridge::handle(node);
     if (!sceneNode(handle) || handle == scene()->world() || sceneNode(handle)->isDefault)
         return MStatus::kInvalidParameter;
@@ -139,42 +136,47 @@ MStatus MDGModifier::deleteNode(const MObject& node)
     return MStatus::kSuccess;
 }
 
-MStatus MDGModifier::doIt() { return fData->run(); }
+MStatus MDGModifier::doIt() {
+    return fData->run();
+}
 
-MStatus MDGModifier::undoIt() { return fData->revert(); }
+MStatus MDGModifier::undoIt() {
+    return fData->revert();
+}
 
-// --- MDagModifier ----------------------------------------------------------------------------------------------------
+// --- MDagModifier
+// ----------------------------------------------------------------------------------------------------
 
 MDagModifier::MDagModifier() = default;
 
 MDagModifier::~MDagModifier() = default;
 
-MObject MDagModifier::createNode(const MString& type, const MObject& parent, MStatus* ReturnStatus)
-{
+MObject MDagModifier::createNode(const MString& type, const MObject& parent,
+                                 MStatus* ReturnStatus) {
     const std::string typeText = MApiBridge::text(type);
     const torvel::NodeType* row = scene() ? scene()->types().find(typeText) : nullptr;
     const bool placed = MApiBridge::isBlank(parent) || dagNode(MApiBridge::handle(parent));
     NodeHandle made;
-    const bool good = row && row->is(torvel::kDagType) && placed &&
-                      torvel::api::createNode(typeText, {}, MApiBridge::handle(parent), made).isOk();
+    const bool good =
+        row && row->is(torvel::kDagType) && placed &&
+        torvel::api::createNode(typeText, {}, MApiBridge::handle(parent), made).isOk();
     return check(ReturnStatus, good) ? MApiBridge::object(made) : MObject();
 }
 
 // The host's types have names only.
-MObject MDagModifier::createNode(const MTypeId&, const MObject&, MStatus* ReturnStatus)
-{
+MObject MDagModifier::createNode(const MTypeId&, const MObject&, MStatus* ReturnStatus) {
     report(ReturnStatus, MStatus::kInvalidParameter);
     return MObject();
 }
 
-MStatus MDagModifier::reparentNode(const MObject& node, const MObject& newParent)
-{
+MStatus MDagModifier::reparentNode(const MObject& node, const MObject& newParent) {
     const torvel::Node* moved = dagNode(MApiBridge::handle(node));
     if (!moved || moved->self == scene()->world())
         return MStatus::kInvalidParameter;
     const bool toWorld = MApiBridge::isBlank(newParent);
     const NodeHandle parent = toWorld ? scene()->world() : MApiBridge::handle(newParent);
-    const bool placed = toWorld || parent == scene()->world() || torvel::api::hasFn(parent, MFn::kTransform);
+    const bool placed =
+        toWorld || parent == scene()->world() || torvel::api::hasFn(parent, MFn::kTransform);
     const bool loose = toWorld && moved->type->is(torvel::kShapeType);
     if (!placed || loose || scene()->isAncestor(moved->self, parent))
         return MStatus::kInvalidParameter;

@@ -13,10 +13,10 @@ MAYA_API_NAMESPACE_OPEN
 
 using namespace torvel::api;
 
-// --- MStatus ---------------------------------------------------------------------------------------------------------
+// --- MStatus
+// ---------------------------------------------------------------------------------------------------------
 
-MString MStatus::errorString() const
-{
+MString MStatus::errorString() const {
     static const char* const texts[] = {
         "(kSuccess): Success",
         "(kFailure): Unexpected internal failure",
@@ -31,39 +31,39 @@ MString MStatus::errorString() const
     return MString(texts[fCode]);
 }
 
-void MStatus::perror(const char* text) const
-{
+void MStatus::perror(const char* text) const {
     std::fprintf(stderr, "%s: %s\n", text ? text : "", errorString().asChar());
 }
 
-void MStatus::perror(const MString& text) const { perror(text.asChar()); }
+void MStatus::perror(const MString& text) const {
+    perror(text.asChar());
+}
 
-// --- MObject ---------------------------------------------------------------------------------------------------------
+// --- MObject
+// ---------------------------------------------------------------------------------------------------------
 
 MObject MObject::kNullObj;
 
 MObject::MObject() : fIndex(0), fGeneration(0), fAttribute(0), fKind(0) {}
 
-bool MObject::hasFn(MFn::Type type) const
-{
+bool MObject::hasFn(MFn::Type type) const {
     switch (fKind) {
-    case MApiBridge::kAttribute: return !isNull() && (type == MFn::kAttribute || type == MFn::kBase);
-    case MApiBridge::kPlugin: return !isNull() && (type == MFn::kPlugin || type == MFn::kBase);
-    default: return torvel::api::hasFn(MApiBridge::handle(*this), type);
+        case MApiBridge::kAttribute:
+            return !isNull() && (type == MFn::kAttribute || type == MFn::kBase);
+        case MApiBridge::kPlugin: return !isNull() && (type == MFn::kPlugin || type == MFn::kBase);
+        default: return torvel::api::hasFn(MApiBridge::handle(*this), type);
     }
 }
 
-bool MObject::isNull() const
-{
+bool MObject::isNull() const {
     switch (fKind) {
-    case MApiBridge::kAttribute: return plugNode(MApiBridge::attributePlug(*this)) == nullptr;
-    case MApiBridge::kPlugin: return torvel::Plugins::current().record(fIndex) == nullptr;
-    default: return sceneNode(*this) == nullptr;
+        case MApiBridge::kAttribute: return plugNode(MApiBridge::attributePlug(*this)) == nullptr;
+        case MApiBridge::kPlugin: return torvel::Plugins::current().record(fIndex) == nullptr;
+        default: return sceneNode(*this) == nullptr;
     }
 }
 
-MFn::Type MObject::apiType() const
-{
+MFn::Type MObject::apiType() const {
     if (isNull())
         return MFn::kInvalid;
     if (fKind != MApiBridge::kNode)
@@ -71,34 +71,34 @@ MFn::Type MObject::apiType() const
     return static_cast<MFn::Type>(sceneNode(*this)->type->apiType);
 }
 
-const char* MObject::apiTypeStr() const
-{
-    return fKind == MApiBridge::kNode ? torvel::api::apiTypeStr(MApiBridge::handle(*this)) : typeName(apiType());
+const char* MObject::apiTypeStr() const {
+    return fKind == MApiBridge::kNode ? torvel::api::apiTypeStr(MApiBridge::handle(*this))
+                                      : typeName(apiType());
 }
 
-bool MObject::operator==(const MObject& other) const
-{
+bool MObject::operator==(const MObject& other) const {
     const bool same = fIndex == other.fIndex && fGeneration == other.fGeneration &&
                       fAttribute == other.fAttribute && fKind == other.fKind;
     return same || (isNull() && other.isNull());
 }
 
-bool MObject::operator!=(const MObject& other) const { return !(*this == other); }
+bool MObject::operator!=(const MObject& other) const {
+    return !(*this == other);
+}
 
-// --- MUuid -----------------------------------------------------------------------------------------------------------
+// --- MUuid
+// -----------------------------------------------------------------------------------------------------------
 
 namespace {
 
-int hexDigit(char c)
-{
+int hexDigit(char c) {
     if (c >= '0' && c <= '9')
         return c - '0';
     const int letter = std::toupper(static_cast<unsigned char>(c));
     return letter >= 'A' && letter <= 'F' ? letter - 'A' + 10 : -1;
 }
 
-bool readUuid(const std::string& text, unsigned char (&bytes)[16])
-{
+bool readUuid(const std::string& text, unsigned char (&bytes)[16]) {
     if (text.size() != 36)
         return false;
     std::size_t at = 0;
@@ -117,23 +117,29 @@ bool readUuid(const std::string& text, unsigned char (&bytes)[16])
 
 }  // namespace
 
-MUuid::MUuid() { std::memset(fBytes, 0, sizeof(fBytes)); }
+MUuid::MUuid() {
+    std::memset(fBytes, 0, sizeof(fBytes));
+}
 
-MUuid::MUuid(const MString& text) : MUuid()
-{
+MUuid::MUuid(const MString& text) : MUuid() {
     unsigned char bytes[16];
     if (readUuid(MApiBridge::text(text), bytes))
         std::memcpy(fBytes, bytes, sizeof(fBytes));
 }
 
-bool MUuid::operator==(const MUuid& other) const { return std::memcmp(fBytes, other.fBytes, sizeof(fBytes)) == 0; }
+bool MUuid::operator==(const MUuid& other) const {
+    return std::memcmp(fBytes, other.fBytes, sizeof(fBytes)) == 0;
+}
 
-bool MUuid::operator!=(const MUuid& other) const { return !(*this == other); }
+bool MUuid::operator!=(const MUuid& other) const {
+    return !(*this == other);
+}
 
-bool MUuid::valid() const { return *this != MUuid(); }
+bool MUuid::valid() const {
+    return *this != MUuid();
+}
 
-MString MUuid::asString() const
-{
+MString MUuid::asString() const {
     std::string text;
     for (int i = 0; i < 16; ++i) {
         char digits[3];

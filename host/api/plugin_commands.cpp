@@ -16,13 +16,14 @@ const FlagRow kUnloadFlags[] = {
 };
 
 const FlagRow kInfoFlags[] = {
-    {"apiVersion", "av", "", kQuery}, {"command", "c", "", kQuery},    {"listPlugins", "ls", "", kQuery},
-    {"loaded", "l", "", kQuery},      {"name", "n", "", kQuery},       {"path", "p", "", kQuery},
-    {"registered", "r", "", kQuery},  {"vendor", "vd", "", kQuery},    {"version", "v", "", kQuery},
+    {"apiVersion", "av", "", kQuery},  {"command", "c", "", kQuery},
+    {"listPlugins", "ls", "", kQuery}, {"loaded", "l", "", kQuery},
+    {"name", "n", "", kQuery},         {"path", "p", "", kQuery},
+    {"registered", "r", "", kQuery},   {"vendor", "vd", "", kQuery},
+    {"version", "v", "", kQuery},
 };
 
-Status loadPlugin(const CommandCall& call, Value& result)
-{
+Status loadPlugin(const CommandCall& call, Value& result) {
     const std::vector<std::string> names = call.texts();
     if (names.empty())
         return call.fail("a plug-in's name or path is needed");
@@ -35,15 +36,15 @@ Status loadPlugin(const CommandCall& call, Value& result)
         if (!already)
             loaded.push_back(record->name);
         else if (!call.has("quiet"))
-            call.session().log().write(Channel::Warning, "Plugin, " + record->name + ", is already loaded.", true);
+            call.session().log().write(Channel::Warning,
+                                       "Plugin, " + record->name + ", is already loaded.", true);
     }
     if (!loaded.empty())
         result = Value::strings(loaded);
     return Status::ok();
 }
 
-Status unloadPlugin(const CommandCall& call, Value& result)
-{
+Status unloadPlugin(const CommandCall& call, Value& result) {
     const std::vector<std::string> names = call.texts();
     if (names.empty())
         return call.fail("a plug-in's name is needed");
@@ -57,8 +58,7 @@ Status unloadPlugin(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-std::vector<std::string> loadedNames()
-{
+std::vector<std::string> loadedNames() {
     std::vector<std::string> names;
     for (const auto& record : Plugins::current().all())
         if (record->loaded)
@@ -66,8 +66,7 @@ std::vector<std::string> loadedNames()
     return names;
 }
 
-Status infoOf(const CommandCall& call, const PluginRecord& record, Value& result)
-{
+Status infoOf(const CommandCall& call, const PluginRecord& record, Value& result) {
     if (call.has("name"))
         result = record.name;
     else if (call.has("path"))
@@ -85,8 +84,7 @@ Status infoOf(const CommandCall& call, const PluginRecord& record, Value& result
     return Status::ok();
 }
 
-Status pluginInfo(const CommandCall& call, Value& result)
-{
+Status pluginInfo(const CommandCall& call, Value& result) {
     if (!call.isQuery())
         return call.fail("only the query mode is supported");
     if (call.has("listPlugins")) {
@@ -110,7 +108,8 @@ Status pluginInfo(const CommandCall& call, Value& result)
 
 const Command kPluginCommands[] = {
     {"loadPlugin", kLoadFlags, countOf(kLoadFlags), loadPlugin, "Loads plug-ins by name or path."},
-    {"unloadPlugin", kUnloadFlags, countOf(kUnloadFlags), unloadPlugin, "Unloads plug-ins by name."},
+    {"unloadPlugin", kUnloadFlags, countOf(kUnloadFlags), unloadPlugin,
+     "Unloads plug-ins by name."},
     {"pluginInfo", kInfoFlags, countOf(kInfoFlags), pluginInfo, "Tells about a plug-in."},
 };
 

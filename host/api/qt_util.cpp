@@ -4,8 +4,7 @@
 
 MAYA_API_NAMESPACE_OPEN
 
-QWidget* MQtUtil::mainWindow()
-{
+QWidget* MQtUtil::mainWindow() {
     const torvel::Session* session = torvel::Session::current();
     return session ? session->mainWindow : nullptr;
 }

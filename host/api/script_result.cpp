@@ -8,8 +8,7 @@ namespace torvel::api {
 namespace {
 
 /// Shortest text that reads back as the same number, with a point as Python shows it.
-std::string pythonDouble(double value)
-{
+std::string pythonDouble(double value) {
     char buffer[40];
     const auto end = std::to_chars(buffer, buffer + sizeof(buffer), value).ptr;
     std::string text(buffer, end);
@@ -17,9 +16,9 @@ std::string pythonDouble(double value)
     return plain ? text + ".0" : text;
 }
 
-std::string quoted(const std::string& text)
-{
-    const char quote = text.find('\'') != std::string::npos && text.find('"') == std::string::npos ? '"' : '\'';
+std::string quoted(const std::string& text) {
+    const char quote =
+        text.find('\'') != std::string::npos && text.find('"') == std::string::npos ? '"' : '\'';
     std::string out(1, quote);
     for (const char c : text) {
         if (c == quote || c == '\\')
@@ -29,34 +28,34 @@ std::string quoted(const std::string& text)
     return out + quote;
 }
 
-std::string scalarText(const Value& value, ScriptLanguage language)
-{
+std::string scalarText(const Value& value, ScriptLanguage language) {
     if (value.isString())
         return value.string();
     if (value.isBool() && language == ScriptLanguage::Python)
         return value.truth() ? "True" : "False";
     if (value.isDouble())
-        return language == ScriptLanguage::Python ? pythonDouble(value.number()) : textOfDouble(value.number());
+        return language == ScriptLanguage::Python ? pythonDouble(value.number())
+                                                  : textOfDouble(value.number());
     return std::to_string(value.integer());
 }
 
-std::string listText(const Value::List& list, ScriptLanguage language)
-{
+std::string listText(const Value::List& list, ScriptLanguage language) {
     const bool python = language == ScriptLanguage::Python;
     std::string text;
     for (const Value& item : list) {
         if (!text.empty())
             text += python ? ", " : " ";
         if (python)
-            text += item.isString() ? quoted(item.string()) : item.isNone() ? "None" : shown(item, language);
+            text += item.isString() ? quoted(item.string())
+                    : item.isNone() ? "None"
+                                    : shown(item, language);
         else
             text += shown(item, language);
     }
     return python ? "[" + text + "]" : text;
 }
 
-std::string tupleText(const std::vector<double>& items, ScriptLanguage language)
-{
+std::string tupleText(const std::vector<double>& items, ScriptLanguage language) {
     const bool python = language == ScriptLanguage::Python;
     std::string text;
     for (const double item : items) {
@@ -67,8 +66,7 @@ std::string tupleText(const std::vector<double>& items, ScriptLanguage language)
     return python ? "(" + text + (items.size() == 1 ? ",)" : ")") : text;
 }
 
-bool flatten(const Value& value, std::vector<double>& out)
-{
+bool flatten(const Value& value, std::vector<double>& out) {
     if (value.isNumber()) {
         out.push_back(value.number());
         return true;
@@ -87,16 +85,14 @@ bool flatten(const Value& value, std::vector<double>& out)
 
 }  // namespace
 
-bool asText(const Value& value, ScriptLanguage language, std::string& out)
-{
+bool asText(const Value& value, ScriptLanguage language, std::string& out) {
     const bool fits = value.isNone() || value.isString() || value.isNumber();
     if (fits)
         out = value.isNone() ? std::string() : scalarText(value, language);
     return fits;
 }
 
-bool asTexts(const Value& value, std::vector<std::string>& out)
-{
+bool asTexts(const Value& value, std::vector<std::string>& out) {
     std::vector<std::string> texts;
     if (value.isString()) {
         texts.push_back(value.string());
@@ -113,23 +109,21 @@ bool asTexts(const Value& value, std::vector<std::string>& out)
     return true;
 }
 
-bool asInt(const Value& value, int& out)
-{
-    const bool fits = (value.isInt() || value.isBool()) && std::fabs(value.number()) <= 2147483647.0;
+bool asInt(const Value& value, int& out) {
+    const bool fits =
+        (value.isInt() || value.isBool()) && std::fabs(value.number()) <= 2147483647.0;
     if (fits)
         out = static_cast<int>(value.integer());
     return fits;
 }
 
-bool asNumber(const Value& value, double& out)
-{
+bool asNumber(const Value& value, double& out) {
     if (value.isNumber())
         out = value.number();
     return value.isNumber();
 }
 
-bool asInts(const Value& value, std::vector<int>& out)
-{
+bool asInts(const Value& value, std::vector<int>& out) {
     std::vector<double> numbers;
     if (!flatten(value, numbers))
         return false;
@@ -143,8 +137,7 @@ bool asInts(const Value& value, std::vector<int>& out)
     return true;
 }
 
-bool asNumbers(const Value& value, std::vector<double>& out)
-{
+bool asNumbers(const Value& value, std::vector<double>& out) {
     std::vector<double> numbers;
     if (!flatten(value, numbers))
         return false;
@@ -152,8 +145,7 @@ bool asNumbers(const Value& value, std::vector<double>& out)
     return true;
 }
 
-std::string shown(const Value& value, ScriptLanguage language)
-{
+std::string shown(const Value& value, ScriptLanguage language) {
     if (value.isNone())
         return {};
     if (value.isList())

@@ -8,8 +8,7 @@ namespace torvel::api {
 
 namespace {
 
-Status runText(Session& session, ScriptLanguage language, const std::string& text, Value& value)
-{
+Status runText(Session& session, ScriptLanguage language, const std::string& text, Value& value) {
     Language* runner = language == ScriptLanguage::Mel ? session.mel : session.python;
     if (!runner)
         return Status::failure("the language is not available");
@@ -22,8 +21,7 @@ Status runText(Session& session, ScriptLanguage language, const std::string& tex
 
 }  // namespace
 
-MStatus runScript(const Script& script, const Taker& take)
-{
+MStatus runScript(const Script& script, const Taker& take) {
     Session* session = Session::current();
     if (!session)
         return MStatus::kFailure;

@@ -11,17 +11,17 @@
 namespace torvel::api {
 
 /// One text that the API is asked to run.
-struct Script
-{
+struct Script {
     ScriptLanguage language;
-    const char* form;  ///< as the record names it: "plain", "string", "stringArray", "stringResult" ...
+    const char*
+        form;  ///< as the record names it: "plain", "string", "stringArray", "stringResult" ...
     const MString& text;
     bool display;
     bool undo;
 };
 
-/// Runs the text, hands its value to `take` (false: it does not fit) and records all of it. `recorded` is what the record
-/// shows as the result. No exception leaves this function.
+/// Runs the text, hands its value to `take` (false: it does not fit) and records all of it.
+/// `recorded` is what the record shows as the result. No exception leaves this function.
 using Taker = std::function<bool(const Value& value, Value& recorded)>;
 MStatus runScript(const Script& script, const Taker& take);
 

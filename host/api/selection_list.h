@@ -9,8 +9,7 @@
 
 MAYA_API_NAMESPACE_OPEN
 
-struct MSelectionList::Data
-{
+struct MSelectionList::Data {
     std::vector<torvel::SelectionItem> items;
 
     void add(const torvel::SelectionItem& item, bool merge);
@@ -20,7 +19,8 @@ MAYA_API_NAMESPACE_CLOSE
 
 namespace torvel::api {
 
-/// All items that a name, path, pattern or "node.attribute" stands for; false, and nothing appended, when there is none.
+/// All items that a name, path, pattern or "node.attribute" stands for; false, and nothing
+/// appended, when there is none.
 bool itemsNamed(const std::string& text, std::vector<SelectionItem>& items);
 /// How a script would name the item; empty for a deleted node.
 std::string nameOf(const SelectionItem& item);

@@ -18,7 +18,8 @@ constexpr const char* kHead =
 
 constexpr const char* kTypesHead =
     "\n## Node types\n\n"
-    "*evaluated*: its outputs are computed from its inputs. *hands geometry on*: a deformer without an "
+    "*evaluated*: its outputs are computed from its inputs. *hands geometry on*: a deformer "
+    "without an "
     "effect here. *data*: read, listed, connected and saved, nothing is computed (a place in the "
     "hierarchy always is). Types that stand in no row are kept as text and written back.\n\n"
     "| type | made from | works as | attributes |\n|---|---|---|---|\n";
@@ -38,8 +39,10 @@ Evaluate evaluateOf(const char* type) {
 // A function that a type only inherits from its place in the hierarchy computes nothing of its own.
 const char* workOf(const NodeType& type) {
     const bool isTransform = type.name == "transform" || type.name == "joint";
-    const bool placed = type.evaluate == evaluateOf("dagNode") || type.evaluate == evaluateOf("transform");
-    if (type.declareWrites || isTransform || (type.evaluate && !placed && type.evaluate != evaluateOf("geometryFilter")))
+    const bool placed =
+        type.evaluate == evaluateOf("dagNode") || type.evaluate == evaluateOf("transform");
+    if (type.declareWrites || isTransform ||
+        (type.evaluate && !placed && type.evaluate != evaluateOf("geometryFilter")))
         return "evaluated";
     return type.evaluate && !placed ? "hands geometry on" : "data";
 }
@@ -53,8 +56,8 @@ std::string typeRows() {
     for (const auto& [name, type] : sorted) {
         const auto named = std::count_if(type->attrs.begin(), type->attrs.end(),
                                          [](const AttrInfo& info) { return !info.is(kOpaque); });
-        text += "| " + name + " | " + (type->base ? type->base->name : std::string()) + " | " + workOf(*type) + " | " +
-                std::to_string(named) + " |\n";
+        text += "| " + name + " | " + (type->base ? type->base->name : std::string()) + " | " +
+                workOf(*type) + " | " + std::to_string(named) + " |\n";
     }
     return text;
 }
@@ -62,10 +65,12 @@ std::string typeRows() {
 std::string flagsOf(const Command& command) {
     std::vector<std::string> flags;
     for (std::size_t i = 0; i < command.flagCount; ++i)
-        flags.push_back(std::string(command.flags[i].longName) + " (" + command.flags[i].shortName + ")");
+        flags.push_back(std::string(command.flags[i].longName) + " (" + command.flags[i].shortName +
+                        ")");
     std::sort(flags.begin(), flags.end());
     std::string text;
-    for (const std::string& flag : flags) text += (text.empty() ? "" : ", ") + flag;
+    for (const std::string& flag : flags)
+        text += (text.empty() ? "" : ", ") + flag;
     return text;
 }
 

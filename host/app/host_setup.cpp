@@ -31,7 +31,8 @@ void setUpSession(Session& session) {
         renderCommands(),
         {kMeasureCommands, kMeasureCommandCount},
     };
-    for (const CommandTable& table : tables) session.addCommands(table.rows, table.count);
+    for (const CommandTable& table : tables)
+        session.addCommands(table.rows, table.count);
     setUpMel(session);
     setUpPython(session);
 }

@@ -171,7 +171,8 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
     app.footer(
         "Scripts run in the order given, after the scene is open; what follows -- is sys.argv for "
         "them.\n"
-        "Exit codes: 0 done, 1 a script failed or --check found something, 2 wrong use, 3 the scene cannot be read, 4 "
+        "Exit codes: 0 done, 1 a script failed or --check found something, 2 wrong use, 3 the "
+        "scene cannot be read, 4 "
         "--verify found a "
         "difference.");
     try {

@@ -32,14 +32,14 @@ struct Options {
     bool verify = false;
     VerifyLimits limits;
     std::string verifyJson;
-    bool check = false;              ///< list what the skeleton tools would lose; implies batch
+    bool check = false;  ///< list what the skeleton tools would lose; implies batch
     std::string checkJson;
     std::string save;
     std::string trace;
-    std::string render;              ///< picture of the scene at the end; empty: none
-    std::string view = "persp";      ///< of the picture
+    std::string render;          ///< picture of the scene at the end; empty: none
+    std::string view = "persp";  ///< of the picture
     std::string size = "960x540";
-    std::string frames;              ///< "A:B" for a sequence; empty: one picture
+    std::string frames;  ///< "A:B" for a sequence; empty: one picture
     bool wire = false;
     std::vector<std::string> plugins;
     std::vector<ScriptStep> steps;

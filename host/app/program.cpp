@@ -261,7 +261,8 @@ int Program::run() {
         code = kScriptFailed;
     if (!drawPicture() && code == kDone)
         code = kScriptFailed;
-    if (!m_options.batch) {
+    // A script may have closed the window, and with it the reason to go on.
+    if (!m_options.batch && m_window->isVisible()) {
         flush();
         QApplication::exec();
     }

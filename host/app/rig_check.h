@@ -9,8 +9,7 @@ namespace torvel {
 class Scene;
 
 /// Something that a tool of the skeleton window would lose, refuse or change on this rig.
-struct Finding
-{
+struct Finding {
     std::string rule;                ///< "posed-away", "lost-constraint" ... (rigRules)
     std::string tools;               ///< the buttons concerned, joined by ", "
     std::string skeleton;            ///< short name of its top joint
@@ -18,8 +17,9 @@ struct Finding
     std::string text;                ///< one sentence: what will happen, and what to do about it
 };
 
-/// Looks at every skeleton that drives a skin (locked rotations: at every skeleton), top joints in the order of the
-/// scene, rules in the order of their table. Evaluates the joints; changes nothing.
+/// Looks at every skeleton that drives a skin (locked rotations: at every skeleton), top joints in
+/// the order of the scene, rules in the order of their table. Evaluates the joints; changes
+/// nothing.
 std::vector<Finding> checkRig(const Scene& scene);
 
 /// A block of lines for each finding, then how many there are; "nothing to report" for none.

@@ -51,7 +51,8 @@ VerifyRow comparePoints(const SceneState& before, const SceneState& after, doubl
     Imath::Box3d box;
     for (const auto& [path, points] : before.points) {
         row.before += points.size();
-        for (const V3d& point : points) box.extendBy(point);
+        for (const V3d& point : points)
+            box.extendBy(point);
         const auto other = after.points.find(path);
         if (other == after.points.end())
             continue;

@@ -39,7 +39,7 @@ struct VerifyRow {
     std::string where;     ///< where the largest change is
     std::vector<std::string> gone, come;
     double size = 0.0;  ///< points: diagonal of the box around them all, before
-    bool ok = true;  ///< within the limit, and nothing that was compared by name is missing
+    bool ok = true;     ///< within the limit, and nothing that was compared by name is missing
 };
 
 std::vector<VerifyRow> compareStates(const SceneState& before, const SceneState& after,

@@ -9,17 +9,15 @@ namespace torvel {
 enum class Channel { Info, Warning, Error, Result };
 
 /// One line of the Script Editor.
-struct LogLine
-{
+struct LogLine {
     Channel channel = Channel::Info;
-    std::string text;        ///< without decoration ("# Error: " is added by the language that prints it)
-    bool fromScript = false; ///< printed by a language itself (failed script, cmds.warning)
+    std::string text;  ///< without decoration ("# Error: " is added by the language that prints it)
+    bool fromScript = false;  ///< printed by a language itself (failed script, cmds.warning)
 };
 
 /// The one sink of everything that users read. Sinks are called in the order they were added.
-class Log
-{
-public:
+class Log {
+  public:
     using Sink = std::function<void(const LogLine&)>;
 
     /// Returns an id for removeSink.
@@ -27,9 +25,8 @@ public:
     void removeSink(int id);
     void write(Channel channel, std::string text, bool fromScript = false);
 
-private:
-    struct Entry
-    {
+  private:
+    struct Entry {
         int id;
         Sink sink;
     };

@@ -5,12 +5,13 @@
 
 namespace torvel {
 
-/// Outcome of an operation inside the host: success, or one sentence that names the node, attribute, command or
-/// flag at fault. Never thrown; the language bridges turn it into an exception of the given class.
-class [[nodiscard]] Status
-{
-public:
-    /// Which exception class a script sees. `Reported` means that the real text went out as a warning already.
+/// Outcome of an operation inside the host: success, or one sentence that names the node,
+/// attribute, command or flag at fault. Never thrown; the language bridges turn it into an
+/// exception of the given class.
+class [[nodiscard]] Status {
+  public:
+    /// Which exception class a script sees. `Reported` means that the real text went out as a
+    /// warning already.
     enum class Kind { Ok, Runtime, Value, Type, Reported };
 
     static Status ok() { return Status(); }
@@ -27,7 +28,7 @@ public:
     Kind kind() const { return m_kind; }
     const std::string& text() const { return m_text; }
 
-private:
+  private:
     Status(Kind kind, std::string text) : m_kind(kind), m_text(std::move(text)) {}
 
     Kind m_kind = Kind::Ok;

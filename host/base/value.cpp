@@ -4,8 +4,7 @@
 
 namespace torvel {
 
-double Value::number() const
-{
+double Value::number() const {
     if (isDouble())
         return std::get<double>(m_data);
     if (isInt())
@@ -15,8 +14,7 @@ double Value::number() const
     return 0.0;
 }
 
-std::string textOfDouble(double value)
-{
+std::string textOfDouble(double value) {
     char buffer[64];
     std::snprintf(buffer, sizeof buffer, "%g", value);
     return buffer;

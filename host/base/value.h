@@ -9,17 +9,16 @@
 
 namespace torvel {
 
-/// What travels between commands and the script languages: nothing, a scalar, a text or a list of such.
-/// A double3 comes as Tuple (Python: (x, y, z)); a matrix as a list of 16 doubles.
-class Value
-{
-public:
+/// What travels between commands and the script languages: nothing, a scalar, a text or a list of
+/// such. A double3 comes as Tuple (Python: (x, y, z)); a matrix as a list of 16 doubles.
+class Value {
+  public:
     using List = std::vector<Value>;
-    struct Tuple
-    {
+    struct Tuple {
         std::vector<double> items;
     };
-    using Storage = std::variant<std::monostate, bool, std::int64_t, double, std::string, List, Tuple>;
+    using Storage =
+        std::variant<std::monostate, bool, std::int64_t, double, std::string, List, Tuple>;
 
     Value() = default;
     Value(bool v) : m_data(v) {}
@@ -31,11 +30,12 @@ public:
     Value(List v) : m_data(std::move(v)) {}
     Value(Tuple v) : m_data(std::move(v)) {}
 
-    static Value strings(const std::vector<std::string>& items)
-    {
+    static Value strings(const std::vector<std::string>& items) {
         return Value(List(items.begin(), items.end()));
     }
-    static Value doubles(const std::vector<double>& items) { return Value(List(items.begin(), items.end())); }
+    static Value doubles(const std::vector<double>& items) {
+        return Value(List(items.begin(), items.end()));
+    }
 
     bool isNone() const { return std::holds_alternative<std::monostate>(m_data); }
     bool isBool() const { return std::holds_alternative<bool>(m_data); }
@@ -56,7 +56,7 @@ public:
     const Tuple& tuple() const { return std::get<Tuple>(m_data); }
     const Storage& storage() const { return m_data; }
 
-private:
+  private:
     Storage m_data;
 };
 

@@ -9,26 +9,43 @@ namespace torvel {
 namespace {
 
 const FlagRow kAddFlags[] = {
-    {"attributeType", "at", "s"},     {"cachedInternally", "ci", "b"}, {"category", "ct", "s", kCreate | kEdit, true},
-    {"dataType", "dt", "s"},          {"defaultValue", "dv", "d"},     {"disconnectBehaviour", "dcb", "i"},
-    {"enumName", "en", "s"},          {"exists", "ex"},                {"hidden", "h", "b"},
-    {"hasMaxValue", "hxv", "b"},      {"hasMinValue", "hnv", "b"},     {"indexMatters", "im", "b"},
-    {"internalSet", "is", "b"},       {"keyable", "k", "b"},           {"longName", "ln", "s"},
-    {"maxValue", "max", "d"},         {"minValue", "min", "d"},        {"multi", "m"},
-    {"niceName", "nn", "s"},          {"numberOfChildren", "nc", "i"}, {"parent", "p", "s"},
-    {"readable", "r", "b"},           {"shortName", "sn", "s"},        {"softMaxValue", "smx", "d"},
-    {"softMinValue", "smn", "d"},     {"storable", "s", "b"},          {"usedAsColor", "uac"},
-    {"usedAsFilename", "uaf"},        {"writable", "w", "b"},
+    {"attributeType", "at", "s"},
+    {"cachedInternally", "ci", "b"},
+    {"category", "ct", "s", kCreate | kEdit, true},
+    {"dataType", "dt", "s"},
+    {"defaultValue", "dv", "d"},
+    {"disconnectBehaviour", "dcb", "i"},
+    {"enumName", "en", "s"},
+    {"exists", "ex"},
+    {"hidden", "h", "b"},
+    {"hasMaxValue", "hxv", "b"},
+    {"hasMinValue", "hnv", "b"},
+    {"indexMatters", "im", "b"},
+    {"internalSet", "is", "b"},
+    {"keyable", "k", "b"},
+    {"longName", "ln", "s"},
+    {"maxValue", "max", "d"},
+    {"minValue", "min", "d"},
+    {"multi", "m"},
+    {"niceName", "nn", "s"},
+    {"numberOfChildren", "nc", "i"},
+    {"parent", "p", "s"},
+    {"readable", "r", "b"},
+    {"shortName", "sn", "s"},
+    {"softMaxValue", "smx", "d"},
+    {"softMinValue", "smn", "d"},
+    {"storable", "s", "b"},
+    {"usedAsColor", "uac"},
+    {"usedAsFilename", "uaf"},
+    {"writable", "w", "b"},
 };
 
-void setFlag(std::uint32_t& flags, std::uint32_t flag, bool on)
-{
+void setFlag(std::uint32_t& flags, std::uint32_t flag, bool on) {
     flags = on ? flags | flag : flags & ~flag;
 }
 
 // Numbers of the flags come in script units.
-void readRange(const CommandCall& call, AttrInfo& info)
-{
+void readRange(const CommandCall& call, AttrInfo& info) {
     const double unit = 1.0 / uiScale(info);
     if (call.has("minValue"))
         info.minimum = call.number("minValue") * unit;
@@ -46,8 +63,7 @@ void readRange(const CommandCall& call, AttrInfo& info)
         info.maximum = 1e300;
 }
 
-std::vector<std::string> enumEntries(const std::string& text)
-{
+std::vector<std::string> enumEntries(const std::string& text) {
     std::vector<std::string> names;
     for (std::size_t at = 0; at <= text.size();) {
         const std::size_t colon = std::min(text.find(':', at), text.size());
@@ -58,8 +74,7 @@ std::vector<std::string> enumEntries(const std::string& text)
     return names;
 }
 
-Status infoFromFlags(const CommandCall& call, AttrInfo& info)
-{
+Status infoFromFlags(const CommandCall& call, AttrInfo& info) {
     info.longName = call.text("longName", call.text("shortName"));
     info.shortName = call.text("shortName", info.longName);
     if (info.longName.empty())
@@ -74,7 +89,8 @@ Status infoFromFlags(const CommandCall& call, AttrInfo& info)
     setFlag(info.flags, kOutput, !call.flag("writable", true));
     setFlag(info.flags, kNotReadable, !call.flag("readable", true));
     setFlag(info.flags, kNextAvailable, !call.flag("indexMatters", true));
-    setFlag(info.flags, kDeleteElement, call.has("multi") && call.integer("disconnectBehaviour", 2) == 0);
+    setFlag(info.flags, kDeleteElement,
+            call.has("multi") && call.integer("disconnectBehaviour", 2) == 0);
     info.niceName = call.text("niceName");
     info.enumNames = enumEntries(call.text("enumName"));
     readRange(call, info);
@@ -82,8 +98,7 @@ Status infoFromFlags(const CommandCall& call, AttrInfo& info)
 }
 
 // A text such as "node.foo" gives its node.
-Status nodesOfCall(const CommandCall& call, std::vector<NodeHandle>& nodes, std::string& attr)
-{
+Status nodesOfCall(const CommandCall& call, std::vector<NodeHandle>& nodes, std::string& attr) {
     if (call.args().empty())
         return call.objectsOrSelection(nodes);
     for (const std::string& text : call.texts()) {
@@ -98,8 +113,7 @@ Status nodesOfCall(const CommandCall& call, std::vector<NodeHandle>& nodes, std:
     return Status::ok();
 }
 
-Status addToNode(const CommandCall& call, NodeHandle handle, const AttrInfo& info)
-{
+Status addToNode(const CommandCall& call, NodeHandle handle, const AttrInfo& info) {
     Scene& scene = call.scene();
     Node& node = *scene.node(handle);
     if (node.locked)
@@ -108,7 +122,8 @@ Status addToNode(const CommandCall& call, NodeHandle handle, const AttrInfo& inf
     if (call.has("parent") && (parent = node.findAttr(call.text("parent"))) == kNoAttr)
         return call.fail("Parent attribute '" + call.text("parent") + "' does not exist.");
     if (node.findAttr(info.longName) != kNoAttr || node.findAttr(info.shortName) != kNoAttr) {
-        scene.log().write(Channel::Warning, "Name '" + info.longName + "' of new attribute clashes with an existing " +
+        scene.log().write(Channel::Warning, "Name '" + info.longName +
+                                                "' of new attribute clashes with an existing " +
                                                 "attribute of node '" + node.name + "'.");
         return call.fail("Found no valid items to add the attribute to.");
     }
@@ -116,10 +131,10 @@ Status addToNode(const CommandCall& call, NodeHandle handle, const AttrInfo& inf
 }
 
 // Ranges and names of an attribute made earlier.
-Status editAttribute(const CommandCall& call, NodeHandle handle, const std::string& attr)
-{
+Status editAttribute(const CommandCall& call, NodeHandle handle, const std::string& attr) {
     Node& node = *call.scene().node(handle);
-    const AttrIndex index = node.findAttr(attr), first = static_cast<AttrIndex>(node.type->attrs.size());
+    const AttrIndex index = node.findAttr(attr),
+                    first = static_cast<AttrIndex>(node.type->attrs.size());
     if (index == kNoAttr || index < first)
         return call.fail("'" + attr + "' is no attribute added to '" + node.name + "'.");
     AttrInfo& info = node.dynamic->attrs[index - first];
@@ -137,8 +152,7 @@ Status editAttribute(const CommandCall& call, NodeHandle handle, const std::stri
     return Status::ok();
 }
 
-Status addAttr(const CommandCall& call, Value& result)
-{
+Status addAttr(const CommandCall& call, Value& result) {
     std::vector<NodeHandle> nodes;
     std::string attr;
     if (Status found = nodesOfCall(call, nodes, attr); !found)
@@ -163,17 +177,19 @@ Status addAttr(const CommandCall& call, Value& result)
     if (nodes.empty())
         return call.fail("Found no valid items to add the attribute to.");
     for (NodeHandle node : nodes)
-        if (Status done = call.isEdit() ? editAttribute(call, node, attr) : addToNode(call, node, info); !done)
+        if (Status done =
+                call.isEdit() ? editAttribute(call, node, attr) : addToNode(call, node, info);
+            !done)
             return done;
     return Status::ok();
 }
 
-// --- deleteAttr ----------------------------------------------------------------------------------------------
+// --- deleteAttr
+// ----------------------------------------------------------------------------------------------
 
 const FlagRow kDeleteFlags[] = {{"attribute", "at", "s"}};
 
-Status deleteAttr(const CommandCall& call, Value&)
-{
+Status deleteAttr(const CommandCall& call, Value&) {
     std::vector<NodeHandle> nodes;
     std::string attr;
     if (Status found = nodesOfCall(call, nodes, attr); !found)
@@ -185,7 +201,8 @@ Status deleteAttr(const CommandCall& call, Value&)
         if (plug.isNull())
             return call.fail("No object matches name: " + node.name + "." + attr);
         if (!call.scene().info(plug).is(kDynamic))
-            return call.fail("'" + attr + "' is not a dynamic attribute of node '" + node.name + "'.");
+            return call.fail("'" + attr + "' is not a dynamic attribute of node '" + node.name +
+                             "'.");
         if (node.locked || call.scene().isLocked(plug))
             return call.fail("The attribute '" + call.scene().plugName(plug) + "' is locked.");
         call.scene().deleteAttribute(handle, plug.attr);
@@ -200,8 +217,7 @@ const Command kEditCommands[] = {
 
 }  // namespace
 
-CommandTable attributeEditCommands()
-{
+CommandTable attributeEditCommands() {
     return {kEditCommands, std::size(kEditCommands)};
 }
 

@@ -11,52 +11,48 @@
 namespace torvel {
 namespace {
 
-// --- facts ---------------------------------------------------------------------------------------------------
+// --- facts
+// ---------------------------------------------------------------------------------------------------
 
-std::string niceName(const AttrInfo& info)
-{
+std::string niceName(const AttrInfo& info) {
     if (!info.niceName.empty())
         return info.niceName;
     std::string text;
     for (char c : info.longName) {
         if (std::isupper(static_cast<unsigned char>(c)) && !text.empty() && text.back() != ' ')
             text += ' ';
-        text += text.empty() ? static_cast<char>(std::toupper(static_cast<unsigned char>(c))) : c == '_' ? ' ' : c;
+        text += text.empty() ? static_cast<char>(std::toupper(static_cast<unsigned char>(c)))
+                : c == '_'   ? ' '
+                             : c;
     }
     return text;
 }
 
-Value joined(const std::vector<std::string>& items)
-{
+Value joined(const std::vector<std::string>& items) {
     std::string text;
     for (const std::string& item : items)
         text += (text.empty() ? "" : ":") + item;
     return Value(text);
 }
 
-bool hasMinimum(const AttrInfo& info)
-{
+bool hasMinimum(const AttrInfo& info) {
     return info.minimum > -1e299;
 }
-bool hasMaximum(const AttrInfo& info)
-{
+bool hasMaximum(const AttrInfo& info) {
     return info.maximum < 1e299;
 }
-bool hasSoftRange(const AttrInfo& info)
-{
+bool hasSoftRange(const AttrInfo& info) {
     return info.softMinimum > -1e299 && info.softMaximum < 1e299;
 }
 
-Value list(const AttrInfo& info, std::initializer_list<double> numbers)
-{
+Value list(const AttrInfo& info, std::initializer_list<double> numbers) {
     Value::List items;
     for (double number : numbers)
         items.emplace_back(number * uiScale(info));
     return Value(std::move(items));
 }
 
-struct Fact
-{
+struct Fact {
     const char* flag;
     Value (*of)(const AttrInfo&);
 };
@@ -78,12 +74,14 @@ const Fact kFacts[] = {
     {"hasMinValue", [](const AttrInfo& i) { return Value(hasMinimum(i)); }},
     {"message", [](const AttrInfo& i) { return Value(i.type == AttrType::Message); }},
     {"multi", [](const AttrInfo& i) { return Value(i.isArray()); }},
-    {"numberOfChildren", [](const AttrInfo& i) { return Value(static_cast<int>(i.children.size())); }},
+    {"numberOfChildren",
+     [](const AttrInfo& i) { return Value(static_cast<int>(i.children.size())); }},
     {"rangeExists", [](const AttrInfo& i) { return Value(hasMinimum(i) && hasMaximum(i)); }},
     {"readable", [](const AttrInfo& i) { return Value(!i.is(kNotReadable)); }},
     {"softRangeExists", [](const AttrInfo& i) { return Value(hasSoftRange(i)); }},
     {"storable", [](const AttrInfo& i) { return Value(!i.is(kNotStored) && !i.is(kOutput)); }},
-    {"usedAsColor", [](const AttrInfo& i) {
+    {"usedAsColor",
+     [](const AttrInfo& i) {
          const std::string& name = i.longName;
          return Value(i.type == AttrType::Float3 && i.children.size() == 3 &&
                       (name.find("olor") != std::string::npos || name == "transparency"));
@@ -94,27 +92,35 @@ const Fact kFacts[] = {
     {"longName", [](const AttrInfo& i) { return Value(i.longName); }},
     {"shortName", [](const AttrInfo& i) { return Value(i.shortName); }},
     {"niceName", [](const AttrInfo& i) { return Value(niceName(i)); }},
-    {"listEnum", [](const AttrInfo& i) {
+    {"listEnum",
+     [](const AttrInfo& i) {
          return i.enumNames.empty() ? Value() : Value(Value::List{joined(i.enumNames)});
      }},
     {"enumName", [](const AttrInfo& i) { return joined(i.enumNames); }},
     {"defaultValue", [](const AttrInfo& i) { return Value(i.defaultValue * uiScale(i)); }},
     {"minimum", [](const AttrInfo& i) { return list(i, {i.minimum}); }},
     {"maximum", [](const AttrInfo& i) { return list(i, {i.maximum}); }},
-    {"range", [](const AttrInfo& i) { return list(i, {i.minimum, i.maximum}); }},
-    {"minValue", [](const AttrInfo& i) { return hasMinimum(i) ? Value(i.minimum * uiScale(i)) : Value(); }},
-    {"maxValue", [](const AttrInfo& i) { return hasMaximum(i) ? Value(i.maximum * uiScale(i)) : Value(); }},
+    {"range",
+     [](const AttrInfo& i) {
+         return list(i, {i.minimum, i.maximum});
+     }},
+    {"minValue",
+     [](const AttrInfo& i) { return hasMinimum(i) ? Value(i.minimum * uiScale(i)) : Value(); }},
+    {"maxValue",
+     [](const AttrInfo& i) { return hasMaximum(i) ? Value(i.maximum * uiScale(i)) : Value(); }},
     {"softMin", [](const AttrInfo& i) { return list(i, {i.softMinimum}); }},
     {"softMinValue", [](const AttrInfo& i) { return list(i, {i.softMinimum}); }},
     {"softMax", [](const AttrInfo& i) { return list(i, {i.softMaximum}); }},
     {"softMaxValue", [](const AttrInfo& i) { return list(i, {i.softMaximum}); }},
-    {"softRange", [](const AttrInfo& i) { return list(i, {i.softMinimum, i.softMaximum}); }},
+    {"softRange",
+     [](const AttrInfo& i) {
+         return list(i, {i.softMinimum, i.softMaximum});
+     }},
 };
 
 }  // namespace
 
-Value attributeFact(const CommandCall& call, const AttrInfo& info)
-{
+Value attributeFact(const CommandCall& call, const AttrInfo& info) {
     for (const Fact& fact : kFacts)
         if (call.has(fact.flag))
             return fact.of(info);
@@ -123,29 +129,54 @@ Value attributeFact(const CommandCall& call, const AttrInfo& info)
 
 namespace {
 
-// --- attributeQuery ------------------------------------------------------------------------------------------
+// --- attributeQuery
+// ------------------------------------------------------------------------------------------
 
 const FlagRow kQueryFlags[] = {
-    {"attributeType", "at"},     {"cachedInternally", "ci"}, {"channelBox", "ch"},
-    {"connectable", "c"},        {"enum", "e"},
-    {"exists", "ex"},            {"hidden", "h"},            {"indexMatters", "im"},
-    {"internal", "i"},           {"keyable", "k"},           {"listChildren", "lc"},
-    {"listDefault", "ld"},       {"listEnum", "le"},         {"listParent", "lp"},
-    {"listSiblings", "ls"},      {"longName", "ln"},         {"maxExists", "mxe"},
-    {"maximum", "max"},          {"message", "msg"},         {"minExists", "mne"},
-    {"minimum", "min"},          {"multi", "m"},             {"niceName", "nn"},
-    {"node", "n", "s", kAllModes, false, true},              {"numberOfChildren", "nc"},
-    {"range", "r"},              {"rangeExists", "re"},      {"readable", "rd"},
-    {"shortName", "s"},          {"softMax", "smx"},         {"softMin", "smn"},
-    {"softRange", "smr"},        {"softRangeExists", "sre"}, {"storable", "st"},
-    {"type", "typ", "s", kAllModes, false, true},            {"typeExact", "tex", "s", kAllModes, false, true},
-    {"usedAsColor", "uac"},      {"usedAsFilename", "uaf"},  {"worldSpace", "ws"},
+    {"attributeType", "at"},
+    {"cachedInternally", "ci"},
+    {"channelBox", "ch"},
+    {"connectable", "c"},
+    {"enum", "e"},
+    {"exists", "ex"},
+    {"hidden", "h"},
+    {"indexMatters", "im"},
+    {"internal", "i"},
+    {"keyable", "k"},
+    {"listChildren", "lc"},
+    {"listDefault", "ld"},
+    {"listEnum", "le"},
+    {"listParent", "lp"},
+    {"listSiblings", "ls"},
+    {"longName", "ln"},
+    {"maxExists", "mxe"},
+    {"maximum", "max"},
+    {"message", "msg"},
+    {"minExists", "mne"},
+    {"minimum", "min"},
+    {"multi", "m"},
+    {"niceName", "nn"},
+    {"node", "n", "s", kAllModes, false, true},
+    {"numberOfChildren", "nc"},
+    {"range", "r"},
+    {"rangeExists", "re"},
+    {"readable", "rd"},
+    {"shortName", "s"},
+    {"softMax", "smx"},
+    {"softMin", "smn"},
+    {"softRange", "smr"},
+    {"softRangeExists", "sre"},
+    {"storable", "st"},
+    {"type", "typ", "s", kAllModes, false, true},
+    {"typeExact", "tex", "s", kAllModes, false, true},
+    {"usedAsColor", "uac"},
+    {"usedAsFilename", "uaf"},
+    {"worldSpace", "ws"},
     {"writable", "w"},
 };
 
 /// An attribute of a node or of a node type, with its neighbours.
-struct Subject
-{
+struct Subject {
     const Node* node = nullptr;
     const NodeType* type = nullptr;
     AttrIndex attr = kNoAttr;
@@ -154,8 +185,7 @@ struct Subject
     const AttrInfo& info() const { return at(attr); }
 };
 
-Status findSubject(const CommandCall& call, const std::string& name, Subject& out)
-{
+Status findSubject(const CommandCall& call, const std::string& name, Subject& out) {
     const Scene& scene = call.scene();
     const std::string typeName = call.text("type", call.text("typeExact"));
     if (!typeName.empty()) {
@@ -177,8 +207,7 @@ Status findSubject(const CommandCall& call, const std::string& name, Subject& ou
     return Status::ok();
 }
 
-std::vector<AttrIndex> relativesOf(const CommandCall& call, const Subject& subject)
-{
+std::vector<AttrIndex> relativesOf(const CommandCall& call, const Subject& subject) {
     const AttrIndex parent = subject.info().parent;
     std::vector<AttrIndex> found;
     if (call.has("listChildren"))
@@ -192,8 +221,7 @@ std::vector<AttrIndex> relativesOf(const CommandCall& call, const Subject& subje
     return found;
 }
 
-Value names(const Subject& subject, const std::vector<AttrIndex>& attrs)
-{
+Value names(const Subject& subject, const std::vector<AttrIndex>& attrs) {
     std::vector<std::string> texts;
     for (const AttrIndex attr : attrs)
         texts.push_back(subject.at(attr).longName);
@@ -201,8 +229,7 @@ Value names(const Subject& subject, const std::vector<AttrIndex>& attrs)
 }
 
 // Of a compound: those of its numbers.
-void addDefaults(const Subject& subject, AttrIndex attr, Value::List& out)
-{
+void addDefaults(const Subject& subject, AttrIndex attr, Value::List& out) {
     const AttrInfo& info = subject.at(attr);
     if (isNumeric(info.type))
         out.emplace_back(info.defaultValue * uiScale(info));
@@ -211,15 +238,15 @@ void addDefaults(const Subject& subject, AttrIndex attr, Value::List& out)
             addDefaults(subject, child, out);
 }
 
-Status attributeQuery(const CommandCall& call, Value& result)
-{
+Status attributeQuery(const CommandCall& call, Value& result) {
     const std::vector<std::string> texts = call.texts();
     if (texts.empty())
         return call.fail("Needs the name of an attribute.");
     Subject subject;
     if (Status found = findSubject(call, texts.front(), subject); !found)
         return found;
-    const bool exists = subject.attr != kNoAttr && !(subject.info().is(kOpaque) && !subject.info().is(kDynamic));
+    const bool exists =
+        subject.attr != kNoAttr && !(subject.info().is(kOpaque) && !subject.info().is(kDynamic));
     if (call.has("exists")) {
         result = Value(exists);
         return Status::ok();
@@ -238,33 +265,48 @@ Status attributeQuery(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-// --- listAttr ------------------------------------------------------------------------------------------------
+// --- listAttr
+// ------------------------------------------------------------------------------------------------
 
 const FlagRow kListAttrFlags[] = {
-    {"array", "a"},      {"channelBox", "cb"},
+    {"array", "a"},
+    {"channelBox", "cb"},
     {"category", "ct", "s", kCreate | kEdit, true},
-    {"connectable", "c"}, {"fromPlugin", "fp"}, {"hasData", "hd"},      {"inUse", "iu"},
-    {"keyable", "k"},    {"leaf", "lf"},       {"locked", "l"},        {"multi", "m"},
-    {"output", "o"},     {"read", "r"},        {"readOnly", "ro"},     {"scalar", "s"},
-    {"scalarAndArray", "sa"}, {"settable", "se"}, {"shortNames", "sn"},
-    {"string", "st", "s", kCreate | kEdit, true}, {"unlocked", "u"},   {"usedAsFilename", "uf"},
-    {"userDefined", "ud"}, {"visible", "v"},   {"write", "w"},
+    {"connectable", "c"},
+    {"fromPlugin", "fp"},
+    {"hasData", "hd"},
+    {"inUse", "iu"},
+    {"keyable", "k"},
+    {"leaf", "lf"},
+    {"locked", "l"},
+    {"multi", "m"},
+    {"output", "o"},
+    {"read", "r"},
+    {"readOnly", "ro"},
+    {"scalar", "s"},
+    {"scalarAndArray", "sa"},
+    {"settable", "se"},
+    {"shortNames", "sn"},
+    {"string", "st", "s", kCreate | kEdit, true},
+    {"unlocked", "u"},
+    {"usedAsFilename", "uf"},
+    {"userDefined", "ud"},
+    {"visible", "v"},
+    {"write", "w"},
 };
 
-bool isDataArray(AttrType type)
-{
-    return type == AttrType::IntArray || type == AttrType::DoubleArray || type == AttrType::VectorArray ||
-           type == AttrType::PointArray || type == AttrType::StringArray;
+bool isDataArray(AttrType type) {
+    return type == AttrType::IntArray || type == AttrType::DoubleArray ||
+           type == AttrType::VectorArray || type == AttrType::PointArray ||
+           type == AttrType::StringArray;
 }
 
-bool isUsed(const Scene& scene, const Plug& plug)
-{
+bool isUsed(const Scene& scene, const Plug& plug) {
     const Slot* slot = scene.peekSlot(plug);
     return slot && ((slot->state & kSet) || slot->links || slot->array);
 }
 
-struct Filter
-{
+struct Filter {
     const char* flag;
     bool (*passes)(const Scene&, const Plug&, const AttrInfo&);
 };
@@ -272,27 +314,29 @@ struct Filter
 const Filter kFilters[] = {
     {"array", [](const Scene&, const Plug&, const AttrInfo& i) { return isDataArray(i.type); }},
     {"category", [](const Scene&, const Plug&, const AttrInfo&) { return false; }},
-    {"channelBox", [](const Scene& s, const Plug& p, const AttrInfo&) { return s.isChannelBox(p); }},
-    {"connectable", [](const Scene&, const Plug&, const AttrInfo& i) { return !i.is(kNotConnectable); }},
+    {"channelBox",
+     [](const Scene& s, const Plug& p, const AttrInfo&) { return s.isChannelBox(p); }},
+    {"connectable",
+     [](const Scene&, const Plug&, const AttrInfo& i) { return !i.is(kNotConnectable); }},
     {"fromPlugin", [](const Scene&, const Plug&, const AttrInfo&) { return false; }},
-    {"hasData", [](const Scene& s, const Plug& p, const AttrInfo& i) {
+    {"hasData",
+     [](const Scene& s, const Plug& p, const AttrInfo& i) {
          return isNumeric(i.type) || isCompound(i.type) || s.storedData(p) != nullptr;
      }},
     {"inUse", [](const Scene& s, const Plug& p, const AttrInfo&) { return isUsed(s, p); }},
     // the numbers of a compound are keyable, not the compound
-    {"keyable", [](const Scene& s, const Plug& p, const AttrInfo& i) {
-         return s.isKeyable(p) && !isCompound(i.type);
-     }},
+    {"keyable", [](const Scene& s, const Plug& p,
+                   const AttrInfo& i) { return s.isKeyable(p) && !isCompound(i.type); }},
     {"leaf", [](const Scene&, const Plug&, const AttrInfo& i) { return i.children.empty(); }},
     {"locked", [](const Scene& s, const Plug& p, const AttrInfo&) { return s.isLocked(p); }},
     {"output", [](const Scene&, const Plug&, const AttrInfo& i) { return i.is(kOutput); }},
     {"read", [](const Scene&, const Plug&, const AttrInfo& i) { return !i.is(kNotReadable); }},
     {"readOnly", [](const Scene&, const Plug&, const AttrInfo& i) { return i.is(kOutput); }},
     {"scalar", [](const Scene&, const Plug&, const AttrInfo& i) { return isNumeric(i.type); }},
-    {"scalarAndArray", [](const Scene&, const Plug&, const AttrInfo& i) {
-         return isNumeric(i.type) || isDataArray(i.type);
-     }},
-    {"settable", [](const Scene& s, const Plug& p, const AttrInfo& i) { return !i.is(kOutput) && s.isSettable(p); }},
+    {"scalarAndArray", [](const Scene&, const Plug&,
+                          const AttrInfo& i) { return isNumeric(i.type) || isDataArray(i.type); }},
+    {"settable", [](const Scene& s, const Plug& p,
+                    const AttrInfo& i) { return !i.is(kOutput) && s.isSettable(p); }},
     {"unlocked", [](const Scene& s, const Plug& p, const AttrInfo&) { return !s.isLocked(p); }},
     {"usedAsFilename", [](const Scene&, const Plug&, const AttrInfo&) { return false; }},
     {"userDefined", [](const Scene&, const Plug&, const AttrInfo& i) { return i.is(kDynamic); }},
@@ -300,14 +344,14 @@ const Filter kFilters[] = {
     {"write", [](const Scene&, const Plug&, const AttrInfo& i) { return !i.is(kOutput); }},
 };
 
-bool isListed(const CommandCall& call, const Plug& plug)
-{
+bool isListed(const CommandCall& call, const Plug& plug) {
     const Scene& scene = call.scene();
     const AttrInfo& info = scene.info(plug);
     if (info.longName.empty() || info.is(kOpaque))
         return false;
     const std::vector<const FlagUse*> patterns = call.uses("string");
-    if (!patterns.empty() && std::none_of(patterns.begin(), patterns.end(), [&](const FlagUse* use) {
+    if (!patterns.empty() &&
+        std::none_of(patterns.begin(), patterns.end(), [&](const FlagUse* use) {
             const std::string& pattern = use->values[0].string();
             return Names::matches(pattern, info.longName) || pattern == info.shortName;
         }))
@@ -317,16 +361,12 @@ bool isListed(const CommandCall& call, const Plug& plug)
     });
 }
 
-class AttrLister
-{
-public:
+class AttrLister {
+  public:
     AttrLister(const CommandCall& call, std::vector<std::string>& out)
-        : m_call(call), m_scene(call.scene()), m_short(call.has("shortNames")), m_out(out)
-    {
-    }
+        : m_call(call), m_scene(call.scene()), m_short(call.has("shortNames")), m_out(out) {}
 
-    void addNode(NodeHandle handle)
-    {
+    void addNode(NodeHandle handle) {
         const Node& node = *m_scene.node(handle);
         for (AttrIndex i = 0; i < node.attrCount(); ++i)
             if (node.attr(i).parent == kNoAttr)
@@ -334,10 +374,9 @@ public:
     }
     void addPlug(const Plug& plug) { add(plug, {}); }
 
-private:
+  private:
     // `above`: path of the array compounds on the way; their children are named with it.
-    void add(const Plug& plug, const std::string& above)
-    {
+    void add(const Plug& plug, const std::string& above) {
         const AttrInfo& info = m_scene.info(plug);
         const std::string& own = m_short ? info.shortName : info.longName;
         const std::string name = above.empty() ? own : above + "." + own;
@@ -366,8 +405,7 @@ private:
     std::vector<std::string>& m_out;
 };
 
-Status listAttr(const CommandCall& call, Value& result)
-{
+Status listAttr(const CommandCall& call, Value& result) {
     std::vector<std::string> names;
     AttrLister lister(call, names);
     std::vector<NodeHandle> selected;
@@ -392,14 +430,15 @@ Status listAttr(const CommandCall& call, Value& result)
 }
 
 const Command kInfoCommands[] = {
-    {"attributeQuery", kQueryFlags, countOf(kQueryFlags), attributeQuery, "Facts about an attribute."},
-    {"listAttr", kListAttrFlags, countOf(kListAttrFlags), listAttr, "Names of a node's attributes."},
+    {"attributeQuery", kQueryFlags, countOf(kQueryFlags), attributeQuery,
+     "Facts about an attribute."},
+    {"listAttr", kListAttrFlags, countOf(kListAttrFlags), listAttr,
+     "Names of a node's attributes."},
 };
 
 }  // namespace
 
-CommandTable attributeInfoCommands()
-{
+CommandTable attributeInfoCommands() {
     return {kInfoCommands, std::size(kInfoCommands)};
 }
 

@@ -10,26 +10,23 @@
 
 namespace torvel {
 
-double uiScale(const AttrInfo& info)
-{
+double uiScale(const AttrInfo& info) {
     return info.type == AttrType::Angle ? kRadToDeg : 1.0;
 }
 
-Value numberValue(const AttrInfo& info, double internal)
-{
+Value numberValue(const AttrInfo& info, double internal) {
     switch (info.type) {
-    case AttrType::Bool: return Value(internal != 0.0);
-    case AttrType::Byte:
-    case AttrType::Short:
-    case AttrType::Long:
-    case AttrType::Enum: return Value(static_cast<std::int64_t>(internal));
-    case AttrType::Angle: return Value(internal * kRadToDeg);
-    default: return Value(internal);
+        case AttrType::Bool: return Value(internal != 0.0);
+        case AttrType::Byte:
+        case AttrType::Short:
+        case AttrType::Long:
+        case AttrType::Enum: return Value(static_cast<std::int64_t>(internal));
+        case AttrType::Angle: return Value(internal * kRadToDeg);
+        default: return Value(internal);
     }
 }
 
-Plug fastPlug(const Scene& scene, std::string_view text)
-{
+Plug fastPlug(const Scene& scene, std::string_view text) {
     const std::size_t dot = text.find('.');
     if (dot == std::string_view::npos)
         return {};
@@ -42,16 +39,14 @@ Plug fastPlug(const Scene& scene, std::string_view text)
     return scene.findPlug(node, text);
 }
 
-bool isKeyed(const Scene& scene, const Plug& plug)
-{
+bool isKeyed(const Scene& scene, const Plug& plug) {
     const Plug source = scene.source(plug);
     return !source.isNull() && scene.isType(source.node, "animCurve");
 }
 
 namespace {
 
-void collectLeaves(const Scene& scene, const Plug& plug, std::vector<Plug>& out)
-{
+void collectLeaves(const Scene& scene, const Plug& plug, std::vector<Plug>& out) {
     const AttrInfo& info = scene.info(plug);
     if (isNumeric(info.type) && !scene.isArrayPlug(plug))
         out.push_back(plug);
@@ -59,8 +54,7 @@ void collectLeaves(const Scene& scene, const Plug& plug, std::vector<Plug>& out)
         collectLeaves(scene, scene.child(plug, static_cast<int>(i)), out);
 }
 
-bool allNumbersBelow(const Scene& scene, const Plug& plug)
-{
+bool allNumbersBelow(const Scene& scene, const Plug& plug) {
     const AttrInfo& info = scene.info(plug);
     for (std::size_t i = 0; i < info.children.size(); ++i) {
         const Plug child = scene.child(plug, static_cast<int>(i));
@@ -72,8 +66,7 @@ bool allNumbersBelow(const Scene& scene, const Plug& plug)
     return !info.children.empty();
 }
 
-Value matrixValue(const M44d& m)
-{
+Value matrixValue(const M44d& m) {
     Value::List items;
     items.reserve(16);
     for (int row = 0; row < 4; ++row)
@@ -82,34 +75,31 @@ Value matrixValue(const M44d& m)
     return Value(std::move(items));
 }
 
-Value tuplesOf(const std::vector<double>& numbers, std::size_t width)
-{
+Value tuplesOf(const std::vector<double>& numbers, std::size_t width) {
     Value::List items;
     for (std::size_t at = 0; at + width <= numbers.size(); at += width) {
         const auto first = numbers.begin() + static_cast<std::ptrdiff_t>(at);
-        items.emplace_back(Value::Tuple{std::vector<double>(first, first + static_cast<std::ptrdiff_t>(width))});
+        items.emplace_back(
+            Value::Tuple{std::vector<double>(first, first + static_cast<std::ptrdiff_t>(width))});
     }
     return Value(std::move(items));
 }
 
-Value integersOf(const std::vector<std::int32_t>& numbers)
-{
+Value integersOf(const std::vector<std::int32_t>& numbers) {
     Value::List items;
     for (std::int32_t number : numbers)
         items.emplace_back(static_cast<std::int64_t>(number));
     return Value(std::move(items));
 }
 
-Value::Tuple tupleOf(const Scene& scene, const Plug& plug)
-{
+Value::Tuple tupleOf(const Scene& scene, const Plug& plug) {
     Value::Tuple tuple;
     for (const Plug& leaf : numericLeaves(scene, plug))
         tuple.items.push_back(scene.number(leaf) * uiScale(scene.info(leaf)));
     return tuple;
 }
 
-Value enumText(const AttrInfo& info, double value)
-{
+Value enumText(const AttrInfo& info, double value) {
     int number = 0;
     for (const std::string& entry : info.enumNames) {
         const std::size_t equals = entry.find('=');
@@ -122,16 +112,16 @@ Value enumText(const AttrInfo& info, double value)
     return Value(textOfDouble(value));
 }
 
-Status readData(const CommandCall& call, const Plug& plug, Value& out)
-{
+Status readData(const CommandCall& call, const Plug& plug, Value& out) {
     const Scene& scene = call.scene();
     const PayloadPtr data = scene.data(plug);
     const AttrType type = scene.info(plug).type;
     if (type == AttrType::Message)
         return call.fail("Message attributes have no data values.");
     if (!data) {
-        if (type == AttrType::IntArray || type == AttrType::DoubleArray || type == AttrType::VectorArray ||
-            type == AttrType::PointArray || type == AttrType::StringArray || type == AttrType::ComponentList)
+        if (type == AttrType::IntArray || type == AttrType::DoubleArray ||
+            type == AttrType::VectorArray || type == AttrType::PointArray ||
+            type == AttrType::StringArray || type == AttrType::ComponentList)
             out = Value(Value::List());
         return Status::ok();
     }
@@ -150,11 +140,11 @@ Status readData(const CommandCall& call, const Plug& plug, Value& out)
     return Status::ok();
 }
 
-Status readArray(const CommandCall& call, const Plug& plug, Value& out)
-{
+Status readArray(const CommandCall& call, const Plug& plug, Value& out) {
     const Scene& scene = call.scene();
     const AttrInfo& info = scene.info(plug);
-    if (info.type == AttrType::Matrix)  // a matrix array without an index stands for its first element
+    if (info.type ==
+        AttrType::Matrix)  // a matrix array without an index stands for its first element
         return readValue(call, scene.element(plug, 0), false, out);
     const bool tuples = isCompound(info.type) && allNumbersBelow(scene, plug);
     if (!isNumeric(info.type) && !tuples)
@@ -162,7 +152,8 @@ Status readArray(const CommandCall& call, const Plug& plug, Value& out)
     Value::List items;
     for (std::size_t i = 0; i < scene.elementCount(plug); ++i) {
         const Plug element = scene.elementAt(plug, i);
-        items.push_back(tuples ? Value(tupleOf(scene, element)) : numberValue(info, scene.number(element)));
+        items.push_back(tuples ? Value(tupleOf(scene, element))
+                               : numberValue(info, scene.number(element)));
     }
     out = Value(std::move(items));
     return Status::ok();
@@ -170,22 +161,21 @@ Status readArray(const CommandCall& call, const Plug& plug, Value& out)
 
 }  // namespace
 
-std::vector<Plug> numericLeaves(const Scene& scene, const Plug& plug)
-{
+std::vector<Plug> numericLeaves(const Scene& scene, const Plug& plug) {
     std::vector<Plug> leaves;
     collectLeaves(scene, plug, leaves);
     return leaves;
 }
 
-Status readValue(const CommandCall& call, const Plug& plug, bool enumAsText, Value& out)
-{
+Status readValue(const CommandCall& call, const Plug& plug, bool enumAsText, Value& out) {
     const Scene& scene = call.scene();
     const AttrInfo& info = scene.info(plug);
     if (info.isArray() && scene.isArrayPlug(plug))
         return readArray(call, plug, out);
     if (isNumeric(info.type)) {
         const double number = scene.number(plug);
-        out = enumAsText && info.type == AttrType::Enum ? enumText(info, number) : numberValue(info, number);
+        out = enumAsText && info.type == AttrType::Enum ? enumText(info, number)
+                                                        : numberValue(info, number);
         return Status::ok();
     }
     if (info.type == AttrType::String) {
@@ -200,7 +190,8 @@ Status readValue(const CommandCall& call, const Plug& plug, bool enumAsText, Val
     if (!isCompound(info.type))
         return readData(call, plug, out);
     if (!allNumbersBelow(scene, plug))
-        return call.fail("The children of '" + scene.plugName(plug) + "' are not all numbers; name one of them.");
+        return call.fail("The children of '" + scene.plugName(plug) +
+                         "' are not all numbers; name one of them.");
     out = Value(Value::List{Value(tupleOf(scene, plug))});
     return Status::ok();
 }
@@ -208,13 +199,13 @@ Status readValue(const CommandCall& call, const Plug& plug, bool enumAsText, Val
 namespace {
 
 // Numbers, texts of numbers and the words for on and off.
-bool scriptNumber(const Value& value, double& out)
-{
+bool scriptNumber(const Value& value, double& out) {
     out = value.number();
     if (!value.isString())
         return value.isNumber();
     const std::string& text = value.string();
-    if (text == "on" || text == "yes" || text == "true" || text == "off" || text == "no" || text == "false") {
+    if (text == "on" || text == "yes" || text == "true" || text == "off" || text == "no" ||
+        text == "false") {
         out = text == "on" || text == "yes" || text == "true";
         return true;
     }
@@ -225,14 +216,12 @@ bool scriptNumber(const Value& value, double& out)
 // Script value to the stored one; a value outside the range is refused or, when asked, clamped.
 namespace {
 
-struct Limits
-{
+struct Limits {
     double low, high;
 };
 
 // An added enum takes the numbers between its first and its last entry.
-Limits limitsOf(const AttrInfo& info)
-{
+Limits limitsOf(const AttrInfo& info) {
     if (info.type != AttrType::Enum || !info.is(kDynamic) || info.enumNames.empty())
         return {info.minimum, info.maximum};
     Limits limits{1e300, -1e300};
@@ -250,8 +239,8 @@ Limits limitsOf(const AttrInfo& info)
 
 }  // namespace
 
-Status internalNumber(const CommandCall& call, const Plug& plug, const Value& value, bool clamp, double& out)
-{
+Status internalNumber(const CommandCall& call, const Plug& plug, const Value& value, bool clamp,
+                      double& out) {
     const AttrInfo& info = call.scene().info(plug);
     if (!scriptNumber(value, out))
         return call.fail("The attribute '" + call.scene().plugName(plug) + "' needs a number.");
@@ -260,21 +249,23 @@ Status internalNumber(const CommandCall& call, const Plug& plug, const Value& va
     if (info.type == AttrType::Bool)
         out = out != 0.0;
     if (!std::isfinite(out))
-        return call.fail("The attribute '" + call.scene().plugName(plug) + "' takes finite numbers only.");
+        return call.fail("The attribute '" + call.scene().plugName(plug) +
+                         "' takes finite numbers only.");
     const Limits limits = limitsOf(info);
     if (out >= limits.low && out <= limits.high)
         return Status::ok();
     const bool high = out > limits.high;
     const double limit = high ? limits.high : limits.low;
     if (!clamp)
-        return call.fail("Cannot set the attribute '" + call.scene().plugName(plug) + "' past its " +
-                         (high ? "maximum" : "minimum") + " value of " + textOfDouble(limit * uiScale(info)) + ".");
+        return call.fail("Cannot set the attribute '" + call.scene().plugName(plug) +
+                         "' past its " + (high ? "maximum" : "minimum") + " value of " +
+                         textOfDouble(limit * uiScale(info)) + ".");
     out = limit;
     return Status::ok();
 }
 
-Status writeNumbers(const CommandCall& call, const Plug& plug, const Value* values, std::size_t count, bool clamp)
-{
+Status writeNumbers(const CommandCall& call, const Plug& plug, const Value* values,
+                    std::size_t count, bool clamp) {
     Scene& scene = call.scene();
     double number = 0.0;
     if (isNumeric(scene.info(plug).type)) {
@@ -288,7 +279,8 @@ Status writeNumbers(const CommandCall& call, const Plug& plug, const Value* valu
     const std::vector<Plug> leaves = numericLeaves(scene, plug);
     if (leaves.empty() || leaves.size() != count)
         return call.fail("Error reading data element number " + std::to_string(count + 1) + ": '" +
-                         scene.plugName(plug) + "' takes " + std::to_string(leaves.size()) + " numbers.");
+                         scene.plugName(plug) + "' takes " + std::to_string(leaves.size()) +
+                         " numbers.");
     std::vector<double> numbers(count);
     for (std::size_t i = 0; i < count; ++i)
         if (Status fits = internalNumber(call, leaves[i], values[i], clamp, numbers[i]); !fits)
@@ -298,8 +290,8 @@ Status writeNumbers(const CommandCall& call, const Plug& plug, const Value* valu
     return Status::ok();
 }
 
-Status writeMatrix(const CommandCall& call, const Plug& plug, const Value* values, std::size_t count)
-{
+Status writeMatrix(const CommandCall& call, const Plug& plug, const Value* values,
+                   std::size_t count) {
     Scene& scene = call.scene();
     if (count != 16 || scene.info(plug).type != AttrType::Matrix)
         return call.fail("The attribute '" + scene.plugName(plug) + "' does not take a matrix of " +
@@ -312,28 +304,34 @@ Status writeMatrix(const CommandCall& call, const Plug& plug, const Value* value
 }
 
 // Array values come with or without their count in front.
-void dropCount(const Value*& values, std::size_t& count, std::size_t width)
-{
-    if (count > 0 && values[0].isInt() && static_cast<std::size_t>(values[0].integer()) * width == count - 1) {
+void dropCount(const Value*& values, std::size_t& count, std::size_t width) {
+    if (count > 0 && values[0].isInt() &&
+        static_cast<std::size_t>(values[0].integer()) * width == count - 1) {
         ++values;
         --count;
     }
 }
 
-Status writeArray(const CommandCall& call, const Plug& plug, AttrType type, const Value* values, std::size_t count)
-{
+Status writeArray(const CommandCall& call, const Plug& plug, AttrType type, const Value* values,
+                  std::size_t count) {
     Scene& scene = call.scene();
     if (scene.info(plug).type != type)
         return call.fail("The attribute '" + scene.plugName(plug) + "' is of another type.");
-    dropCount(values, count, type == AttrType::VectorArray ? 3 : type == AttrType::PointArray ? 4 : 1);
+    dropCount(values, count,
+              type == AttrType::VectorArray  ? 3
+              : type == AttrType::PointArray ? 4
+                                             : 1);
     const auto store = [&](auto data, auto&& convert) {
         for (std::size_t i = 0; i < count; ++i)
             data->items.push_back(convert(values[i]));
         scene.setData(plug, std::move(data));
     };
-    const auto toText = [](const Value& v) { return v.isString() ? v.string() : textOfDouble(v.number()); };
+    const auto toText = [](const Value& v) {
+        return v.isString() ? v.string() : textOfDouble(v.number());
+    };
     if (type == AttrType::IntArray)
-        store(std::make_shared<IntArrayData>(), [](const Value& v) { return static_cast<std::int32_t>(v.integer()); });
+        store(std::make_shared<IntArrayData>(),
+              [](const Value& v) { return static_cast<std::int32_t>(v.integer()); });
     else if (type == AttrType::StringArray)
         store(std::make_shared<StringArrayData>(), toText);
     else if (type == AttrType::ComponentList)
@@ -344,8 +342,7 @@ Status writeArray(const CommandCall& call, const Plug& plug, AttrType type, cons
 }
 
 Status writeTyped(const CommandCall& call, const Plug& plug, const Value* values, std::size_t count,
-                  const WriteOptions& options)
-{
+                  const WriteOptions& options) {
     Scene& scene = call.scene();
     AttrType type = AttrType::Double;
     const bool known = options.type == "Int32Array" || attrTypeFromName(options.type, type);
@@ -356,27 +353,28 @@ Status writeTyped(const CommandCall& call, const Plug& plug, const Value* values
     if (isNumeric(type) || isCompound(type))
         return writeNumbers(call, plug, values, count, options.clamp);
     switch (type) {
-    case AttrType::String:
-        if (count != 1 || !values[0].isString() || scene.info(plug).type != AttrType::String)
-            return call.fail("The attribute '" + scene.plugName(plug) + "' does not take this text.");
-        scene.setText(plug, values[0].string());
-        return Status::ok();
-    case AttrType::Matrix: return writeMatrix(call, plug, values, count);
-    case AttrType::IntArray:
-    case AttrType::DoubleArray:
-    case AttrType::VectorArray:
-    case AttrType::PointArray:
-    case AttrType::StringArray:
-    case AttrType::ComponentList: return writeArray(call, plug, type, values, count);
-    default: return call.fail("Values of type '" + options.type + "' cannot be given to a command.");
+        case AttrType::String:
+            if (count != 1 || !values[0].isString() || scene.info(plug).type != AttrType::String)
+                return call.fail("The attribute '" + scene.plugName(plug) +
+                                 "' does not take this text.");
+            scene.setText(plug, values[0].string());
+            return Status::ok();
+        case AttrType::Matrix: return writeMatrix(call, plug, values, count);
+        case AttrType::IntArray:
+        case AttrType::DoubleArray:
+        case AttrType::VectorArray:
+        case AttrType::PointArray:
+        case AttrType::StringArray:
+        case AttrType::ComponentList: return writeArray(call, plug, type, values, count);
+        default:
+            return call.fail("Values of type '" + options.type + "' cannot be given to a command.");
     }
 }
 
 }  // namespace
 
 Status writeValue(const CommandCall& call, const Plug& plug, const Value* values, std::size_t count,
-                  const WriteOptions& options)
-{
+                  const WriteOptions& options) {
     if (!options.type.empty())
         return writeTyped(call, plug, values, count, options);
     const AttrInfo& info = call.scene().info(plug);
@@ -384,8 +382,9 @@ Status writeValue(const CommandCall& call, const Plug& plug, const Value* values
         return writeNumbers(call, plug, values, count, options.clamp);
     if (info.type == AttrType::Matrix && count == 16)
         return writeMatrix(call, plug, values, count);
-    return call.fail("'" + call.scene().plugName(plug) + "' is not a numeric attribute; it needs -type \"" +
-                     attrTypeName(info.type) + "\".");
+    return call.fail("'" + call.scene().plugName(plug) +
+                     "' is not a numeric attribute; it needs -type \"" + attrTypeName(info.type) +
+                     "\".");
 }
 
 }  // namespace torvel

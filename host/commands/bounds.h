@@ -8,8 +8,7 @@ namespace torvel {
 
 using Box3d = Imath::Box3d;
 
-struct BoxOptions
-{
+struct BoxOptions {
     bool curvesExactly = false;  ///< the curves themselves instead of their control points
     bool visibleOnly = false;    ///< without hidden nodes and what is below them
 };

@@ -10,24 +10,22 @@
 
 namespace torvel {
 
-/// Boxes in space, sorted so that the nearest of many things is found without looking at all of them. It does not
-/// change once built.
-class BoxTree
-{
-public:
+/// Boxes in space, sorted so that the nearest of many things is found without looking at all of
+/// them. It does not change once built.
+class BoxTree {
+  public:
     static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
     BoxTree() = default;
     explicit BoxTree(const std::vector<Imath::Box3d>& boxes);
 
-    /// The item with the least `distance2(item)` from `point`, the lowest one of several; kNone without items. The
-    /// function is asked only for items whose box is as near as the best so far.
+    /// The item with the least `distance2(item)` from `point`, the lowest one of several; kNone
+    /// without items. The function is asked only for items whose box is as near as the best so far.
     template <class Distance2>
     std::size_t nearest(const V3d& point, Distance2 distance2) const;
 
-private:
-    struct Branch
-    {
+  private:
+    struct Branch {
         Imath::Box3d box;
         std::size_t first = 0, count = 0;  ///< leaves: items; `count` 0: an inner branch
         std::size_t right = 0;             ///< the left one follows directly
@@ -39,11 +37,10 @@ private:
     std::vector<std::size_t> m_items;
 };
 
-inline double BoxTree::boxDistance2(const Imath::Box3d& box, const V3d& point)
-{
+inline double BoxTree::boxDistance2(const Imath::Box3d& box, const V3d& point) {
     double sum = 0.0;
     for (int axis = 0; axis < 3; ++axis) {
-        const double out = point[axis] < box.min[axis] ? box.min[axis] - point[axis]
+        const double out = point[axis] < box.min[axis]   ? box.min[axis] - point[axis]
                            : point[axis] > box.max[axis] ? point[axis] - box.max[axis]
                                                          : 0.0;
         sum += out * out;
@@ -52,8 +49,7 @@ inline double BoxTree::boxDistance2(const Imath::Box3d& box, const V3d& point)
 }
 
 template <class Distance2>
-std::size_t BoxTree::nearest(const V3d& point, Distance2 distance2) const
-{
+std::size_t BoxTree::nearest(const V3d& point, Distance2 distance2) const {
     std::size_t best = kNone;
     double least = std::numeric_limits<double>::infinity();
     std::size_t waiting[128];  // twice the depth of any tree that fits into memory

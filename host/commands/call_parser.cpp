@@ -13,22 +13,26 @@ namespace {
 
 constexpr double kDegreesPerRadian = 57.295779513082320876798;
 
-struct Unit
-{
+struct Unit {
     const char* name;
     double factor;
 };
-constexpr Unit kAngleUnits[] = {{"", 1.0},          {"deg", 1.0},           {"degree", 1.0}, {"rad", kDegreesPerRadian},
-                                {"radian", kDegreesPerRadian}, {"min", 1.0 / 60.0}, {"sec", 1.0 / 3600.0}};
-constexpr Unit kLengthUnits[] = {{"", 1.0},       {"mm", 0.1},          {"millimeter", 0.1}, {"cm", 1.0},
-                                 {"centimeter", 1.0}, {"m", 100.0},     {"meter", 100.0},    {"km", 100000.0},
-                                 {"kilometer", 100000.0}, {"in", 2.54}, {"inch", 2.54},      {"ft", 30.48},
-                                 {"foot", 30.48}, {"yd", 91.44},        {"yard", 91.44},     {"mi", 160934.4},
-                                 {"mile", 160934.4}};
+constexpr Unit kAngleUnits[] = {{"", 1.0},
+                                {"deg", 1.0},
+                                {"degree", 1.0},
+                                {"rad", kDegreesPerRadian},
+                                {"radian", kDegreesPerRadian},
+                                {"min", 1.0 / 60.0},
+                                {"sec", 1.0 / 3600.0}};
+constexpr Unit kLengthUnits[] = {{"", 1.0},        {"mm", 0.1},         {"millimeter", 0.1},
+                                 {"cm", 1.0},      {"centimeter", 1.0}, {"m", 100.0},
+                                 {"meter", 100.0}, {"km", 100000.0},    {"kilometer", 100000.0},
+                                 {"in", 2.54},     {"inch", 2.54},      {"ft", 30.48},
+                                 {"foot", 30.48},  {"yd", 91.44},       {"yard", 91.44},
+                                 {"mi", 160934.4}, {"mile", 160934.4}};
 
 template <std::size_t N>
-bool readWithUnit(const std::string& text, const Unit (&units)[N], double& value)
-{
+bool readWithUnit(const std::string& text, const Unit (&units)[N], double& value) {
     char* end = nullptr;
     const double number = std::strtod(text.c_str(), &end);
     if (end == text.c_str())
@@ -43,39 +47,34 @@ bool readWithUnit(const std::string& text, const Unit (&units)[N], double& value
     return false;
 }
 
-bool readNumber(const std::string& text, double& value)
-{
+bool readNumber(const std::string& text, double& value) {
     static constexpr Unit kNone[] = {{"", 1.0}};
     return readWithUnit(text, kNone, value);
 }
 
-bool hasStar(const FlagRow& row)
-{
+bool hasStar(const FlagRow& row) {
     const std::size_t length = std::strlen(row.args);
     return length > 0 && row.args[length - 1] == '*';
 }
 
-std::size_t letterCount(const FlagRow& row)
-{
+std::size_t letterCount(const FlagRow& row) {
     return std::strlen(row.args) - (hasStar(row) ? 1 : 0);
 }
 
-bool isSwitch(const FlagRow& row)
-{
+bool isSwitch(const FlagRow& row) {
     return row.args[0] == '\0';
 }
 
-const FlagRow* findRow(const Command& command, std::string_view name)
-{
+const FlagRow* findRow(const Command& command, std::string_view name) {
     for (std::size_t i = 0; i < command.flagCount; ++i)
         if (name == command.flags[i].longName || name == command.flags[i].shortName)
             return &command.flags[i];
     return nullptr;
 }
 
-// The mode that a flag name switches on; kCreate when the name is no mode or is a flag of the command's own.
-Mode modeOf(const Command& command, std::string_view name)
-{
+// The mode that a flag name switches on; kCreate when the name is no mode or is a flag of the
+// command's own.
+Mode modeOf(const Command& command, std::string_view name) {
     const bool query = name == "q" || name == "query";
     const bool edit = name == "e" || name == "edit";
     if ((!query && !edit) || findRow(command, name))
@@ -83,22 +82,20 @@ Mode modeOf(const Command& command, std::string_view name)
     return query ? kQuery : kEdit;
 }
 
-const char* letterName(char letter)
-{
+const char* letterName(char letter) {
     switch (letter) {
-    case 's': return "string";
-    case 'i': return "int";
-    case 'd': return "float";
-    case 'a': return "angle";
-    case 'l': return "distance";
-    case 'b': return "bool";
-    case 't': return "time";
-    default: return "any value";
+        case 's': return "string";
+        case 'i': return "int";
+        case 'd': return "float";
+        case 'a': return "angle";
+        case 'l': return "distance";
+        case 'b': return "bool";
+        case 't': return "time";
+        default: return "any value";
     }
 }
 
-std::string typeName(const Value& value)
-{
+std::string typeName(const Value& value) {
     if (value.isBool())
         return "bool";
     if (value.isInt())
@@ -110,19 +107,18 @@ std::string typeName(const Value& value)
     return value.isNone() ? "None" : "list";
 }
 
-std::string expectedTypes(const FlagRow& row)
-{
+std::string expectedTypes(const FlagRow& row) {
     const std::size_t count = letterCount(row);
     if (count == 1)
-        return hasStar(row) ? std::string("[ ") + letterName(row.args[0]) + ", ... ]" : letterName(row.args[0]);
+        return hasStar(row) ? std::string("[ ") + letterName(row.args[0]) + ", ... ]"
+                            : letterName(row.args[0]);
     std::string text = "( ";
     for (std::size_t i = 0; i < count; ++i)
         text += std::string(i ? ", " : "") + letterName(row.args[i]);
     return text + " )";
 }
 
-std::string givenTypes(const std::vector<Value>& values)
-{
+std::string givenTypes(const std::vector<Value>& values) {
     if (values.size() == 1 && !values[0].isList())
         return typeName(values[0]);
     std::string text = "[ ";
@@ -131,25 +127,22 @@ std::string givenTypes(const std::vector<Value>& values)
     return text + (values.empty() ? "]" : " ]");
 }
 
-Status wrongArguments(const RawFlag& raw, const FlagRow& row, const std::vector<Value>& values)
-{
-    return Status::usage("Invalid arguments for flag '" + raw.name + "'.  Expected " + expectedTypes(row) + ", got " +
-                         givenTypes(values));
+Status wrongArguments(const RawFlag& raw, const FlagRow& row, const std::vector<Value>& values) {
+    return Status::usage("Invalid arguments for flag '" + raw.name + "'.  Expected " +
+                         expectedTypes(row) + ", got " + givenTypes(values));
 }
 
-Status invalidFlag(const RawFlag& raw)
-{
-    return Status::usage(raw.fromPython ? "Invalid flag '" + raw.name + "'" : "Invalid flag '-" + raw.name + "'.");
+Status invalidFlag(const RawFlag& raw) {
+    return Status::usage(raw.fromPython ? "Invalid flag '" + raw.name + "'"
+                                        : "Invalid flag '-" + raw.name + "'.");
 }
 
-Status needsBool(const RawFlag& raw, bool query)
-{
+Status needsBool(const RawFlag& raw, bool query) {
     return Status::usage("Flag '" + raw.name + "' must be passed a boolean argument" +
                          (query ? " when query flag is set" : ""));
 }
 
-std::string textOfNumber(const Value& value)
-{
+std::string textOfNumber(const Value& value) {
     if (!value.isDouble())
         return std::to_string(value.integer());
     char buffer[40];
@@ -157,8 +150,7 @@ std::string textOfNumber(const Value& value)
     return buffer;
 }
 
-bool takeText(Value& value, bool strict)
-{
+bool takeText(Value& value, bool strict) {
     if (value.isString())
         return true;
     if (strict || !value.isNumber())
@@ -167,8 +159,7 @@ bool takeText(Value& value, bool strict)
     return true;
 }
 
-bool takeInteger(Value& value, bool strict)
-{
+bool takeInteger(Value& value, bool strict) {
     double number = value.number();
     if (value.isString() ? strict || !readNumber(value.string(), number) : !value.isNumber())
         return false;
@@ -180,8 +171,7 @@ bool takeInteger(Value& value, bool strict)
     return true;
 }
 
-bool takeBool(Value& value)
-{
+bool takeBool(Value& value) {
     if (value.isNumber()) {
         value = Value(value.number() != 0.0);
         return true;
@@ -197,8 +187,7 @@ bool takeBool(Value& value)
 }
 
 template <std::size_t N>
-bool takeMeasure(Value& value, const Unit (&units)[N])
-{
+bool takeMeasure(Value& value, const Unit (&units)[N]) {
     double number = value.number();
     if (value.isString() ? !readWithUnit(value.string(), units, number) : !value.isNumber())
         return false;
@@ -206,8 +195,7 @@ bool takeMeasure(Value& value, const Unit (&units)[N])
     return true;
 }
 
-bool takeNumber(Value& value, bool strict)
-{
+bool takeNumber(Value& value, bool strict) {
     double number = value.number();
     if (value.isString() ? strict || !readNumber(value.string(), number) : !value.isNumber())
         return false;
@@ -215,24 +203,23 @@ bool takeNumber(Value& value, bool strict)
     return true;
 }
 
-// Brings a value into the shape that the letter asks for. Python is strict about texts and floats, MEL converts.
-bool takeAs(char letter, Value& value, bool strict)
-{
+// Brings a value into the shape that the letter asks for. Python is strict about texts and floats,
+// MEL converts.
+bool takeAs(char letter, Value& value, bool strict) {
     switch (letter) {
-    case 's': return takeText(value, strict);
-    case 'i': return takeInteger(value, strict);
-    case 'd': return takeNumber(value, strict);
-    case 'a': return takeMeasure(value, kAngleUnits);
-    case 'l': return takeMeasure(value, kLengthUnits);
-    case 'b': return takeBool(value);
-    case 't': return value.isNumber() || value.isString();
-    default: return true;
+        case 's': return takeText(value, strict);
+        case 'i': return takeInteger(value, strict);
+        case 'd': return takeNumber(value, strict);
+        case 'a': return takeMeasure(value, kAngleUnits);
+        case 'l': return takeMeasure(value, kLengthUnits);
+        case 'b': return takeBool(value);
+        case 't': return value.isNumber() || value.isString();
+        default: return true;
     }
 }
 
 // One use of a flag: the count and each type.
-bool takeAll(const FlagRow& row, std::vector<Value>& values, bool strict)
-{
+bool takeAll(const FlagRow& row, std::vector<Value>& values, bool strict) {
     const std::size_t letters = letterCount(row);
     const bool star = hasStar(row);
     if (star ? values.size() + 1 < letters : values.size() != letters)
@@ -243,8 +230,8 @@ bool takeAll(const FlagRow& row, std::vector<Value>& values, bool strict)
     return true;
 }
 
-Status addUse(const RawFlag& raw, const FlagRow& row, std::vector<Value> values, CommandCall& call)
-{
+Status addUse(const RawFlag& raw, const FlagRow& row, std::vector<Value> values,
+              CommandCall& call) {
     FlagUse use;
     use.row = &row;
     use.values = std::move(values);
@@ -255,31 +242,33 @@ Status addUse(const RawFlag& raw, const FlagRow& row, std::vector<Value> values,
     return Status::ok();
 }
 
-// A list for a flag that may stand several times: one use for each item, unless it is one use's values in a row.
-Status addMany(const RawFlag& raw, const FlagRow& row, const Value::List& items, CommandCall& call)
-{
+// A list for a flag that may stand several times: one use for each item, unless it is one use's
+// values in a row.
+Status addMany(const RawFlag& raw, const FlagRow& row, const Value::List& items,
+               CommandCall& call) {
     const bool nested = !items.empty() && items[0].isList();
     if (!nested && (letterCount(row) > 1 || hasStar(row)))
         return addUse(raw, row, items, call);
     for (const Value& item : items) {
-        const Status added = item.isList() && row.args[0] != '?' ? addUse(raw, row, item.list(), call)
-                                                                 : addUse(raw, row, {item}, call);
+        const Status added = item.isList() && row.args[0] != '?'
+                                 ? addUse(raw, row, item.list(), call)
+                                 : addUse(raw, row, {item}, call);
         if (!added)
             return added;
     }
     return Status::ok();
 }
 
-Status addPythonValue(const RawFlag& raw, const FlagRow& row, CommandCall& call)
-{
+Status addPythonValue(const RawFlag& raw, const FlagRow& row, CommandCall& call) {
     const Value& value = raw.values[0];
-    if (!value.isList() || (letterCount(row) == 1 && row.args[0] == '?' && !row.multiUse && !hasStar(row)))
+    if (!value.isList() ||
+        (letterCount(row) == 1 && row.args[0] == '?' && !row.multiUse && !hasStar(row)))
         return addUse(raw, row, {value}, call);
-    return row.multiUse ? addMany(raw, row, value.list(), call) : addUse(raw, row, value.list(), call);
+    return row.multiUse ? addMany(raw, row, value.list(), call)
+                        : addUse(raw, row, value.list(), call);
 }
 
-Status addSwitch(const RawFlag& raw, const FlagRow& row, CommandCall& call)
-{
+Status addSwitch(const RawFlag& raw, const FlagRow& row, CommandCall& call) {
     if (!raw.fromPython && !raw.values.empty())
         return wrongArguments(raw, row, raw.values);
     if (raw.fromPython && !raw.values[0].isBool() && !raw.values[0].isInt())
@@ -293,8 +282,7 @@ Status addSwitch(const RawFlag& raw, const FlagRow& row, CommandCall& call)
 }
 
 // In query mode a flag stands alone (True from Python) unless it needs its value there, too.
-Status addQueried(const RawFlag& raw, const FlagRow& row, CommandCall& call)
-{
+Status addQueried(const RawFlag& raw, const FlagRow& row, CommandCall& call) {
     const bool plain = raw.values.empty() || raw.values[0].isBool() || raw.values[0].isInt();
     if (!plain)
         return needsBool(raw, true);
@@ -306,13 +294,12 @@ Status addQueried(const RawFlag& raw, const FlagRow& row, CommandCall& call)
     return Status::ok();
 }
 
-bool wantsValueInQuery(const RawFlag& raw, const FlagRow& row)
-{
-    return row.queryTakesValue && !raw.values.empty() && !(raw.values[0].isBool() && row.args[0] != 'b');
+bool wantsValueInQuery(const RawFlag& raw, const FlagRow& row) {
+    return row.queryTakesValue && !raw.values.empty() &&
+           !(raw.values[0].isBool() && row.args[0] != 'b');
 }
 
-Status checkUse(const RawFlag& raw, const FlagRow& row, const CommandCall& call)
-{
+Status checkUse(const RawFlag& raw, const FlagRow& row, const CommandCall& call) {
     if ((row.modes & call.m_mode) == 0) {
         const char* mode = call.isQuery() ? "query" : call.isEdit() ? "edit" : "create";
         return Status::usage("Flag '" + raw.name + "' cannot be used in " + mode + " mode.");
@@ -321,12 +308,12 @@ Status checkUse(const RawFlag& raw, const FlagRow& row, const CommandCall& call)
         return Status::ok();
     for (const FlagUse& use : call.m_flags)
         if (use.row == &row)
-            return Status::usage("Flag '" + std::string(row.longName) + "' is given by its long and its short name.");
+            return Status::usage("Flag '" + std::string(row.longName) +
+                                 "' is given by its long and its short name.");
     return Status::ok();
 }
 
-Status addFlag(const Command& command, const RawFlag& raw, CommandCall& call)
-{
+Status addFlag(const Command& command, const RawFlag& raw, CommandCall& call) {
     const FlagRow* row = findRow(command, raw.name);
     if (!row)
         return invalidFlag(raw);
@@ -341,12 +328,12 @@ Status addFlag(const Command& command, const RawFlag& raw, CommandCall& call)
     return raw.fromPython ? addPythonValue(raw, *row, call) : addUse(raw, *row, raw.values, call);
 }
 
-Status readMode(const Command& command, const RawFlag& raw, CommandCall& call)
-{
+Status readMode(const Command& command, const RawFlag& raw, CommandCall& call) {
     const Mode mode = modeOf(command, raw.name);
     if (mode == kCreate)
         return Status::ok();
-    if (raw.fromPython && (raw.values.empty() || !(raw.values[0].isBool() || raw.values[0].isInt())))
+    if (raw.fromPython &&
+        (raw.values.empty() || !(raw.values[0].isBool() || raw.values[0].isInt())))
         return needsBool(raw, false);
     if (raw.fromPython && !raw.values[0].truth())
         return Status::ok();
@@ -357,16 +344,14 @@ Status readMode(const Command& command, const RawFlag& raw, CommandCall& call)
 }
 
 // A flat list is the usual case and is moved as a whole.
-bool isFlat(const std::vector<Value>& args)
-{
+bool isFlat(const std::vector<Value>& args) {
     for (const Value& value : args)
         if (value.isNone() || value.isList() || value.isBool() || value.isTuple())
             return false;
     return true;
 }
 
-Status flatten(const Value& value, int depth, std::vector<Value>& out)
-{
+Status flatten(const Value& value, int depth, std::vector<Value>& out) {
     if (value.isNone())
         return Status::ok();
     if (value.isTuple()) {
@@ -387,8 +372,7 @@ Status flatten(const Value& value, int depth, std::vector<Value>& out)
     return Status::ok();
 }
 
-Status takePositional(std::vector<Value> args, CommandCall& call)
-{
+Status takePositional(std::vector<Value> args, CommandCall& call) {
     if (isFlat(args)) {
         call.m_args = std::move(args);
         return Status::ok();
@@ -399,15 +383,14 @@ Status takePositional(std::vector<Value> args, CommandCall& call)
     return Status::ok();
 }
 
-Status noMatch(std::string_view text)
-{
+Status noMatch(std::string_view text) {
     return Status::notFound("No object matches name: " + std::string(text));
 }
 
 }  // namespace
 
-Status parseCall(const Command& command, const std::vector<RawFlag>& flags, std::vector<Value> args, CommandCall& call)
-{
+Status parseCall(const Command& command, const std::vector<RawFlag>& flags, std::vector<Value> args,
+                 CommandCall& call) {
     for (const RawFlag& raw : flags)
         if (const Status done = readMode(command, raw, call); !done)
             return done;
@@ -421,8 +404,7 @@ Status parseCall(const Command& command, const std::vector<RawFlag>& flags, std:
     return takePositional(std::move(args), call);
 }
 
-int melArgumentCount(const Command& command, std::string_view flag, bool query)
-{
+int melArgumentCount(const Command& command, std::string_view flag, bool query) {
     const FlagRow* row = findRow(command, flag);
     if (!row)
         return modeOf(command, flag) != kCreate ? 0 : -1;
@@ -431,21 +413,18 @@ int melArgumentCount(const Command& command, std::string_view flag, bool query)
     return hasStar(*row) ? std::numeric_limits<int>::max() : static_cast<int>(letterCount(*row));
 }
 
-Scene& CommandCall::scene() const
-{
+Scene& CommandCall::scene() const {
     return m_session.scene();
 }
 
-const FlagUse* CommandCall::use(std::string_view longName) const
-{
+const FlagUse* CommandCall::use(std::string_view longName) const {
     for (std::size_t i = m_flags.size(); i-- > 0;)
         if (longName == m_flags[i].row->longName)
             return &m_flags[i];
     return nullptr;
 }
 
-std::vector<const FlagUse*> CommandCall::uses(std::string_view longName) const
-{
+std::vector<const FlagUse*> CommandCall::uses(std::string_view longName) const {
     std::vector<const FlagUse*> found;
     for (const FlagUse& flag : m_flags)
         if (longName == flag.row->longName)
@@ -453,8 +432,7 @@ std::vector<const FlagUse*> CommandCall::uses(std::string_view longName) const
     return found;
 }
 
-std::string CommandCall::text(std::string_view longName, std::string fallback) const
-{
+std::string CommandCall::text(std::string_view longName, std::string fallback) const {
     const FlagUse* found = use(longName);
     if (!found || found->values.empty())
         return fallback;
@@ -464,8 +442,7 @@ std::string CommandCall::text(std::string_view longName, std::string fallback) c
     return value.isNumber() ? textOfNumber(value) : fallback;
 }
 
-double CommandCall::number(std::string_view longName, double fallback, std::size_t at) const
-{
+double CommandCall::number(std::string_view longName, double fallback, std::size_t at) const {
     const FlagUse* found = use(longName);
     if (!found || at >= found->values.size())
         return fallback;
@@ -476,24 +453,21 @@ double CommandCall::number(std::string_view longName, double fallback, std::size
     return number;
 }
 
-int CommandCall::integer(std::string_view longName, int fallback) const
-{
+int CommandCall::integer(std::string_view longName, int fallback) const {
     const double value = number(longName, fallback);
     if (!(value > -2147483648.5 && value < 2147483647.5))
         return fallback;
     return static_cast<int>(value);
 }
 
-bool CommandCall::flag(std::string_view longName, bool fallback) const
-{
+bool CommandCall::flag(std::string_view longName, bool fallback) const {
     const FlagUse* found = use(longName);
     if (!found)
         return fallback;
     return found->values.empty() ? found->on : found->values[0].truth();
 }
 
-std::vector<std::string> CommandCall::texts() const
-{
+std::vector<std::string> CommandCall::texts() const {
     std::vector<std::string> texts;
     texts.reserve(m_args.size());
     for (const Value& value : m_args)
@@ -501,16 +475,14 @@ std::vector<std::string> CommandCall::texts() const
     return texts;
 }
 
-Status CommandCall::objectsOrSelection(std::vector<NodeHandle>& out) const
-{
+Status CommandCall::objectsOrSelection(std::vector<NodeHandle>& out) const {
     if (!m_args.empty())
         return objects(out);
     out = scene().selection().nodes();
     return Status::ok();
 }
 
-Status CommandCall::objects(std::vector<NodeHandle>& out) const
-{
+Status CommandCall::objects(std::vector<NodeHandle>& out) const {
     const Names& names = scene().names();
     for (const std::string& text : texts()) {
         if (names.isPattern(text)) {
@@ -528,16 +500,14 @@ Status CommandCall::objects(std::vector<NodeHandle>& out) const
     return Status::ok();
 }
 
-Status CommandCall::resolve(const std::string& text, NodeHandle& out) const
-{
+Status CommandCall::resolve(const std::string& text, NodeHandle& out) const {
     const Names& names = scene().names();
     const std::string_view name = Names::trimmed(text);
     out = names.lookUp(name);
     return out.isNull() ? names.findOne(name, out) : Status::ok();
 }
 
-Status CommandCall::resolvePlug(const std::string& text, Plug& out) const
-{
+Status CommandCall::resolvePlug(const std::string& text, Plug& out) const {
     const std::string_view whole = Names::trimmed(text);
     const std::size_t dot = whole.find('.');
     if (dot == std::string_view::npos || dot == 0)
@@ -551,8 +521,7 @@ Status CommandCall::resolvePlug(const std::string& text, Plug& out) const
     return node.isNull() || out.isNull() ? noMatch(whole) : Status::ok();
 }
 
-Status CommandCall::fail(const std::string& text) const
-{
+Status CommandCall::fail(const std::string& text) const {
     return Status::failure(m_name + ": " + text);
 }
 

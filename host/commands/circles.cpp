@@ -42,13 +42,11 @@ const char* const kNumbers[] = {"centerX",     "centerY",     "centerZ",     "de
                                 "normalX",     "normalY",     "normalZ",     "radius",
                                 "sections",    "sweep",       "tolerance",   "useTolerance"};
 
-double unitOf(const std::string& flag)
-{
+double unitOf(const std::string& flag) {
     return flag == "sweep" ? kDegToRad : 1.0;
 }
 
-Status checkAmounts(const CommandCall& call)
-{
+Status checkAmounts(const CommandCall& call) {
     if (call.has("degree") && call.integer("degree") != 1 && call.integer("degree") != 3)
         return call.fail("The degree of a circle is 1 or 3.");
     const bool closed = std::abs(call.number("sweep", 360.0)) >= 360.0;
@@ -58,8 +56,7 @@ Status checkAmounts(const CommandCall& call)
     return Status::ok();
 }
 
-void setAmounts(const CommandCall& call, NodeHandle maker)
-{
+void setAmounts(const CommandCall& call, NodeHandle maker) {
     Scene& scene = call.scene();
     for (const char* flag : kVectors)
         if (call.has(flag))
@@ -71,8 +68,7 @@ void setAmounts(const CommandCall& call, NodeHandle maker)
             scene.setNumber(scene.findPlug(maker, flag), call.number(flag) * unitOf(flag));
 }
 
-Status createCircle(const CommandCall& call, Value& result)
-{
+Status createCircle(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
     NodeHandle maker, transform, shape;
     if (Status made = scene.createNode("makeNurbCircle", {}, {}, maker); !made)
@@ -108,8 +104,7 @@ Status createCircle(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-Status makerOf(const CommandCall& call, NodeHandle& maker)
-{
+Status makerOf(const CommandCall& call, NodeHandle& maker) {
     const Scene& scene = call.scene();
     std::vector<NodeHandle> nodes;
     if (Status found = call.objectsOrSelection(nodes); !found)
@@ -123,8 +118,7 @@ Status makerOf(const CommandCall& call, NodeHandle& maker)
     return call.fail("There is no circle with construction history.");
 }
 
-Status queryCircle(const CommandCall& call, NodeHandle maker, Value& result)
-{
+Status queryCircle(const CommandCall& call, NodeHandle maker, Value& result) {
     const Scene& scene = call.scene();
     for (const char* flag : kVectors)
         if (call.has(flag)) {
@@ -145,8 +139,7 @@ Status queryCircle(const CommandCall& call, NodeHandle maker, Value& result)
     return call.fail("Needs a flag that tells what to query.");
 }
 
-Status circle(const CommandCall& call, Value& result)
-{
+Status circle(const CommandCall& call, Value& result) {
     if (call.isCreate() && !call.args().empty())
         return call.fail("Takes no objects.");
     if (Status sound = call.isQuery() ? Status::ok() : checkAmounts(call); !sound)
@@ -167,8 +160,7 @@ const Command kCircleCommands[] = {{"circle", kCircleFlags, countOf(kCircleFlags
 
 }  // namespace
 
-CommandTable circleCommands()
-{
+CommandTable circleCommands() {
     return {kCircleCommands, std::size(kCircleCommands)};
 }
 

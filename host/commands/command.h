@@ -17,10 +17,11 @@ class Session;
 enum Mode : unsigned { kCreate = 1, kEdit = 2, kQuery = 4, kAllModes = 7 };
 
 /// One flag of a command. `args` has one letter for each argument:
-///   s text, i integer, d number, a angle (degrees unless "45deg"), l length, b on/off, t time, ? any value.
-/// An empty text: a switch (takes a bool from Python). `*` as last letter: any number of values in one use.
-struct FlagRow
-{
+///   s text, i integer, d number, a angle (degrees unless "45deg"), l length, b on/off, t time, ?
+///   any value.
+/// An empty text: a switch (takes a bool from Python). `*` as last letter: any number of values in
+/// one use.
+struct FlagRow {
     const char* longName;
     const char* shortName;
     const char* args = "";
@@ -30,17 +31,15 @@ struct FlagRow
 };
 
 /// One use of a flag with its values.
-struct FlagUse
-{
+struct FlagUse {
     const FlagRow* row = nullptr;
     std::vector<Value> values;
     bool on = true;  ///< a switch given as False is dropped by the parser, never seen here
 };
 
 /// A parsed call. Flags and counts are checked already; objects are the positional values as given.
-class CommandCall
-{
-public:
+class CommandCall {
+  public:
     CommandCall(Session& session, std::string_view name) : m_session(session), m_name(name) {}
 
     Session& session() const { return m_session; }
@@ -52,7 +51,7 @@ public:
     bool isCreate() const { return m_mode == kCreate; }
 
     bool has(std::string_view longName) const { return use(longName) != nullptr; }
-    const FlagUse* use(std::string_view longName) const;                 ///< last use, null when absent
+    const FlagUse* use(std::string_view longName) const;  ///< last use, null when absent
     std::vector<const FlagUse*> uses(std::string_view longName) const;
     std::string text(std::string_view longName, std::string fallback = {}) const;
     double number(std::string_view longName, double fallback = 0.0, std::size_t at = 0) const;
@@ -60,12 +59,14 @@ public:
     /// A switch or an on/off flag; `fallback` when absent.
     bool flag(std::string_view longName, bool fallback = false) const;
 
-    const std::vector<Value>& args() const { return m_args; }            ///< positional values, flattened
-    std::vector<std::string> texts() const;                              ///< positional texts
-    /// Positional objects resolved; none given: the selected nodes. "No object matches name: x" etc.
+    const std::vector<Value>& args() const { return m_args; }  ///< positional values, flattened
+    std::vector<std::string> texts() const;                    ///< positional texts
+    /// Positional objects resolved; none given: the selected nodes. "No object matches name: x"
+    /// etc.
     Status objectsOrSelection(std::vector<NodeHandle>& out) const;
-    Status objects(std::vector<NodeHandle>& out) const;                  ///< without the selection
-    Status resolve(const std::string& text, NodeHandle& out) const;      ///< blanks around the name ignored
+    Status objects(std::vector<NodeHandle>& out) const;  ///< without the selection
+    Status resolve(const std::string& text,
+                   NodeHandle& out) const;  ///< blanks around the name ignored
     /// "node.attr..." resolved; the node part may be a path.
     Status resolvePlug(const std::string& text, Plug& out) const;
 
@@ -77,14 +78,14 @@ public:
     std::vector<FlagUse> m_flags;
     std::vector<Value> m_args;
 
-private:
+  private:
     Session& m_session;
     std::string m_name;
 };
 
-/// One command as data: name, flags, one function. `run` leaves `result` none for "nothing returned".
-struct Command
-{
+/// One command as data: name, flags, one function. `run` leaves `result` none for "nothing
+/// returned".
+struct Command {
     const char* name;
     const FlagRow* flags;
     std::size_t flagCount;
@@ -93,24 +94,24 @@ struct Command
 };
 
 /// One named argument as a language hands it over: flag name without dash and its raw value(s).
-struct RawFlag
-{
+struct RawFlag {
     std::string name;
-    std::vector<Value> values;  ///< MEL: exactly what followed; Python: the value, lists kept as one Value
+    std::vector<Value>
+        values;  ///< MEL: exactly what followed; Python: the value, lists kept as one Value
     bool fromPython = false;
 };
 
-/// Checks names, modes, counts and types against the command's rows and fills `call`. Texts of the errors:
-/// "Invalid flag 'x'" , "Flag 'x' must be passed a boolean argument" ...
-Status parseCall(const Command& command, const std::vector<RawFlag>& flags, std::vector<Value> args, CommandCall& call);
+/// Checks names, modes, counts and types against the command's rows and fills `call`. Texts of the
+/// errors: "Invalid flag 'x'" , "Flag 'x' must be passed a boolean argument" ...
+Status parseCall(const Command& command, const std::vector<RawFlag>& flags, std::vector<Value> args,
+                 CommandCall& call);
 
-/// Number of arguments that a MEL flag eats: -1 unknown flag, given the mode (query flags eat none unless
-/// queryTakesValue).
+/// Number of arguments that a MEL flag eats: -1 unknown flag, given the mode (query flags eat none
+/// unless queryTakesValue).
 int melArgumentCount(const Command& command, std::string_view flag, bool query);
 
 template <std::size_t N>
-constexpr std::size_t countOf(const FlagRow (&)[N])
-{
+constexpr std::size_t countOf(const FlagRow (&)[N]) {
     return N;
 }
 

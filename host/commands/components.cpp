@@ -10,24 +10,21 @@
 namespace torvel {
 namespace {
 
-struct Kind
-{
+struct Kind {
     const char* name;
     const char* shortName;
 };
 
 // What scripts may write and the form that is kept.
-constexpr Kind kKinds[] = {{"vtx", "vtx"}, {"vrts", "vtx"}, {"cv", "cv"},         {"controlPoints", "cv"},
-                           {"cp", "cv"},   {"f", "f"},      {"faces", "f"},       {"e", "e"}};
+constexpr Kind kKinds[] = {{"vtx", "vtx"}, {"vrts", "vtx"}, {"cv", "cv"},   {"controlPoints", "cv"},
+                           {"cp", "cv"},   {"f", "f"},      {"faces", "f"}, {"e", "e"}};
 
-struct Range
-{
+struct Range {
     int first = 0, last = 0;
     bool all = false;
 };
 
-bool parseRange(std::string_view text, Range& range)
-{
+bool parseRange(std::string_view text, Range& range) {
     if (text == "*") {
         range.all = true;
         return true;
@@ -44,8 +41,7 @@ bool parseRange(std::string_view text, Range& range)
 }
 
 // "vtx[0:3]" in its parts.
-bool parseComponent(std::string_view text, std::string& kind, Range& range)
-{
+bool parseComponent(std::string_view text, std::string& kind, Range& range) {
     const std::size_t open = text.find('[');
     if (open == std::string_view::npos || text.back() != ']')
         return false;
@@ -55,8 +51,7 @@ bool parseComponent(std::string_view text, std::string& kind, Range& range)
     return !kind.empty() && parseRange(text.substr(open + 1, text.size() - open - 2), range);
 }
 
-NodeHandle shapeWith(const Scene& scene, NodeHandle node, const std::string& kind)
-{
+NodeHandle shapeWith(const Scene& scene, NodeHandle node, const std::string& kind) {
     std::vector<NodeHandle> candidates{node};
     if (!scene.node(node)->type->is(kShapeType))
         candidates = scene.node(node)->children;
@@ -67,16 +62,14 @@ NodeHandle shapeWith(const Scene& scene, NodeHandle node, const std::string& kin
     return {};
 }
 
-std::string rangeText(const std::string& kind, int first, int last)
-{
+std::string rangeText(const std::string& kind, int first, int last) {
     const std::string end = last > first ? ":" + std::to_string(last) : std::string();
     return kind + "[" + std::to_string(first) + end + "]";
 }
 
 }  // namespace
 
-std::vector<SelectionItem> singleComponents(const SelectionItem& item)
-{
+std::vector<SelectionItem> singleComponents(const SelectionItem& item) {
     std::string kind;
     Range range;
     if (item.component.empty() || !parseComponent(item.component, kind, range) || range.all)
@@ -89,8 +82,7 @@ std::vector<SelectionItem> singleComponents(const SelectionItem& item)
     return singles;
 }
 
-NodeHandle componentOwner(const Scene& scene, const SelectionItem& item)
-{
+NodeHandle componentOwner(const Scene& scene, const SelectionItem& item) {
     const Node* shape = scene.node(item.node);
     if (item.component.empty() || !shape || shape->parents.empty())
         return item.node;
@@ -102,8 +94,7 @@ NodeHandle componentOwner(const Scene& scene, const SelectionItem& item)
     return parent;
 }
 
-int componentCount(const Scene& scene, NodeHandle shape, std::string_view kind)
-{
+int componentCount(const Scene& scene, NodeHandle shape, std::string_view kind) {
     if (kind == "cv") {
         const auto curve = curveOf(scene, shape);
         if (!curve)
@@ -119,12 +110,12 @@ int componentCount(const Scene& scene, NodeHandle shape, std::string_view kind)
     return kind == "f" && mesh->topology ? static_cast<int>(mesh->topology->faceCounts.size()) : 0;
 }
 
-bool componentItems(const Scene& scene, const std::string& text, std::vector<SelectionItem>& out)
-{
+bool componentItems(const Scene& scene, const std::string& text, std::vector<SelectionItem>& out) {
     const std::size_t dot = text.find('.');
     std::string kind;
     Range range;
-    if (dot == std::string::npos || !parseComponent(std::string_view(text).substr(dot + 1), kind, range))
+    if (dot == std::string::npos ||
+        !parseComponent(std::string_view(text).substr(dot + 1), kind, range))
         return false;
     bool any = false;
     for (NodeHandle node : scene.names().find(text.substr(0, dot))) {
@@ -145,12 +136,13 @@ bool componentItems(const Scene& scene, const std::string& text, std::vector<Sel
 
 namespace {
 
-std::vector<int> verticesOfFaces(const MeshTopology& topology, int first, int last)
-{
+std::vector<int> verticesOfFaces(const MeshTopology& topology, int first, int last) {
     std::vector<int> vertices;
     std::size_t at = 0;
-    for (int face = 0; face <= last && face < static_cast<int>(topology.faceCounts.size()); ++face) {
-        const std::size_t count = static_cast<std::size_t>(topology.faceCounts[static_cast<std::size_t>(face)]);
+    for (int face = 0; face <= last && face < static_cast<int>(topology.faceCounts.size());
+         ++face) {
+        const std::size_t count =
+            static_cast<std::size_t>(topology.faceCounts[static_cast<std::size_t>(face)]);
         for (std::size_t i = 0; i < count && face >= first; ++i)
             vertices.push_back(topology.faceVertices[at + i]);
         at += count;
@@ -162,14 +154,14 @@ std::vector<int> verticesOfFaces(const MeshTopology& topology, int first, int la
 
 }  // namespace
 
-bool pointsOfItem(const Scene& scene, const SelectionItem& item, PointSet& out)
-{
+bool pointsOfItem(const Scene& scene, const SelectionItem& item, PointSet& out) {
     std::string kind;
     Range range;
     if (item.component.empty() || !parseComponent(item.component, kind, range))
         return false;
     const int count = componentCount(scene, item.node, kind);
-    const int first = range.all ? 0 : range.first, last = range.all ? count - 1 : std::min(range.last, count - 1);
+    const int first = range.all ? 0 : range.first,
+              last = range.all ? count - 1 : std::min(range.last, count - 1);
     out.shape = item.node;
     out.points.clear();
     if (kind == "f" && count > 0) {
@@ -181,8 +173,7 @@ bool pointsOfItem(const Scene& scene, const SelectionItem& item, PointSet& out)
     return kind == "vtx" || kind == "cv";
 }
 
-PointSet allPoints(const Scene& scene, NodeHandle shape)
-{
+PointSet allPoints(const Scene& scene, NodeHandle shape) {
     PointSet set;
     set.shape = shape;
     const int count = static_cast<int>(shapePoints(scene, shape).size());
@@ -191,8 +182,7 @@ PointSet allPoints(const Scene& scene, NodeHandle shape)
     return set;
 }
 
-std::vector<V3d> shapePoints(const Scene& scene, NodeHandle shape)
-{
+std::vector<V3d> shapePoints(const Scene& scene, NodeHandle shape) {
     if (const auto curve = curveOf(scene, shape))
         return curve->cvs;
     std::vector<V3d> points;
@@ -204,8 +194,7 @@ std::vector<V3d> shapePoints(const Scene& scene, NodeHandle shape)
 
 namespace {
 
-void moveCurvePoints(Scene& scene, const PointSet& set, const std::vector<V3d>& points)
-{
+void moveCurvePoints(Scene& scene, const PointSet& set, const std::vector<V3d>& points) {
     const auto curve = curveOf(scene, set.shape);
     std::vector<V3d> all = curve->cvs;
     for (std::size_t i = 0; i < set.points.size(); ++i)
@@ -216,8 +205,7 @@ void moveCurvePoints(Scene& scene, const PointSet& set, const std::vector<V3d>& 
     setCurvePoints(scene, set.shape, all);
 }
 
-void moveMeshPoints(Scene& scene, const PointSet& set, const std::vector<V3d>& points)
-{
+void moveMeshPoints(Scene& scene, const PointSet& set, const std::vector<V3d>& points) {
     const auto mesh = meshPoints(scene, set.shape);
     if (scene.source(scene.findPlug(set.shape, "inMesh")).isNull()) {
         MeshData own = *mesh;
@@ -236,8 +224,7 @@ void moveMeshPoints(Scene& scene, const PointSet& set, const std::vector<V3d>& p
 
 }  // namespace
 
-Status movePoints(Scene& scene, const PointSet& set, const std::vector<V3d>& points)
-{
+Status movePoints(Scene& scene, const PointSet& set, const std::vector<V3d>& points) {
     const std::size_t count = shapePoints(scene, set.shape).size();
     if (count == 0 || set.points.size() != points.size())
         return Status::failure("The shape has no points that could be moved.");

@@ -12,21 +12,18 @@ namespace {
 
 using Targets = std::vector<ConstraintTarget>;
 
-const ConstraintKind& kindOf(const CommandCall& call)
-{
+const ConstraintKind& kindOf(const CommandCall& call) {
     return *constraintKind(call.name());
 }
 
-Value nameOf(const Scene& scene, NodeHandle node)
-{
+Value nameOf(const Scene& scene, NodeHandle node) {
     return Value::strings({scene.names().shortest(node)});
 }
 
 // --- create
 // ------------------------------------------------------------------------------------------------------
 
-Status checkEnds(const CommandCall& call, const std::vector<NodeHandle>& nodes)
-{
+Status checkEnds(const CommandCall& call, const std::vector<NodeHandle>& nodes) {
     const Scene& scene = call.scene();
     if (nodes.size() < 2)
         return call.fail("Needs at least one target and the object to constrain.");
@@ -43,8 +40,7 @@ Status checkEnds(const CommandCall& call, const std::vector<NodeHandle>& nodes)
 
 // Targets that the constraint has already get the weight, the others are added.
 Status addTargets(const CommandCall& call, NodeHandle constraint,
-                  const std::vector<NodeHandle>& nodes)
-{
+                  const std::vector<NodeHandle>& nodes) {
     Scene& scene = call.scene();
     const double weight = call.number("weight", 1.0);
     for (std::size_t i = 0; i + 1 < nodes.size(); ++i) {
@@ -62,8 +58,7 @@ Status addTargets(const CommandCall& call, NodeHandle constraint,
     return Status::ok();
 }
 
-Status build(const CommandCall& call, const std::vector<NodeHandle>& nodes, NodeHandle& made)
-{
+Status build(const CommandCall& call, const std::vector<NodeHandle>& nodes, NodeHandle& made) {
     Scene& scene = call.scene();
     const ConstraintKind& kind = kindOf(call);
     const Channels present = channelsOf(scene, nodes.back());
@@ -82,8 +77,7 @@ Status build(const CommandCall& call, const std::vector<NodeHandle>& nodes, Node
 }
 
 Status createConstraint(const CommandCall& call, const std::vector<NodeHandle>& nodes,
-                        Value& result)
-{
+                        Value& result) {
     Scene& scene = call.scene();
     NodeHandle made;
     if (const Status done = build(call, nodes, made); !done) {
@@ -98,8 +92,7 @@ Status createConstraint(const CommandCall& call, const std::vector<NodeHandle>& 
 }
 
 Targets namedTargets(const Scene& scene, NodeHandle constraint,
-                     const std::vector<NodeHandle>& nodes)
-{
+                     const std::vector<NodeHandle>& nodes) {
     Targets all = constraintTargets(scene, constraint);
     all.erase(std::remove_if(all.begin(), all.end(),
                              [&](const ConstraintTarget& t) {
@@ -111,8 +104,7 @@ Targets namedTargets(const Scene& scene, NodeHandle constraint,
 }
 
 Status extendConstraint(const CommandCall& call, NodeHandle constraint,
-                        const std::vector<NodeHandle>& nodes, Value& result)
-{
+                        const std::vector<NodeHandle>& nodes, Value& result) {
     Scene& scene = call.scene();
     const Channels present = channelsOf(scene, nodes.back());
     Status done = applyConstraintFlags(call, constraint);
@@ -128,8 +120,7 @@ Status extendConstraint(const CommandCall& call, NodeHandle constraint,
     return Status::ok();
 }
 
-Status create(const CommandCall& call, Value& result)
-{
+Status create(const CommandCall& call, Value& result) {
     std::vector<NodeHandle> nodes;
     Status found = call.objectsOrSelection(nodes);
     if (found)
@@ -145,15 +136,13 @@ Status create(const CommandCall& call, Value& result)
 // --------------------------------------------------------------------------------------------------------
 
 // The call names targets, then the constraint or the object it drives.
-struct Named
-{
+struct Named {
     NodeHandle constraint;  ///< null when the object has none
     Targets targets;        ///< those named, or all when none is
     bool all = true;
 };
 
-Status named(const CommandCall& call, Named& out)
-{
+Status named(const CommandCall& call, Named& out) {
     const Scene& scene = call.scene();
     std::vector<NodeHandle> nodes;
     if (Status found = call.objectsOrSelection(nodes); !found)
@@ -178,8 +167,7 @@ Status named(const CommandCall& call, Named& out)
 }
 
 // Without its last target a constraint goes; the object keeps its values.
-bool removeTargets(Scene& scene, const Named& what)
-{
+bool removeTargets(Scene& scene, const Named& what) {
     for (const ConstraintTarget& target : what.targets)
         removeConstraintTarget(scene, what.constraint, target.element);
     if (!constraintTargets(scene, what.constraint).empty())
@@ -188,8 +176,7 @@ bool removeTargets(Scene& scene, const Named& what)
     return true;
 }
 
-Status edit(const CommandCall& call, Value& result)
-{
+Status edit(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
     Named what;
     if (Status found = named(call, what); !found)
@@ -226,16 +213,14 @@ Status edit(const CommandCall& call, Value& result)
 // --- query
 // -------------------------------------------------------------------------------------------------------
 
-Value weightsOf(const Scene& scene, const Targets& targets)
-{
+Value weightsOf(const Scene& scene, const Targets& targets) {
     std::vector<double> weights;
     for (const ConstraintTarget& target : targets)
         weights.push_back(scene.number(target.weight));
     return weights.size() == 1 ? Value(weights.front()) : Value::doubles(weights);
 }
 
-Value textsOf(const Scene& scene, const Targets& targets, bool aliases)
-{
+Value textsOf(const Scene& scene, const Targets& targets, bool aliases) {
     std::vector<std::string> names;
     for (const ConstraintTarget& target : targets)
         names.push_back(aliases ? scene.info(target.weight).longName
@@ -243,8 +228,7 @@ Value textsOf(const Scene& scene, const Targets& targets, bool aliases)
     return names.empty() ? Value() : Value::strings(names);
 }
 
-Status query(const CommandCall& call, Value& result)
-{
+Status query(const CommandCall& call, Value& result) {
     const Scene& scene = call.scene();
     Named what;
     if (Status found = named(call, what); !found || what.constraint.isNull())
@@ -258,8 +242,7 @@ Status query(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-Status constrain(const CommandCall& call, Value& result)
-{
+Status constrain(const CommandCall& call, Value& result) {
     if (Status usable = refuseUncovered(call); !usable)
         return usable;
     if (call.isQuery())
@@ -281,8 +264,7 @@ const Command kConstraintCommands[] = {
 
 }  // namespace
 
-CommandTable constraintCommands()
-{
+CommandTable constraintCommands() {
     return {kConstraintCommands, std::size(kConstraintCommands)};
 }
 

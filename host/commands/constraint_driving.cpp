@@ -8,8 +8,7 @@ namespace {
 constexpr const char* kAxes = "XYZ";
 
 Plug blendPlug(const Scene& scene, NodeHandle blend, const char* channel, int axis,
-               const char* side)
-{
+               const char* side) {
     // "inTranslateX1", "outRotateZ"
     const bool moves = std::string_view(channel) == "translate";
     const bool out = *side == '\0';
@@ -18,8 +17,7 @@ Plug blendPlug(const Scene& scene, NodeHandle blend, const char* channel, int ax
 }
 
 // The attribute on the object that tells how much of the constraint comes through.
-Plug blendControl(Scene& scene, NodeHandle object, const char* name)
-{
+Plug blendControl(Scene& scene, NodeHandle object, const char* name) {
     if (const Plug there = scene.findPlug(object, name); !there.isNull())
         return there;
     AttrInfo info;
@@ -32,8 +30,7 @@ Plug blendControl(Scene& scene, NodeHandle object, const char* name)
     return scene.addAttribute(object, info, kNoAttr, made) ? Plug(object, made) : Plug();
 }
 
-Status makeBlend(Scene& scene, const ConstraintKind& kind, NodeHandle object, NodeHandle& blend)
-{
+Status makeBlend(Scene& scene, const ConstraintKind& kind, NodeHandle object, NodeHandle& blend) {
     if (Status done = scene.createNode("pairBlend", {}, {}, blend); !done)
         return done;
     ignore(
@@ -43,19 +40,15 @@ Status makeBlend(Scene& scene, const ConstraintKind& kind, NodeHandle object, No
                             : scene.connect(control, scene.findPlug(blend, "weight"));
 }
 
-class Driving
-{
-public:
+class Driving {
+  public:
     Driving(Scene& scene, const ConstraintKind& kind, NodeHandle constraint)
         : m_scene(scene),
           m_kind(kind),
           m_object(constrainedObject(scene, constraint)),
-          m_constraint(constraint)
-    {
-    }
+          m_constraint(constraint) {}
 
-    Status run(unsigned skipped)
-    {
+    Status run(unsigned skipped) {
         for (const auto pass : {&Driving::check, &Driving::drive})
             for (std::size_t i = 0; i < m_kind.outputs.size(); ++i)
                 for (int axis = 0; axis < 3; ++axis)
@@ -65,36 +58,30 @@ public:
         return Status::ok();
     }
 
-    void release()
-    {
+    void release() {
         for (const ConstraintLink& row : m_kind.outputs)
             for (int axis = 0; axis < 3; ++axis)
                 ignore(m_scene.disconnect(sourceOf(row, axis), targetOf(row, axis)));
     }
 
-private:
-    Plug sourceOf(const ConstraintLink& row, int axis) const
-    {
+  private:
+    Plug sourceOf(const ConstraintLink& row, int axis) const {
         return m_scene.child(m_scene.findPlug(m_constraint, row.own), axis);
     }
-    Plug targetOf(const ConstraintLink& row, int axis) const
-    {
+    Plug targetOf(const ConstraintLink& row, int axis) const {
         return m_scene.child(m_scene.findPlug(m_object, row.other), axis);
     }
-    bool canMix(const Plug& target) const
-    {
+    bool canMix(const Plug& target) const {
         return m_kind.blendAttr && isKeyed(m_scene, target) && !m_scene.source(target).isNull();
     }
-    bool drivesAlready(const Plug& source, const Plug& target) const
-    {
+    bool drivesAlready(const Plug& source, const Plug& target) const {
         const Plug old = m_scene.source(target);
         return old == source || (m_scene.isType(old.node, "pairBlend") &&
                                  constraintFeeds(m_scene, m_constraint, target.node) &&
                                  !m_scene.targets(source).empty());
     }
 
-    Status check(const ConstraintLink& row, int axis)
-    {
+    Status check(const ConstraintLink& row, int axis) {
         const Plug source = sourceOf(row, axis), target = targetOf(row, axis);
         if (target.isNull())
             return Status::failure("'" + m_scene.node(m_object)->name + "' has no attribute '" +
@@ -113,8 +100,7 @@ private:
                                m_scene.plugName(old) + "'.");
     }
 
-    Status drive(const ConstraintLink& row, int axis)
-    {
+    Status drive(const ConstraintLink& row, int axis) {
         const Plug source = sourceOf(row, axis), target = targetOf(row, axis);
         if (drivesAlready(source, target))
             return Status::ok();
@@ -123,8 +109,7 @@ private:
     }
 
     Status mix(const char* channel, int axis, const Plug& source, const Plug& keys,
-               const Plug& target)
-    {
+               const Plug& target) {
         if (m_blend.isNull())
             if (Status done = makeBlend(m_scene, m_kind, m_object, m_blend); !done)
                 return done;
@@ -145,13 +130,11 @@ private:
 }  // namespace
 
 Status driveObject(Scene& scene, const ConstraintKind& kind, NodeHandle constraint,
-                   unsigned skipped)
-{
+                   unsigned skipped) {
     return Driving(scene, kind, constraint).run(skipped);
 }
 
-void releaseObject(Scene& scene, const ConstraintKind& kind, NodeHandle constraint)
-{
+void releaseObject(Scene& scene, const ConstraintKind& kind, NodeHandle constraint) {
     Driving(scene, kind, constraint).release();
 }
 

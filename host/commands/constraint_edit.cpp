@@ -9,8 +9,7 @@ namespace torvel {
 namespace {
 
 Plug targetChild(const Scene& scene, NodeHandle constraint, std::int32_t element,
-                 std::string_view longName)
-{
+                 std::string_view longName) {
     const Plug plug = scene.element(scene.findPlug(constraint, "target"), element);
     for (std::size_t i = 0; i < scene.info(plug).children.size(); ++i) {
         const Plug child = scene.child(plug, static_cast<int>(i));
@@ -20,8 +19,7 @@ Plug targetChild(const Scene& scene, NodeHandle constraint, std::int32_t element
     return {};
 }
 
-NodeHandle driverOf(const Scene& scene, NodeHandle constraint, std::int32_t element)
-{
+NodeHandle driverOf(const Scene& scene, NodeHandle constraint, std::int32_t element) {
     const Plug plug = scene.element(scene.findPlug(constraint, "target"), element);
     for (std::size_t i = 0; i < scene.info(plug).children.size(); ++i) {
         const NodeHandle source = scene.source(scene.child(plug, static_cast<int>(i))).node;
@@ -31,27 +29,23 @@ NodeHandle driverOf(const Scene& scene, NodeHandle constraint, std::int32_t elem
     return {};
 }
 
-Plug weightOf(const Scene& scene, NodeHandle constraint, std::int32_t element)
-{
+Plug weightOf(const Scene& scene, NodeHandle constraint, std::int32_t element) {
     const Plug input = targetChild(scene, constraint, element, "targetWeight");
     const Plug source = scene.source(input);
     return source.node == constraint ? source : input;
 }
 
-std::string withoutNamespace(const std::string& name)
-{
+std::string withoutNamespace(const std::string& name) {
     return name.substr(name.rfind(':') + 1);
 }
 
-Status link(Scene& scene, NodeHandle from, const char* attr, const Plug& target)
-{
+Status link(Scene& scene, NodeHandle from, const char* attr, const Plug& target) {
     const Plug source = scene.findPlug(from, attr);
     return source.isNull() || target.isNull() ? Status::ok() : scene.connect(source, target);
 }
 
 Status linkAll(Scene& scene, const std::vector<ConstraintLink>& links, NodeHandle other,
-               NodeHandle constraint, std::int32_t element)
-{
+               NodeHandle constraint, std::int32_t element) {
     const bool joint = isJoint(scene, other);
     for (const ConstraintLink& row : links) {
         if (row.jointsOnly && !joint)
@@ -65,8 +59,7 @@ Status linkAll(Scene& scene, const std::vector<ConstraintLink>& links, NodeHandl
 }
 
 // The chain's first joint stands for the handle: from it the pole vector is measured.
-Status linkStartJoint(Scene& scene, NodeHandle handle, NodeHandle constraint)
-{
+Status linkStartJoint(Scene& scene, NodeHandle handle, NodeHandle constraint) {
     const NodeHandle joint = scene.source(scene.findPlug(handle, "startJoint")).node;
     if (!isTransform(scene, joint))
         return Status::ok();
@@ -77,29 +70,25 @@ Status linkStartJoint(Scene& scene, NodeHandle handle, NodeHandle constraint)
 }
 
 // Only the node state and the weights are keyable on a constraint.
-void setStates(Scene& scene, NodeHandle constraint)
-{
+void setStates(Scene& scene, NodeHandle constraint) {
     scene.setKeyable(scene.findPlug(constraint, "nodeState"), true);
     for (const char* attr : {"visibility", "tx", "ty", "tz", "rx", "ry", "rz", "sx", "sy", "sz"})
         scene.setKeyable(scene.findPlug(constraint, attr), false);
     scene.setNumber(scene.findPlug(constraint, "enableRestPosition"), 1.0);
 }
 
-void setIfThere(Scene& scene, NodeHandle node, const char* attr, const V3d& value)
-{
+void setIfThere(Scene& scene, NodeHandle node, const char* attr, const V3d& value) {
     if (const Plug plug = scene.findPlug(node, attr); !plug.isNull())
         scene.setVec3(plug, value);
 }
 
-const char* restOf(std::string_view output)
-{
+const char* restOf(std::string_view output) {
     if (output == "constraintTranslate")
         return "restTranslate";
     return output == "constraintRotate" ? "restRotate" : "restScale";
 }
 
-void setRest(Scene& scene, const ConstraintKind& kind, NodeHandle object, NodeHandle constraint)
-{
+void setRest(Scene& scene, const ConstraintKind& kind, NodeHandle object, NodeHandle constraint) {
     const Channels c = channelsOf(scene, object);
     const bool pole = std::string_view(kind.type) == "poleVectorConstraint";
     setIfThere(scene, constraint, "restTranslate",
@@ -111,8 +100,7 @@ void setRest(Scene& scene, const ConstraintKind& kind, NodeHandle object, NodeHa
 
 // "-dcb 0 -ci true" tells readers of the file that the attribute goes with its connection.
 AttrInfo weightInfo(const ConstraintKind& kind, const std::string& longName,
-                    const std::string& shortName)
-{
+                    const std::string& shortName) {
     AttrInfo info;
     info.longName = longName;
     info.shortName = shortName;
@@ -130,8 +118,7 @@ AttrInfo weightInfo(const ConstraintKind& kind, const std::string& longName,
 }
 
 Status addWeight(Scene& scene, const ConstraintKind& kind, NodeHandle constraint,
-                 std::int32_t element, const std::string& target, double weight)
-{
+                 std::int32_t element, const std::string& target, double weight) {
     const std::string number = std::to_string(element);
     AttrIndex made = kNoAttr;
     const AttrInfo info = weightInfo(kind, withoutNamespace(target) + "W" + number, "w" + number);
@@ -145,8 +132,7 @@ Status addWeight(Scene& scene, const ConstraintKind& kind, NodeHandle constraint
 
 }  // namespace
 
-std::vector<ConstraintTarget> constraintTargets(const Scene& scene, NodeHandle constraint)
-{
+std::vector<ConstraintTarget> constraintTargets(const Scene& scene, NodeHandle constraint) {
     std::vector<ConstraintTarget> targets;
     const Plug array = scene.findPlug(constraint, "target");
     if (array.isNull())
@@ -157,8 +143,7 @@ std::vector<ConstraintTarget> constraintTargets(const Scene& scene, NodeHandle c
     return targets;
 }
 
-bool constraintFeeds(const Scene& scene, NodeHandle from, NodeHandle to)
-{
+bool constraintFeeds(const Scene& scene, NodeHandle from, NodeHandle to) {
     for (const Scene::Connection& c : scene.outgoing(from)) {
         if (c.target.node == to)
             return true;
@@ -170,8 +155,7 @@ bool constraintFeeds(const Scene& scene, NodeHandle from, NodeHandle to)
     return false;
 }
 
-NodeHandle findConstraint(const Scene& scene, const ConstraintKind& kind, NodeHandle object)
-{
+NodeHandle findConstraint(const Scene& scene, const ConstraintKind& kind, NodeHandle object) {
     const Node* node = scene.node(object);
     for (std::size_t i = 0; node && i < node->children.size(); ++i)
         if (scene.isType(node->children[i], kind.type) &&
@@ -180,15 +164,13 @@ NodeHandle findConstraint(const Scene& scene, const ConstraintKind& kind, NodeHa
     return {};
 }
 
-NodeHandle constrainedObject(const Scene& scene, NodeHandle constraint)
-{
+NodeHandle constrainedObject(const Scene& scene, NodeHandle constraint) {
     const NodeHandle parent = parentOf(scene, constraint);
     return parent == scene.world() ? NodeHandle() : parent;
 }
 
 Status makeConstraint(Scene& scene, const ConstraintKind& kind, NodeHandle object,
-                      const std::string& wantedName, NodeHandle& made)
-{
+                      const std::string& wantedName, NodeHandle& made) {
     const std::string stem = scene.node(object)->name + "_" + kind.type;
     const std::string name = wantedName.empty() ? scene.names().numbered(stem) : wantedName;
     if (Status done = scene.createNode(kind.type, name, object, made); !done)
@@ -202,8 +184,7 @@ Status makeConstraint(Scene& scene, const ConstraintKind& kind, NodeHandle objec
 }
 
 Status addConstraintTarget(Scene& scene, const ConstraintKind& kind, NodeHandle constraint,
-                           NodeHandle target, double weight, bool keepPlace)
-{
+                           NodeHandle target, double weight, bool keepPlace) {
     const std::int32_t element = scene.nextAvailable(scene.findPlug(constraint, "target"));
     const V3d zero(0.0);
     ParentOffset offset{zero, zero};
@@ -220,16 +201,14 @@ Status addConstraintTarget(Scene& scene, const ConstraintKind& kind, NodeHandle 
     return addWeight(scene, kind, constraint, element, scene.node(target)->name, weight);
 }
 
-void storeRest(Scene& scene, const ConstraintKind& kind, NodeHandle constraint)
-{
+void storeRest(Scene& scene, const ConstraintKind& kind, NodeHandle constraint) {
     for (const ConstraintLink& row : kind.outputs)
         setIfThere(scene, constraint, restOf(row.own),
                    scene.vec3(scene.findPlug(constraint, row.own)));
 }
 
 void maintainOffset(Scene& scene, const ConstraintKind& kind, NodeHandle constraint,
-                    const Channels& present, const std::vector<ConstraintTarget>& targets)
-{
+                    const Channels& present, const std::vector<ConstraintTarget>& targets) {
     if (std::string_view(kind.type) != "parentConstraint") {
         bakeOffset(scene, constraint, present);
         return;
@@ -244,8 +223,7 @@ void maintainOffset(Scene& scene, const ConstraintKind& kind, NodeHandle constra
     }
 }
 
-void removeConstraintTarget(Scene& scene, NodeHandle constraint, std::int32_t element)
-{
+void removeConstraintTarget(Scene& scene, NodeHandle constraint, std::int32_t element) {
     const Plug weight = weightOf(scene, constraint, element);
     scene.removeElement(scene.element(scene.findPlug(constraint, "target"), element));
     if (scene.info(weight).is(kDynamic))

@@ -10,8 +10,7 @@
 namespace torvel {
 
 /// One target of a constraint.
-struct ConstraintTarget
-{
+struct ConstraintTarget {
     std::int32_t element;  ///< logical index in `target`
     NodeHandle node;       ///< the transform that feeds the element
     Plug weight;  ///< the constraint's own added attribute, or `targetWeight` when there is none

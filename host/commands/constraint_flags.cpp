@@ -8,16 +8,14 @@
 
 namespace torvel {
 
-#define TORVEL_COMMON_FLAGS                                                       \
-    {"name", "n", "s"}, {"weight", "w", "d"}, {"remove", "rm", "", kEdit},        \
-        {"targetList", "tl", "", kQuery}, {"weightAliasList", "wal", "", kQuery}, \
-    {                                                                             \
-        "layer", "l", "s", kCreate | kEdit                                        \
+#define TORVEL_COMMON_FLAGS                                                         \
+    {"name", "n", "s"}, {"weight", "w", "d"}, {"remove", "rm", "", kEdit},          \
+        {"targetList", "tl", "", kQuery}, {"weightAliasList", "wal", "", kQuery}, { \
+        "layer", "l", "s", kCreate | kEdit                                          \
     }
-#define TORVEL_SKIP_AND_OFFSET(letters)                                                        \
-    {"maintainOffset", "mo", "", kCreate | kEdit}, {"skip", "sk", "s", kCreate | kEdit, true}, \
-    {                                                                                          \
-        "offset", "o", letters                                                                 \
+#define TORVEL_SKIP_AND_OFFSET(letters)                                                          \
+    {"maintainOffset", "mo", "", kCreate | kEdit}, {"skip", "sk", "s", kCreate | kEdit, true}, { \
+        "offset", "o", letters                                                                   \
     }
 
 const FlagRow kParentFlags[] = {
@@ -64,16 +62,14 @@ namespace {
 constexpr const char* kUpTypes[] = {"scene", "object", "objectrotation", "vector", "none"};
 constexpr const char* kVectors[] = {"offset", "aimVector", "upVector", "worldUpVector"};
 
-int upTypeOf(const std::string& text)
-{
+int upTypeOf(const std::string& text) {
     for (int i = 0; i < static_cast<int>(std::size(kUpTypes)); ++i)
         if (text == kUpTypes[i])
             return i;
     return -1;
 }
 
-unsigned axesOf(const CommandCall& call, const char* flag)
-{
+unsigned axesOf(const CommandCall& call, const char* flag) {
     unsigned bits = 0;
     for (const FlagUse* use : call.uses(flag))
         for (const Value& value : use->values)
@@ -83,8 +79,7 @@ unsigned axesOf(const CommandCall& call, const char* flag)
     return bits;
 }
 
-Status setUpType(const CommandCall& call, NodeHandle constraint)
-{
+Status setUpType(const CommandCall& call, NodeHandle constraint) {
     if (!call.has("worldUpType"))
         return Status::ok();
     const int type = upTypeOf(call.text("worldUpType"));
@@ -94,8 +89,7 @@ Status setUpType(const CommandCall& call, NodeHandle constraint)
     return Status::ok();
 }
 
-Status setUpObject(const CommandCall& call, NodeHandle constraint)
-{
+Status setUpObject(const CommandCall& call, NodeHandle constraint) {
     if (!call.has("worldUpObject"))
         return Status::ok();
     NodeHandle object;
@@ -108,8 +102,7 @@ Status setUpObject(const CommandCall& call, NodeHandle constraint)
                         true);
 }
 
-void setCompensation(const CommandCall& call, NodeHandle constraint)
-{
+void setCompensation(const CommandCall& call, NodeHandle constraint) {
     if (!call.has("scaleCompensate"))
         return;
     const Plug plug = call.scene().findPlug(constraint, "constraintScaleCompensate");
@@ -118,8 +111,7 @@ void setCompensation(const CommandCall& call, NodeHandle constraint)
 }
 
 // The rotation that the child has now is where later ones are measured from.
-void setDecomposition(const CommandCall& call, NodeHandle constraint)
-{
+void setDecomposition(const CommandCall& call, NodeHandle constraint) {
     Scene& scene = call.scene();
     const Node* node = scene.node(constraint);
     if (call.has("decompRotationToChild") && !node->parents.empty())
@@ -129,8 +121,7 @@ void setDecomposition(const CommandCall& call, NodeHandle constraint)
 
 }  // namespace
 
-Status refuseUncovered(const CommandCall& call)
-{
+Status refuseUncovered(const CommandCall& call) {
     for (const char* flag : {"createCache", "deleteCache", "layer"})
         if (call.has(flag))
             return call.fail(std::string("The flag '") + flag +
@@ -139,18 +130,15 @@ Status refuseUncovered(const CommandCall& call)
     return Status::ok();
 }
 
-unsigned skippedAxes(const CommandCall& call)
-{
+unsigned skippedAxes(const CommandCall& call) {
     return axesOf(call, "skip") | axesOf(call, "skipTranslate") | (axesOf(call, "skipRotate") << 3);
 }
 
-bool givesSkips(const CommandCall& call)
-{
+bool givesSkips(const CommandCall& call) {
     return call.has("skip") || call.has("skipTranslate") || call.has("skipRotate");
 }
 
-Status applyConstraintFlags(const CommandCall& call, NodeHandle constraint)
-{
+Status applyConstraintFlags(const CommandCall& call, NodeHandle constraint) {
     Scene& scene = call.scene();
     for (const char* flag : kVectors) {
         const Plug plug = call.has(flag) ? scene.findPlug(constraint, flag) : Plug();
@@ -166,8 +154,7 @@ Status applyConstraintFlags(const CommandCall& call, NodeHandle constraint)
     return done ? setUpObject(call, constraint) : done;
 }
 
-bool queryConstraintFlags(const CommandCall& call, NodeHandle constraint, Value& result)
-{
+bool queryConstraintFlags(const CommandCall& call, NodeHandle constraint, Value& result) {
     const Scene& scene = call.scene();
     for (const char* flag : kVectors) {
         if (!call.has(flag))

@@ -74,8 +74,7 @@ const ConstraintKind kKinds[] = {
 
 }  // namespace
 
-const ConstraintKind* constraintKind(std::string_view type)
-{
+const ConstraintKind* constraintKind(std::string_view type) {
     for (const ConstraintKind& kind : kKinds)
         if (type == kind.type)
             return &kind;

@@ -8,16 +8,14 @@ namespace torvel {
 
 /// A connection that a constraint gets from a target or from the object: own attribute and the
 /// other node's.
-struct ConstraintLink
-{
+struct ConstraintLink {
     const char* own;
     const char* other;
     bool jointsOnly = false;
 };
 
 /// What the commands know of one constraint type.
-struct ConstraintKind
-{
+struct ConstraintKind {
     const char* type;                         ///< node type and command
     std::vector<ConstraintLink> targetLinks;  ///< own: child of `target`
     std::vector<ConstraintLink> objectLinks;

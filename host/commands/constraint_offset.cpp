@@ -6,14 +6,12 @@ namespace torvel {
 namespace {
 
 // Rotation that the rotate channels stand for in the world: no rotate axis, no scale.
-M44d channelRotation(const Channels& c, const M44d& parent)
-{
+M44d channelRotation(const Channels& c, const M44d& parent) {
     return eulerMatrix(c.rotate, c.rotateOrder) * eulerMatrix(c.jointOrient) * rotationPart(parent);
 }
 
 // The target's space with its rotate pivot as origin, as parent constraints see it.
-M44d targetFrame(const Channels& c, const M44d& parent)
-{
+M44d targetFrame(const Channels& c, const M44d& parent) {
     Channels plain;
     plain.isJoint = c.isJoint;
     plain.scale = c.scale;
@@ -25,8 +23,7 @@ M44d targetFrame(const Channels& c, const M44d& parent)
     return localMatrixOf(plain) * parent;
 }
 
-M44d targetRotation(const Channels& c, const M44d& parent)
-{
+M44d targetRotation(const Channels& c, const M44d& parent) {
     M44d above = parent;
     for (int i = 0; i < 3; ++i)
         for (int j = 0; j < 3; ++j)
@@ -34,14 +31,12 @@ M44d targetRotation(const Channels& c, const M44d& parent)
     return channelRotation(c, above);
 }
 
-V3d solveTurn(const M44d& wanted, const M44d& without, int order, const V3d& hint)
-{
+V3d solveTurn(const M44d& wanted, const M44d& without, int order, const V3d& hint) {
     return eulerFromMatrix(timesInverse(wanted, without), order, &hint);
 }
 
 // What the output is without any offset.
-V3d bareOutput(Scene& scene, NodeHandle constraint, const char* output, double neutral)
-{
+V3d bareOutput(Scene& scene, NodeHandle constraint, const char* output, double neutral) {
     scene.setVec3(scene.findPlug(constraint, "offset"), V3d(neutral));
     return scene.vec3(scene.findPlug(constraint, output));
 }
@@ -49,8 +44,7 @@ V3d bareOutput(Scene& scene, NodeHandle constraint, const char* output, double n
 }  // namespace
 
 ParentOffset parentOffset(const Scene& scene, const Channels& present, NodeHandle object,
-                          NodeHandle target)
-{
+                          NodeHandle target) {
     const M44d parent = parentWorldMatrix(scene, object), above = parentWorldMatrix(scene, target);
     const Channels driver = channelsOf(scene, target);
     const V3d pivot =
@@ -60,8 +54,7 @@ ParentOffset parentOffset(const Scene& scene, const Channels& present, NodeHandl
             solveTurn(wanted, targetRotation(driver, above), present.rotateOrder, present.rotate)};
 }
 
-void bakeOffset(Scene& scene, NodeHandle constraint, const Channels& present)
-{
+void bakeOffset(Scene& scene, NodeHandle constraint, const Channels& present) {
     const Plug offset = scene.findPlug(constraint, "offset");
     if (scene.isType(constraint, "pointConstraint") ||
         scene.isType(constraint, "poleVectorConstraint")) {

@@ -5,8 +5,7 @@
 /// Offsets that keep a constrained object where it is.
 namespace torvel {
 
-struct ParentOffset
-{
+struct ParentOffset {
     V3d translate;
     V3d rotate;  ///< in the object's rotate order
 };

@@ -10,10 +10,11 @@ const FlagRow kCreateFlags[] = {
     {"name", "n", "s"}, {"parent", "p", "s"}, {"shared", "s"}, {"skipSelect", "ss"}};
 
 // A shape without a parent gets a transform; the name goes to the shape.
-Status createShape(Scene& scene, const std::string& type, const std::string& name, NodeHandle& made)
-{
+Status createShape(Scene& scene, const std::string& type, const std::string& name,
+                   NodeHandle& made) {
     NodeHandle transform;
-    if (Status done = scene.createNode("transform", scene.names().numbered(type), {}, transform); !done)
+    if (Status done = scene.createNode("transform", scene.names().numbered(type), {}, transform);
+        !done)
         return done;
     const Status done = scene.createNode(type, name, transform, made);
     if (!done)
@@ -21,14 +22,13 @@ Status createShape(Scene& scene, const std::string& type, const std::string& nam
     return done;
 }
 
-bool findShared(const Scene& scene, const std::string& type, const std::string& name, NodeHandle& found)
-{
+bool findShared(const Scene& scene, const std::string& type, const std::string& name,
+                NodeHandle& found) {
     found = scene.names().lookUp(name);
     return !found.isNull() && scene.isType(found, type);
 }
 
-Status createNode(const CommandCall& call, Value& result)
-{
+Status createNode(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
     const std::vector<std::string> texts = call.texts();
     if (texts.size() != 1)
@@ -48,8 +48,9 @@ Status createNode(const CommandCall& call, Value& result)
     if (call.has("name") && !name.empty() && Names::legal(name).empty())
         return Status::failure("New name has no legal characters.");
     const bool alone = type->is(kShapeType) && parent.isNull();
-    const Status done = alone ? createShape(scene, texts[0], name, made)
-                              : scene.createNode(texts[0], name, type->is(kDagType) ? parent : NodeHandle(), made);
+    const Status done =
+        alone ? createShape(scene, texts[0], name, made)
+              : scene.createNode(texts[0], name, type->is(kDagType) ? parent : NodeHandle(), made);
     if (!done)
         return done;
     if (!call.has("skipSelect"))
@@ -58,14 +59,14 @@ Status createNode(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-// --- group -------------------------------------------------------------------------------------------------------
+// --- group
+// -------------------------------------------------------------------------------------------------------
 
-const FlagRow kGroupFlags[] = {
-    {"absolute", "a"}, {"empty", "em"}, {"name", "n", "s"}, {"parent", "p", "s"}, {"relative", "r"}, {"world", "w"}};
+const FlagRow kGroupFlags[] = {{"absolute", "a"},    {"empty", "em"},   {"name", "n", "s"},
+                               {"parent", "p", "s"}, {"relative", "r"}, {"world", "w"}};
 
 // The pivots of a new group stand in the middle of its members; they move nothing.
-void centrePivots(Scene& scene, NodeHandle group)
-{
+void centrePivots(Scene& scene, NodeHandle group) {
     Box3d box;
     for (NodeHandle child : scene.node(group)->children)
         box.extendBy(worldBounds(scene, child));
@@ -76,8 +77,8 @@ void centrePivots(Scene& scene, NodeHandle group)
     scene.setVec3(Plug(group, transformAttrs().scalePivot), centre);
 }
 
-Status groupParent(const CommandCall& call, const std::vector<NodeHandle>& nodes, NodeHandle& parent)
-{
+Status groupParent(const CommandCall& call, const std::vector<NodeHandle>& nodes,
+                   NodeHandle& parent) {
     parent = call.scene().world();
     if (call.has("parent"))
         return call.resolve(call.text("parent"), parent);
@@ -86,8 +87,7 @@ Status groupParent(const CommandCall& call, const std::vector<NodeHandle>& nodes
     return Status::ok();
 }
 
-Status group(const CommandCall& call, Value& result)
-{
+Status group(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
     std::vector<NodeHandle> nodes;
     const bool empty = call.has("empty");
@@ -126,8 +126,7 @@ const Command kCreateCommands[] = {
 
 }  // namespace
 
-CommandTable createCommands()
-{
+CommandTable createCommands() {
     return {kCreateCommands, std::size(kCreateCommands)};
 }
 

@@ -28,8 +28,7 @@ const FlagRow kCurveFlags[] = {
 };
 
 // Points in the order they were given, whichever flag gave them.
-void readPoints(const CommandCall& call, NurbsCurveData& curve)
-{
+void readPoints(const CommandCall& call, NurbsCurveData& curve) {
     for (const FlagUse& use : call.m_flags) {
         const std::string flag = use.row->longName;
         if (flag != "point" && flag != "pointWeight" && flag != "editPoint")
@@ -44,8 +43,7 @@ void readPoints(const CommandCall& call, NurbsCurveData& curve)
         curve.weights.clear();
 }
 
-bool endsAsItBegins(const NurbsCurveData& curve)
-{
+bool endsAsItBegins(const NurbsCurveData& curve) {
     const auto degree = static_cast<std::size_t>(curve.degree);
     const std::size_t from = curve.cvs.size() - degree;
     for (std::size_t i = 0; i < degree; ++i)
@@ -54,8 +52,7 @@ bool endsAsItBegins(const NurbsCurveData& curve)
     return true;
 }
 
-Status readKnots(const CommandCall& call, NurbsCurveData& curve)
-{
+Status readKnots(const CommandCall& call, NurbsCurveData& curve) {
     for (const FlagUse* use : call.uses("knot"))
         curve.knots.push_back(use->values[0].number());
     const bool periodic = call.flag("periodic");
@@ -72,8 +69,7 @@ Status readKnots(const CommandCall& call, NurbsCurveData& curve)
     return Status::ok();
 }
 
-Status readCurve(const CommandCall& call, NurbsCurveData& curve)
-{
+Status readCurve(const CommandCall& call, NurbsCurveData& curve) {
     curve.degree = call.integer("degree", 3);
     if (call.has("bezier"))
         return call.fail("Bezier curves (-bezier) are not covered.");
@@ -90,8 +86,7 @@ Status readCurve(const CommandCall& call, NurbsCurveData& curve)
     return Status::ok();
 }
 
-Status createCurve(const CommandCall& call, Value& result)
-{
+Status createCurve(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
     auto curve = std::make_shared<NurbsCurveData>();
     if (Status read = readCurve(call, *curve); !read)
@@ -111,8 +106,7 @@ Status createCurve(const CommandCall& call, Value& result)
 }
 
 // The one curve that -append and -replace work on. Its points must be its own.
-Status editedShape(const CommandCall& call, NodeHandle& shape)
-{
+Status editedShape(const CommandCall& call, NodeHandle& shape) {
     const Scene& scene = call.scene();
     std::vector<NodeHandle> nodes;
     if (Status found = call.objectsOrSelection(nodes); !found)
@@ -126,8 +120,7 @@ Status editedShape(const CommandCall& call, NodeHandle& shape)
     return Status::ok();
 }
 
-void toObjectSpace(const CommandCall& call, NodeHandle shape, std::vector<V3d>& points)
-{
+void toObjectSpace(const CommandCall& call, NodeHandle shape, std::vector<V3d>& points) {
     if (!call.has("worldSpace"))
         return;
     const M44d toLocal = inverseOf(worldMatrix(call.scene(), shape));
@@ -135,8 +128,7 @@ void toObjectSpace(const CommandCall& call, NodeHandle shape, std::vector<V3d>& 
         point = point * toLocal;
 }
 
-Status appendTo(const CommandCall& call, NodeHandle shape, std::shared_ptr<NurbsCurveData>& out)
-{
+Status appendTo(const CommandCall& call, NodeHandle shape, std::shared_ptr<NurbsCurveData>& out) {
     NurbsCurveData given;
     readPoints(call, given);
     toObjectSpace(call, shape, given.cvs);
@@ -150,8 +142,7 @@ Status appendTo(const CommandCall& call, NodeHandle shape, std::shared_ptr<Nurbs
     return out ? Status::ok() : call.fail("Nothing can be appended to a periodic curve.");
 }
 
-Status replaceIn(const CommandCall& call, NodeHandle shape, std::shared_ptr<NurbsCurveData>& out)
-{
+Status replaceIn(const CommandCall& call, NodeHandle shape, std::shared_ptr<NurbsCurveData>& out) {
     out = std::make_shared<NurbsCurveData>();
     if (Status read = readCurve(call, *out); !read)
         return read;
@@ -159,8 +150,7 @@ Status replaceIn(const CommandCall& call, NodeHandle shape, std::shared_ptr<Nurb
     return Status::ok();
 }
 
-Status curve(const CommandCall& call, Value& result)
-{
+Status curve(const CommandCall& call, Value& result) {
     const bool append = call.has("append");
     if (!append && !call.has("replace"))
         return call.args().empty() ? createCurve(call, result) : call.fail("Takes no objects.");
@@ -182,14 +172,12 @@ const Command kCurveCommands[] = {
 
 }  // namespace
 
-CommandTable curveCommands()
-{
+CommandTable curveCommands() {
     return {kCurveCommands, std::size(kCurveCommands)};
 }
 
 Status makeCurveNodes(Scene& scene, const std::string& name, const std::string& shapeName,
-                      NodeHandle& transform, NodeHandle& shape)
-{
+                      NodeHandle& transform, NodeHandle& shape) {
     if (Status made = scene.createNode("transform", name, {}, transform); !made)
         return made;
     const Status made = scene.createNode("nurbsCurve", shapeName, transform, shape);
@@ -198,14 +186,12 @@ Status makeCurveNodes(Scene& scene, const std::string& name, const std::string& 
     return made;
 }
 
-std::string freeShapeName(const Scene& scene, const std::string& stem, const std::string& number)
-{
+std::string freeShapeName(const Scene& scene, const std::string& stem, const std::string& number) {
     const std::string wanted = stem + number;
     return scene.names().find(wanted).empty() ? wanted : scene.names().numbered(stem);
 }
 
-NodeHandle curveShapeOf(const Scene& scene, NodeHandle node)
-{
+NodeHandle curveShapeOf(const Scene& scene, NodeHandle node) {
     if (!scene.isValid(node) || scene.isType(node, "nurbsCurve"))
         return scene.isValid(node) ? node : NodeHandle();
     for (NodeHandle child : scene.node(node)->children)
@@ -216,8 +202,7 @@ NodeHandle curveShapeOf(const Scene& scene, NodeHandle node)
 }
 
 std::shared_ptr<NurbsCurveData> appended(const NurbsCurveData& curve,
-                                         const std::vector<V3d>& points)
-{
+                                         const std::vector<V3d>& points) {
     if (curve.form == 2)
         return nullptr;
     auto out = std::make_shared<NurbsCurveData>(curve);

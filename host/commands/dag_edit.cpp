@@ -10,17 +10,17 @@ namespace {
 
 constexpr double kChannelTolerance = 1e-13;  // relative change that is worth a write
 constexpr double kLockTolerance = 1e-9;      // and the one that a locked channel may miss
-constexpr double kMatrixTolerance = 1e-6;   // what a joint may be off before a transform is put above it
+constexpr double kMatrixTolerance =
+    1e-6;  // what a joint may be off before a transform is put above it
 
-bool differs(double a, double b, double tolerance)
-{
+bool differs(double a, double b, double tolerance) {
     return std::abs(a - b) > tolerance * std::max({1.0, std::abs(a), std::abs(b)});
 }
 
 }  // namespace
 
-Status ChannelPlan::planVector(const Scene& scene, NodeHandle node, AttrIndex compound, const V3d& wanted)
-{
+Status ChannelPlan::planVector(const Scene& scene, NodeHandle node, AttrIndex compound,
+                               const V3d& wanted) {
     for (int i = 0; i < 3; ++i) {
         const Plug plug = scene.child(Plug(node, compound), i);
         const bool locked = scene.isLocked(plug);
@@ -28,17 +28,16 @@ Status ChannelPlan::planVector(const Scene& scene, NodeHandle node, AttrIndex co
             !scene.effectiveSource(plug).isNull())
             continue;
         if (locked)
-            return Status::failure("The attribute '" + scene.plugName(plug) + "' is locked and cannot be changed.");
+            return Status::failure("The attribute '" + scene.plugName(plug) +
+                                   "' is locked and cannot be changed.");
         m_writes.push_back({plug, wanted[i]});
     }
     return Status::ok();
 }
 
-Status ChannelPlan::plan(const Scene& scene, NodeHandle node, const Channels& wanted)
-{
+Status ChannelPlan::plan(const Scene& scene, NodeHandle node, const Channels& wanted) {
     const TransformAttrs& a = transformAttrs();
-    struct Part
-    {
+    struct Part {
         AttrIndex attr;
         const V3d& value;
         bool used;
@@ -62,8 +61,7 @@ Status ChannelPlan::plan(const Scene& scene, NodeHandle node, const Channels& wa
     return Status::ok();
 }
 
-void ChannelPlan::apply(Scene& scene) const
-{
+void ChannelPlan::apply(Scene& scene) const {
     for (const Write& write : m_writes)
         scene.setNumber(write.plug, write.value);
 }
@@ -71,28 +69,25 @@ void ChannelPlan::apply(Scene& scene) const
 namespace {
 
 // With zero translate the last row of the matrix is what pivots and their rotation bring in.
-void placeOrigin(Channels& channels, const M44d& local)
-{
+void placeOrigin(Channels& channels, const M44d& local) {
     channels.translate = V3d(0.0);
     channels.translate = translationOf(local) - translationOf(localMatrixOf(channels));
 }
 
-M44d rotateAxisMatrix(const Channels& channels)
-{
+M44d rotateAxisMatrix(const Channels& channels) {
     return eulerMatrix(channels.rotateAxis);
 }
 
-bool isRotation(const M44d& m)
-{
+bool isRotation(const M44d& m) {
     return nearlyEqual(m * m.transposed(), M44d(), kMatrixTolerance) && m.determinant() > 0.0;
 }
 
-bool jointForLocal(Channels& channels, const M44d& local)
-{
+bool jointForLocal(Channels& channels, const M44d& local) {
     channels.translate = translationOf(local);
     const M44d unturned = scaleMatrix(channels.scale) * rotateAxisMatrix(channels) *
                           eulerMatrix(channels.rotate, channels.rotateOrder);
-    const M44d orient = inverseOf(unturned) * linearPart(local) * scaleMatrix(channels.inverseScale);
+    const M44d orient =
+        inverseOf(unturned) * linearPart(local) * scaleMatrix(channels.inverseScale);
     if (!isRotation(orient))
         return false;
     const V3d hint = channels.jointOrient;
@@ -102,17 +97,16 @@ bool jointForLocal(Channels& channels, const M44d& local)
 
 }  // namespace
 
-bool channelsForLocal(Channels& channels, const M44d& local)
-{
+bool channelsForLocal(Channels& channels, const M44d& local) {
     if (channels.isJoint)
         return jointForLocal(channels, local);
     channelsForLocalByRotate(channels, local);
     return true;
 }
 
-void channelsForLocalByRotate(Channels& channels, const M44d& local)
-{
-    const M44d scaled = channels.isJoint ? linearPart(local) * scaleMatrix(channels.inverseScale) : local;
+void channelsForLocalByRotate(Channels& channels, const M44d& local) {
+    const M44d scaled =
+        channels.isJoint ? linearPart(local) * scaleMatrix(channels.inverseScale) : local;
     const V3d oldScale = channels.scale, oldRotate = channels.rotate;
     const MatrixParts parts = decompose(scaled, &oldScale);
     M44d rotation = inverseOf(rotateAxisMatrix(channels)) * parts.rotation;
@@ -125,40 +119,35 @@ void channelsForLocalByRotate(Channels& channels, const M44d& local)
     placeOrigin(channels, local);
 }
 
-NodeHandle parentOf(const Scene& scene, NodeHandle node)
-{
+NodeHandle parentOf(const Scene& scene, NodeHandle node) {
     const Node* self = scene.node(node);
     return self && !self->parents.empty() ? self->parents.front() : NodeHandle();
 }
 
 namespace {
 
-Plug scalePlug(NodeHandle joint)
-{
+Plug scalePlug(NodeHandle joint) {
     return Plug(joint, transformAttrs().scale);
 }
 
-Plug inverseScalePlug(NodeHandle joint)
-{
+Plug inverseScalePlug(NodeHandle joint) {
     return Plug(joint, jointAttrs().inverseScale);
 }
 
-bool isScaleLink(const Scene& scene, NodeHandle parent, NodeHandle child)
-{
+bool isScaleLink(const Scene& scene, NodeHandle parent, NodeHandle child) {
     return isJoint(scene, parent) && isJoint(scene, child) &&
            scene.source(inverseScalePlug(child)) == scalePlug(parent);
 }
 
 }  // namespace
 
-void linkInverseScale(Scene& scene, NodeHandle parent, NodeHandle child)
-{
-    if (isJoint(scene, parent) && isJoint(scene, child) && scene.effectiveSource(inverseScalePlug(child)).isNull())
+void linkInverseScale(Scene& scene, NodeHandle parent, NodeHandle child) {
+    if (isJoint(scene, parent) && isJoint(scene, child) &&
+        scene.effectiveSource(inverseScalePlug(child)).isNull())
         ignore(scene.connect(scalePlug(parent), inverseScalePlug(child)));
 }
 
-void unlinkInverseScale(Scene& scene, NodeHandle parent, NodeHandle child)
-{
+void unlinkInverseScale(Scene& scene, NodeHandle parent, NodeHandle child) {
     if (!isScaleLink(scene, parent, child))
         return;
     ignore(scene.disconnect(scalePlug(parent), inverseScalePlug(child)));
@@ -167,8 +156,7 @@ void unlinkInverseScale(Scene& scene, NodeHandle parent, NodeHandle child)
 
 namespace {
 
-struct Move
-{
+struct Move {
     NodeHandle node;
     ChannelPlan channels;
     bool needsTransform = false;
@@ -178,8 +166,8 @@ struct Move
 };
 
 // inverseScale as it will be: the link of the old parent goes, that of the new one comes.
-V3d futureInverseScale(const Scene& scene, NodeHandle node, NodeHandle parent, const Channels& now)
-{
+V3d futureInverseScale(const Scene& scene, NodeHandle node, NodeHandle parent,
+                       const Channels& now) {
     const bool compensates = scene.number(Plug(node, jointAttrs().segmentScaleCompensate)) != 0.0;
     const bool linkGoes = isScaleLink(scene, parentOf(scene, node), node);
     const bool free = linkGoes || scene.effectiveSource(inverseScalePlug(node)).isNull();
@@ -188,14 +176,16 @@ V3d futureInverseScale(const Scene& scene, NodeHandle node, NodeHandle parent, c
     return compensates && isJoint(scene, parent) ? scene.vec3(scalePlug(parent)) : V3d(1.0);
 }
 
-Status planTransform(const Scene& scene, NodeHandle parent, const MoveOptions& options, Move& move)
-{
-    const M44d wanted = worldMatrix(scene, move.node) * inverseOf(parentMatrixUnder(scene, move.node, parent));
+Status planTransform(const Scene& scene, NodeHandle parent, const MoveOptions& options,
+                     Move& move) {
+    const M44d wanted =
+        worldMatrix(scene, move.node) * inverseOf(parentMatrixUnder(scene, move.node, parent));
     Channels channels = channelsOf(scene, move.node);
     const Channels before = channels;
     if (channels.isJoint && options.linkScales)
         channels.inverseScale = futureInverseScale(scene, move.node, parent, channels);
-    // Channels that hold the matrix already stay as they are, whatever a decomposition would make of them.
+    // Channels that hold the matrix already stay as they are, whatever a decomposition would make
+    // of them.
     if (nearlyEqual(localMatrixOf(channels), wanted, 1e-12))
         return Status::ok();
     if (!channelsForLocal(channels, wanted)) {
@@ -208,22 +198,21 @@ Status planTransform(const Scene& scene, NodeHandle parent, const MoveOptions& o
     return move.channels.plan(scene, move.node, channels);
 }
 
-Status planShape(const Scene& scene, NodeHandle parent, Move& move)
-{
+Status planShape(const Scene& scene, NodeHandle parent, Move& move) {
     move.points = allPoints(scene, move.node);
     const M44d change = worldMatrix(scene, move.node) * inverseOf(worldMatrix(scene, parent));
     if (nearlyEqual(change, M44d(), 1e-12))
         return Status::ok();
     move.newPoints = shapePoints(scene, move.node);
     if (move.newPoints.empty())
-        return Status::failure("The shape '" + scene.node(move.node)->name + "' has no points to keep in place.");
+        return Status::failure("The shape '" + scene.node(move.node)->name +
+                               "' has no points to keep in place.");
     for (V3d& point : move.newPoints)
         point = point * change;
     return Status::ok();
 }
 
-Status planMove(const Scene& scene, NodeHandle parent, const MoveOptions& options, Move& move)
-{
+Status planMove(const Scene& scene, NodeHandle parent, const MoveOptions& options, Move& move) {
     const Node* node = scene.node(move.node);
     if (!node || !node->isDag() || move.node == scene.world())
         return Status::failure("Only DAG nodes can be parented, and not the world.");
@@ -237,8 +226,7 @@ Status planMove(const Scene& scene, NodeHandle parent, const MoveOptions& option
     return shape ? planShape(scene, parent, move) : planTransform(scene, parent, options, move);
 }
 
-Status insertTransform(Scene& scene, NodeHandle parent, const M44d& local, NodeHandle& made)
-{
+Status insertTransform(Scene& scene, NodeHandle parent, const M44d& local, NodeHandle& made) {
     if (Status done = scene.createNode("transform", {}, parent, made); !done)
         return done;
     Channels channels;
@@ -250,8 +238,7 @@ Status insertTransform(Scene& scene, NodeHandle parent, const M44d& local, NodeH
     return Status::ok();
 }
 
-Status carryOut(Scene& scene, NodeHandle parent, const MoveOptions& options, const Move& move)
-{
+Status carryOut(Scene& scene, NodeHandle parent, const MoveOptions& options, const Move& move) {
     NodeHandle target = parent;
     if (move.needsTransform)
         if (Status done = insertTransform(scene, parent, move.between, target); !done)
@@ -268,8 +255,8 @@ Status carryOut(Scene& scene, NodeHandle parent, const MoveOptions& options, con
 
 }  // namespace
 
-Status moveUnder(Scene& scene, const std::vector<NodeHandle>& nodes, NodeHandle parent, const MoveOptions& options)
-{
+Status moveUnder(Scene& scene, const std::vector<NodeHandle>& nodes, NodeHandle parent,
+                 const MoveOptions& options) {
     if (parent.isNull())
         parent = scene.world();
     if (parent != scene.world() && !isTransform(scene, parent))
@@ -288,8 +275,7 @@ Status moveUnder(Scene& scene, const std::vector<NodeHandle>& nodes, NodeHandle 
     return Status::ok();
 }
 
-NodeHandle lowestCommonParent(const Scene& scene, const std::vector<NodeHandle>& nodes)
-{
+NodeHandle lowestCommonParent(const Scene& scene, const std::vector<NodeHandle>& nodes) {
     std::vector<NodeHandle> common;
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         std::vector<NodeHandle> above = scene.path(nodes[i]);
@@ -300,8 +286,8 @@ NodeHandle lowestCommonParent(const Scene& scene, const std::vector<NodeHandle>&
             continue;
         }
         const std::size_t length = std::min(common.size(), above.size());
-        const auto end = std::mismatch(common.begin(), common.begin() + static_cast<std::ptrdiff_t>(length),
-                                       above.begin());
+        const auto end = std::mismatch(
+            common.begin(), common.begin() + static_cast<std::ptrdiff_t>(length), above.begin());
         common.erase(end.first, common.end());
     }
     return common.empty() ? scene.world() : common.back();

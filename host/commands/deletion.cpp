@@ -11,18 +11,15 @@
 namespace torvel {
 namespace {
 
-std::uint64_t keyOf(NodeHandle node)
-{
+std::uint64_t keyOf(NodeHandle node) {
     return (static_cast<std::uint64_t>(node.index) << 32) | node.generation;
 }
 
-class Doom
-{
-public:
+class Doom {
+  public:
     explicit Doom(const Scene& scene) : m_scene(scene) {}
 
-    void add(NodeHandle top)
-    {
+    void add(NodeHandle top) {
         std::vector<NodeHandle> stack{top};
         while (!stack.empty()) {
             const NodeHandle at = stack.back();
@@ -37,8 +34,7 @@ public:
         }
     }
 
-    void spread()
-    {
+    void spread() {
         for (std::size_t i = 0; i < m_nodes.size(); ++i) {
             const NodeHandle at = m_nodes[i];
             for (const Scene::Connection& c : m_scene.incoming(at))
@@ -52,22 +48,21 @@ public:
     std::vector<NodeHandle> take() { return std::move(m_nodes); }
     bool has(NodeHandle node) const { return m_seen.count(keyOf(node)) != 0; }
 
-private:
-    bool livesElsewhere(NodeHandle child) const
-    {
+  private:
+    bool livesElsewhere(NodeHandle child) const {
         const std::vector<NodeHandle>& parents = m_scene.node(child)->parents;
-        return std::any_of(parents.begin(), parents.end(), [this](NodeHandle p) { return !has(p); });
+        return std::any_of(parents.begin(), parents.end(),
+                           [this](NodeHandle p) { return !has(p); });
     }
 
-    void consider(NodeHandle node)
-    {
+    void consider(NodeHandle node) {
         const Node* self = m_scene.node(node);
-        if (self && !has(node) && !self->isDefault && !self->locked && node != m_scene.world() && goesAlong(*self))
+        if (self && !has(node) && !self->isDefault && !self->locked && node != m_scene.world() &&
+            goesAlong(*self))
             add(node);
     }
 
-    bool goesAlong(const Node& node) const
-    {
+    bool goesAlong(const Node& node) const {
         const NodeType& type = *node.type;
         if (type.is(kConstraintType))
             return hasNoTarget(node.self);
@@ -82,23 +77,23 @@ private:
         if (type.is(kShapeType))
             return m_scene.number(m_scene.findPlug(node.self, "intermediateObject")) != 0.0 &&
                    feedsOnlyDoomed(node.self);
-        return (isHistory(type) || type.derivesFrom("animCurve") || type.derivesFrom("unitConversion")) &&
+        return (isHistory(type) || type.derivesFrom("animCurve") ||
+                type.derivesFrom("unitConversion")) &&
                feedsOnlyDoomed(node.self);
     }
 
-    static bool isHistory(const NodeType& type)
-    {
+    static bool isHistory(const NodeType& type) {
         return type.is(kHistoryMaker) || type.is(kDeformerType) || type.derivesFrom("groupParts") ||
                type.derivesFrom("groupId") || type.derivesFrom("tweak");
     }
 
     // Sets, messages and shading do not keep a node alive.
-    bool feedsOnlyDoomed(NodeHandle node) const
-    {
+    bool feedsOnlyDoomed(NodeHandle node) const {
         bool any = false;
         for (const Scene::Connection& c : m_scene.outgoing(node)) {
             const AttrType kind = m_scene.info(c.source).type;
-            const bool counts = kind != AttrType::Message && !m_scene.isType(c.target.node, "objectSet");
+            const bool counts =
+                kind != AttrType::Message && !m_scene.isType(c.target.node, "objectSet");
             if (counts && !has(c.target.node))
                 return false;
             any = any || has(c.target.node);
@@ -106,22 +101,19 @@ private:
         return any;
     }
 
-    bool feedsDoomed(NodeHandle node, const char* type) const
-    {
+    bool feedsDoomed(NodeHandle node, const char* type) const {
         for (const Scene::Connection& c : m_scene.outgoing(node))
             if (has(c.target.node) && m_scene.isType(c.target.node, type))
                 return true;
         return false;
     }
 
-    bool losesSource(NodeHandle node, const char* attr) const
-    {
+    bool losesSource(NodeHandle node, const char* attr) const {
         const Plug source = m_scene.source(m_scene.findPlug(node, attr));
         return !source.isNull() && has(source.node);
     }
 
-    bool allSourcesDoomed(NodeHandle node, const char* arrayAttr) const
-    {
+    bool allSourcesDoomed(NodeHandle node, const char* arrayAttr) const {
         const Plug array = m_scene.findPlug(node, arrayAttr);
         bool any = false;
         for (std::size_t i = 0; !array.isNull() && i < m_scene.elementCount(array); ++i) {
@@ -134,8 +126,7 @@ private:
     }
 
     // A set that serves a deformer, all of whose members and users go.
-    bool isDeformerSet(const Node& node) const
-    {
+    bool isDeformerSet(const Node& node) const {
         bool serves = false;
         for (const Scene::Connection& c : m_scene.incoming(node.self)) {
             if (!has(c.source.node))
@@ -153,14 +144,12 @@ private:
 };
 
 // Which target elements of a constraint are fed by other nodes, and by which.
-struct TargetFeed
-{
+struct TargetFeed {
     std::int32_t element;
     NodeHandle node;
 };
 
-std::vector<TargetFeed> targetFeeds(const Scene& scene, NodeHandle constraint)
-{
+std::vector<TargetFeed> targetFeeds(const Scene& scene, NodeHandle constraint) {
     std::vector<TargetFeed> feeds;
     const Plug array = scene.findPlug(constraint, "target");
     for (const Scene::Connection& c : scene.incoming(constraint)) {
@@ -175,8 +164,7 @@ std::vector<TargetFeed> targetFeeds(const Scene& scene, NodeHandle constraint)
     return feeds;
 }
 
-bool Doom::hasNoTarget(NodeHandle constraint) const
-{
+bool Doom::hasNoTarget(NodeHandle constraint) const {
     std::set<std::int32_t> alive, lost;
     for (const TargetFeed& feed : targetFeeds(m_scene, constraint))
         (has(feed.node) ? lost : alive).insert(feed.element);
@@ -185,8 +173,7 @@ bool Doom::hasNoTarget(NodeHandle constraint) const
     return alive.empty() && !lost.empty();
 }
 
-Doom doomOf(const Scene& scene, const std::vector<NodeHandle>& nodes)
-{
+Doom doomOf(const Scene& scene, const std::vector<NodeHandle>& nodes) {
     Doom doom(scene);
     for (NodeHandle node : nodes)
         if (scene.isValid(node))
@@ -195,19 +182,18 @@ Doom doomOf(const Scene& scene, const std::vector<NodeHandle>& nodes)
     return doom;
 }
 
-struct LostTarget
-{
+struct LostTarget {
     NodeHandle constraint;
     std::int32_t element;
 };
 
-std::vector<LostTarget> lostTargets(const Scene& scene, const Doom& doom)
-{
+std::vector<LostTarget> lostTargets(const Scene& scene, const Doom& doom) {
     std::vector<NodeHandle> constraints;
     for (NodeHandle node : doom.nodes())
         for (const Scene::Connection& c : scene.outgoing(node))
             if (scene.node(c.target.node)->type->is(kConstraintType) && !doom.has(c.target.node) &&
-                std::find(constraints.begin(), constraints.end(), c.target.node) == constraints.end())
+                std::find(constraints.begin(), constraints.end(), c.target.node) ==
+                    constraints.end())
                 constraints.push_back(c.target.node);
     std::vector<LostTarget> lost;
     for (NodeHandle handle : constraints) {
@@ -223,16 +209,14 @@ std::vector<LostTarget> lostTargets(const Scene& scene, const Doom& doom)
 
 }  // namespace
 
-std::vector<NodeHandle> withDependents(const Scene& scene, const std::vector<NodeHandle>& nodes)
-{
+std::vector<NodeHandle> withDependents(const Scene& scene, const std::vector<NodeHandle>& nodes) {
     return doomOf(scene, nodes).take();
 }
 
 namespace {
 
 // A shape that stays shows on what its maker made last.
-void keepShapesOf(Scene& scene, const Doom& doom)
-{
+void keepShapesOf(Scene& scene, const Doom& doom) {
     for (NodeHandle maker : doom.nodes()) {
         if (!scene.node(maker)->type->is(kHistoryMaker))
             continue;
@@ -244,8 +228,7 @@ void keepShapesOf(Scene& scene, const Doom& doom)
 
 }  // namespace
 
-Status deleteWithDependents(Scene& scene, const std::vector<NodeHandle>& nodes)
-{
+Status deleteWithDependents(Scene& scene, const std::vector<NodeHandle>& nodes) {
     for (NodeHandle handle : nodes) {
         const Node* node = scene.node(handle);
         if (node && (handle == scene.world() || node->isDefault))
@@ -255,7 +238,8 @@ Status deleteWithDependents(Scene& scene, const std::vector<NodeHandle>& nodes)
     const std::vector<LostTarget> lost = lostTargets(scene, doom);
     for (NodeHandle handle : doom.nodes())
         if (scene.node(handle)->locked)
-            return Status::failure("Cannot delete the locked node '" + scene.node(handle)->name + "'.");
+            return Status::failure("Cannot delete the locked node '" + scene.node(handle)->name +
+                                   "'.");
     keepShapesOf(scene, doom);
     const std::vector<NodeHandle> doomed = doom.take();
     for (const LostTarget& target : lost)
@@ -264,8 +248,7 @@ Status deleteWithDependents(Scene& scene, const std::vector<NodeHandle>& nodes)
     return Status::ok();
 }
 
-void bakeGeometry(Scene& scene, NodeHandle from, NodeHandle to)
-{
+void bakeGeometry(Scene& scene, NodeHandle from, NodeHandle to) {
     if (const auto curve = curveOf(scene, from))
         setCurve(scene, to, curve);
     else if (scene.isType(from, "mesh") && !scene.source(scene.findPlug(from, "inMesh")).isNull())
@@ -274,8 +257,7 @@ void bakeGeometry(Scene& scene, NodeHandle from, NodeHandle to)
         copyOwnMesh(scene, from, to);
 }
 
-Status deleteHistory(Scene& scene, NodeHandle shape)
-{
+Status deleteHistory(Scene& scene, NodeHandle shape) {
     const bool isCurve = scene.isType(shape, "nurbsCurve");
     const Plug input = scene.findPlug(shape, isCurve ? "create" : "inMesh");
     const Plug source = scene.source(input);
@@ -288,7 +270,8 @@ Status deleteHistory(Scene& scene, NodeHandle shape)
                                 [&](NodeHandle n) {
                                     const Node& node = *scene.node(n);
                                     const bool constraint = node.type->is(kConstraintType);
-                                    return n == shape || constraint || node.type->derivesFrom("animCurve");
+                                    return n == shape || constraint ||
+                                           node.type->derivesFrom("animCurve");
                                 }),
                  doomed.end());
     if (!scene.source(input).isNull())

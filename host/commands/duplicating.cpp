@@ -7,23 +7,23 @@ namespace torvel {
 namespace {
 
 const FlagRow kDuplicateFlags[] = {
-    {"fullPath", "f"},      {"inputConnections", "ic"}, {"name", "n", "s"},         {"parentOnly", "po"},
-    {"renameChildren", "rc"}, {"returnRootsOnly", "rr"},  {"transformsOnly", "to"},
+    {"fullPath", "f"},        {"inputConnections", "ic"}, {"name", "n", "s"},
+    {"parentOnly", "po"},     {"renameChildren", "rc"},   {"returnRootsOnly", "rr"},
+    {"transformsOnly", "to"},
 };
 
-void addNames(const CommandCall& call, const CopiedNodes& copies, std::vector<std::string>& names)
-{
+void addNames(const CommandCall& call, const CopiedNodes& copies, std::vector<std::string>& names) {
     const Scene& scene = call.scene();
     for (std::size_t i = 0; i < copies.size(); ++i) {
         const NodeHandle copy = copies[i].second;
         if (i > 0 && (call.has("returnRootsOnly") || scene.node(copy)->type->is(kShapeType)))
             continue;
-        names.push_back(call.has("fullPath") ? scene.names().fullPath(copy) : scene.node(copy)->name);
+        names.push_back(call.has("fullPath") ? scene.names().fullPath(copy)
+                                             : scene.node(copy)->name);
     }
 }
 
-Status duplicate(const CommandCall& call, Value& result)
-{
+Status duplicate(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
     std::vector<NodeHandle> nodes, roots;
     if (Status found = call.objectsOrSelection(nodes); !found)
@@ -38,7 +38,9 @@ Status duplicate(const CommandCall& call, Value& result)
     std::vector<std::string> names;
     for (NodeHandle node : nodes) {
         CopiedNodes copies;
-        if (Status done = copyTree(scene, node, parentOf(scene, node), call.text("name"), options, copies); !done)
+        if (Status done =
+                copyTree(scene, node, parentOf(scene, node), call.text("name"), options, copies);
+            !done)
             return call.fail(done.text());
         addNames(call, copies, names);
         roots.push_back(copies.front().second);
@@ -48,13 +50,12 @@ Status duplicate(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-const Command kDuplicateCommands[] = {
-    {"duplicate", kDuplicateFlags, countOf(kDuplicateFlags), duplicate, "Copies nodes with all below them."}};
+const Command kDuplicateCommands[] = {{"duplicate", kDuplicateFlags, countOf(kDuplicateFlags),
+                                       duplicate, "Copies nodes with all below them."}};
 
 }  // namespace
 
-CommandTable duplicateCommands()
-{
+CommandTable duplicateCommands() {
     return {kDuplicateCommands, std::size(kDuplicateCommands)};
 }
 

@@ -10,17 +10,17 @@ namespace torvel {
 namespace {
 
 const FlagRow kFreezeFlags[] = {
-    {"apply", "a", "b"},     {"jointOrient", "jo"},    {"normal", "n", "i"},  {"preserveNormals", "pn", "b"},
-    {"rotate", "r", "b"},    {"scale", "s", "b"},      {"translate", "t", "b"},
+    {"apply", "a", "b"},     {"jointOrient", "jo"},
+    {"normal", "n", "i"},    {"preserveNormals", "pn", "b"},
+    {"rotate", "r", "b"},    {"scale", "s", "b"},
+    {"translate", "t", "b"},
 };
 
-struct Parts
-{
+struct Parts {
     bool translate = false, rotate = false, scale = false, orient = false, apply = false;
 };
 
-Parts partsOf(const CommandCall& call)
-{
+Parts partsOf(const CommandCall& call) {
     Parts parts;
     parts.apply = call.flag("apply");
     parts.translate = call.flag("translate");
@@ -33,37 +33,33 @@ Parts partsOf(const CommandCall& call)
 }
 
 // Constraints and the parts of IK are placed by what drives them.
-bool takesPart(const Scene& scene, NodeHandle node)
-{
+bool takesPart(const Scene& scene, NodeHandle node) {
     const NodeType& type = *scene.node(node)->type;
-    return isTransform(scene, node) && !type.is(kConstraintType) && !type.derivesFrom("ikEffector") &&
-           !type.derivesFrom("ikHandle");
+    return isTransform(scene, node) && !type.is(kConstraintType) &&
+           !type.derivesFrom("ikEffector") && !type.derivesFrom("ikHandle");
 }
 
-/// One transform of the swept tree: its channels as they will be, and what its children and points have to take over.
-struct Step
-{
+/// One transform of the swept tree: its channels as they will be, and what its children and points
+/// have to take over.
+struct Step {
     NodeHandle node;
     Channels channels;
     M44d pushed;  ///< old local matrix = pushed * new local matrix
     ChannelPlan plan;
 };
 
-struct PointStep
-{
+struct PointStep {
     PointSet set;
     std::vector<V3d> points;
 };
 
-class Freeze
-{
-public:
-    Freeze(const CommandCall& call, const Parts& parts) : m_call(call), m_scene(call.scene()), m_parts(parts) {}
+class Freeze {
+  public:
+    Freeze(const CommandCall& call, const Parts& parts)
+        : m_call(call), m_scene(call.scene()), m_parts(parts) {}
 
-    Status plan(NodeHandle top)
-    {
-        struct Entry
-        {
+    Status plan(NodeHandle top) {
+        struct Entry {
             NodeHandle node;
             M44d pushed;
             V3d parentScale;
@@ -88,8 +84,7 @@ public:
         return Status::ok();
     }
 
-    Status apply()
-    {
+    Status apply() {
         for (const Step& step : m_steps)
             step.plan.apply(m_scene);
         for (const auto& [locator, pushed] : m_locators)
@@ -100,27 +95,23 @@ public:
         return Status::ok();
     }
 
-private:
-    Status refuse(const std::string& why) const
-    {
+  private:
+    Status refuse(const std::string& why) const {
         return m_call.fail("Freeze Transform was not applied because " + why);
     }
 
-    Status checkVector(NodeHandle node, AttrIndex compound, bool used) const
-    {
+    Status checkVector(NodeHandle node, AttrIndex compound, bool used) const {
         for (int i = 0; i < 3 && used; ++i) {
             const Plug plug = m_scene.child(Plug(node, compound), i);
-            const std::string name = m_scene.plugName(plug, false);
             if (m_scene.isLocked(plug))
-                return refuse(name + " is locked");
+                return refuse(m_scene.plugName(plug, false) + " is locked");
             if (!m_scene.effectiveSource(plug).isNull())
-                return refuse(name + " has an incoming connection");
+                return refuse(m_scene.plugName(plug, false) + " has an incoming connection");
         }
         return Status::ok();
     }
 
-    Status check(NodeHandle node, bool joint) const
-    {
+    Status check(NodeHandle node, bool joint) const {
         Status done = checkVector(node, transformAttrs().translate, m_parts.translate && !joint);
         if (done)
             done = checkVector(node, transformAttrs().rotate, m_parts.rotate);
@@ -129,9 +120,9 @@ private:
         return done ? checkSkin(node) : done;
     }
 
-    Status checkSkin(NodeHandle node) const
-    {
-        for (const Plug& target : m_scene.targets(m_scene.element(Plug(node, dagAttrs().worldMatrix), 0)))
+    Status checkSkin(NodeHandle node) const {
+        for (const Plug& target :
+             m_scene.targets(m_scene.element(Plug(node, dagAttrs().worldMatrix), 0)))
             if (m_parts.apply && m_scene.isType(target.node, "skinCluster") &&
                 m_scene.number(m_scene.findPlug(target.node, "nodeState")) == 0.0)
                 return refuse(m_scene.names().shortest(node) + " is an influence of the skin " +
@@ -139,8 +130,7 @@ private:
         return Status::ok();
     }
 
-    Status planNode(const M44d& pushed, const V3d& parentScale, Step& step)
-    {
+    Status planNode(const M44d& pushed, const V3d& parentScale, Step& step) {
         const bool joint = isJoint(m_scene, step.node);
         if (Status done = check(step.node, joint); !done)
             return done;
@@ -149,8 +139,10 @@ private:
         step.channels = before;
         if (joint && m_parts.apply && before.inverseScale != V3d(1.0) && parentScale != V3d(0.0))
             step.channels.inverseScale = parentScale;
-        // Nothing came from above: the channels hold `old` as they are, however they were decomposed.
-        if (!nearlyEqual(localMatrixOf(step.channels), old, 1e-12) && !channelsForLocal(step.channels, old))
+        // Nothing came from above: the channels hold `old` as they are, however they were
+        // decomposed.
+        if (!nearlyEqual(localMatrixOf(step.channels), old, 1e-12) &&
+            !channelsForLocal(step.channels, old))
             channelsForLocalByRotate(step.channels, old);
         freezeChannels(joint, step.channels);
         step.pushed = m_parts.apply ? old * inverseOf(localMatrixOf(step.channels)) : M44d();
@@ -158,8 +150,7 @@ private:
         return planned ? planned : refuse(planned.text());
     }
 
-    void freezeChannels(bool joint, Channels& c) const
-    {
+    void freezeChannels(bool joint, Channels& c) const {
         if (joint)
             freezeJoint(c);
         else if (m_parts.apply)
@@ -168,12 +159,11 @@ private:
             resetTransform(c);
     }
 
-    void freezeJoint(Channels& c) const
-    {
+    void freezeJoint(Channels& c) const {
         if (m_parts.rotate && m_parts.apply && c.rotate != V3d(0.0)) {
             const V3d hint = c.jointOrient;
-            c.jointOrient = eulerFromMatrix(eulerMatrix(c.rotate, c.rotateOrder) * eulerMatrix(c.jointOrient), kXYZ,
-                                            &hint);
+            c.jointOrient = eulerFromMatrix(
+                eulerMatrix(c.rotate, c.rotateOrder) * eulerMatrix(c.jointOrient), kXYZ, &hint);
         }
         if (m_parts.orient)
             c.jointOrient = V3d(0.0);
@@ -183,8 +173,7 @@ private:
             c.scale = V3d(1.0);
     }
 
-    void resetTransform(Channels& c) const
-    {
+    void resetTransform(Channels& c) const {
         if (m_parts.translate)
             c.translate = V3d(0.0);
         if (m_parts.rotate)
@@ -196,8 +185,7 @@ private:
     }
 
     // The pivots stay where they are in the world.
-    void freezeTransform(Channels& c) const
-    {
+    void freezeTransform(Channels& c) const {
         if (m_parts.translate && m_parts.rotate && m_parts.scale) {
             const M44d old = localMatrixOf(c);
             c.rotatePivot = c.rotatePivot * old;
@@ -210,8 +198,7 @@ private:
         resetTransform(c);
     }
 
-    Status planShape(NodeHandle node, const M44d& pushed)
-    {
+    Status planShape(NodeHandle node, const M44d& pushed) {
         if (!m_scene.node(node)->type->is(kShapeType) || nearlyEqual(pushed, M44d(), 1e-12))
             return Status::ok();
         if (m_scene.instanceCount(node) > 1)
@@ -231,9 +218,9 @@ private:
     }
 
     // A cross has a place and a size of its own, but no rotation.
-    void moveLocator(NodeHandle locator, const M44d& pushed)
-    {
-        const Plug position = m_scene.findPlug(locator, "localPosition"), size = m_scene.findPlug(locator, "localScale");
+    void moveLocator(NodeHandle locator, const M44d& pushed) {
+        const Plug position = m_scene.findPlug(locator, "localPosition"),
+                   size = m_scene.findPlug(locator, "localScale");
         m_scene.setVec3(position, m_scene.vec3(position) * pushed);
         m_scene.setVec3(size, m_scene.vec3(size) * decompose(pushed).scale);
     }
@@ -246,8 +233,7 @@ private:
     std::vector<std::pair<NodeHandle, M44d>> m_locators;
 };
 
-Status makeIdentity(const CommandCall& call, Value&)
-{
+Status makeIdentity(const CommandCall& call, Value&) {
     std::vector<NodeHandle> nodes;
     if (Status found = call.objectsOrSelection(nodes); !found)
         return found;
@@ -256,7 +242,8 @@ Status makeIdentity(const CommandCall& call, Value&)
     std::vector<NodeHandle> tops;
     for (NodeHandle node : nodes) {
         if (!takesPart(call.scene(), node))
-            return call.fail("'" + call.scene().node(node)->name + "' has no transformation to freeze.");
+            return call.fail("'" + call.scene().node(node)->name +
+                             "' has no transformation to freeze.");
         const bool below = std::any_of(nodes.begin(), nodes.end(), [&](NodeHandle other) {
             return other != node && call.scene().isAncestor(other, node);
         });
@@ -270,13 +257,12 @@ Status makeIdentity(const CommandCall& call, Value&)
     return freeze.apply();
 }
 
-const Command kFreezeCommands[] = {
-    {"makeIdentity", kFreezeFlags, countOf(kFreezeFlags), makeIdentity, "Freezes or resets transformations."}};
+const Command kFreezeCommands[] = {{"makeIdentity", kFreezeFlags, countOf(kFreezeFlags),
+                                    makeIdentity, "Freezes or resets transformations."}};
 
 }  // namespace
 
-CommandTable freezeCommands()
-{
+CommandTable freezeCommands() {
     return {kFreezeCommands, std::size(kFreezeCommands)};
 }
 

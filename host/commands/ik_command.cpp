@@ -42,8 +42,7 @@ constexpr const char* kSplineFlags[] = {
     "rootOnCurve", "rootTwistMode",  "simplifyCurve", "snapCurve", "twistType"};
 constexpr const char* kStickiness[] = {"off", "sticky", "superSticky"};
 
-Status refuseSpline(const CommandCall& call)
-{
+Status refuseSpline(const CommandCall& call) {
     for (const char* flag : kSplineFlags)
         if (call.has(flag))
             return call.fail(std::string("The flag '") + flag +
@@ -51,14 +50,12 @@ Status refuseSpline(const CommandCall& call)
     return Status::ok();
 }
 
-void setNumber(const CommandCall& call, NodeHandle handle, const char* attr, double value)
-{
+void setNumber(const CommandCall& call, NodeHandle handle, const char* attr, double value) {
     call.scene().setNumber(call.scene().findPlug(handle, attr), value);
 }
 
 // Plain values, in creation and in edit mode.
-Status setPlain(const CommandCall& call, NodeHandle handle)
-{
+Status setPlain(const CommandCall& call, NodeHandle handle) {
     if (call.has("sticky")) {
         const std::string wanted = call.text("sticky");
         int value = -1;
@@ -86,8 +83,7 @@ Status setPlain(const CommandCall& call, NodeHandle handle)
 // --------------------------------------------------------------------------------------------------------
 
 // The ends by flag; those missing from the objects named or selected, in order.
-Status endsOf(const CommandCall& call, IkWish& wish)
-{
+Status endsOf(const CommandCall& call, IkWish& wish) {
     std::vector<NodeHandle> given;
     if (Status found = call.objectsOrSelection(given); !found)
         return found;
@@ -107,8 +103,7 @@ Status endsOf(const CommandCall& call, IkWish& wish)
     return Status::ok();
 }
 
-Status createHandle(const CommandCall& call, Value& result)
-{
+Status createHandle(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
     IkWish wish;
     if (Status found = endsOf(call, wish); !found)
@@ -134,8 +129,7 @@ Status createHandle(const CommandCall& call, Value& result)
 // --- edit
 // ----------------------------------------------------------------------------------------------------------
 
-Status handlesOf(const CommandCall& call, std::vector<NodeHandle>& handles)
-{
+Status handlesOf(const CommandCall& call, std::vector<NodeHandle>& handles) {
     if (Status found = call.objectsOrSelection(handles); !found)
         return found;
     if (handles.empty())
@@ -146,15 +140,13 @@ Status handlesOf(const CommandCall& call, std::vector<NodeHandle>& handles)
     return Status::ok();
 }
 
-void reconnect(Scene& scene, const Plug& source, const Plug& target)
-{
+void reconnect(Scene& scene, const Plug& source, const Plug& target) {
     if (const Plug old = scene.source(target); !old.isNull())
         ignore(scene.disconnect(old, target));
     ignore(scene.connect(source, target));
 }
 
-Status editEnds(const CommandCall& call, NodeHandle handle)
-{
+Status editEnds(const CommandCall& call, NodeHandle handle) {
     Scene& scene = call.scene();
     const IkParts parts = ikPartsOf(scene, handle);
     NodeHandle start = parts.start, end = parts.effector;
@@ -173,8 +165,7 @@ Status editEnds(const CommandCall& call, NodeHandle handle)
     return Status::ok();
 }
 
-Status editHandle(const CommandCall& call, NodeHandle handle)
-{
+Status editHandle(const CommandCall& call, NodeHandle handle) {
     Scene& scene = call.scene();
     if (call.has("startJoint") || call.has("endEffector"))
         if (Status done = editEnds(call, handle); !done)
@@ -198,8 +189,7 @@ Status editHandle(const CommandCall& call, NodeHandle handle)
     return Status::ok();
 }
 
-Status edit(const CommandCall& call, Value& result)
-{
+Status edit(const CommandCall& call, Value& result) {
     std::vector<NodeHandle> handles;
     if (Status found = handlesOf(call, handles); !found)
         return found;
@@ -216,13 +206,11 @@ Status edit(const CommandCall& call, Value& result)
 // --- query
 // ---------------------------------------------------------------------------------------------------------
 
-Value nameOf(const Scene& scene, NodeHandle node)
-{
+Value nameOf(const Scene& scene, NodeHandle node) {
     return node.isNull() ? Value() : Value(scene.names().shortest(node));
 }
 
-Status query(const CommandCall& call, Value& result)
-{
+Status query(const CommandCall& call, Value& result) {
     const Scene& scene = call.scene();
     std::vector<NodeHandle> handles;
     if (Status found = handlesOf(call, handles); !found)
@@ -267,8 +255,7 @@ Status query(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-Status ikHandle(const CommandCall& call, Value& result)
-{
+Status ikHandle(const CommandCall& call, Value& result) {
     if (Status allowed = refuseSpline(call); !allowed)
         return allowed;
     if (call.isQuery())
@@ -281,8 +268,7 @@ const Command kIkCommands[] = {
 
 }  // namespace
 
-CommandTable ikCommands()
-{
+CommandTable ikCommands() {
     return {kIkCommands, std::size(kIkCommands)};
 }
 

@@ -10,26 +10,22 @@ namespace {
 
 constexpr double kPoleLength = 2.0;  // only the direction matters
 
-Status refused(const std::string& why)
-{
+Status refused(const std::string& why) {
     return Status::failure("Could not create IK handle: " + why);
 }
 
-void link(Scene& scene, NodeHandle from, const char* source, NodeHandle to, const char* target)
-{
+void link(Scene& scene, NodeHandle from, const char* source, NodeHandle to, const char* target) {
     const Plug destination = scene.findPlug(to, target);
     if (const Plug old = scene.source(destination); !old.isNull())
         ignore(scene.disconnect(old, destination));
     ignore(scene.connect(scene.findPlug(from, source), destination));
 }
 
-bool isEvaluated(std::string_view type)
-{
+bool isEvaluated(std::string_view type) {
     return type == "ikRPsolver" || type == "ikSCsolver";
 }
 
-Status checkEnds(const Scene& scene, const IkWish& wish)
-{
+Status checkEnds(const Scene& scene, const IkWish& wish) {
     const auto name = [&](NodeHandle node) { return "'" + scene.names().shortest(node) + "'"; };
     if (!isJoint(scene, wish.start))
         return refused("the start " + name(wish.start) + " is no joint.");
@@ -43,14 +39,12 @@ Status checkEnds(const Scene& scene, const IkWish& wish)
     return Status::ok();
 }
 
-bool isZero(const V3d& v)
-{
+bool isZero(const V3d& v) {
     return std::fabs(v.x) + std::fabs(v.y) + std::fabs(v.z) < 1e-12;
 }
 
 // A bent chain whose joints never learned a preferred bend would snap straight.
-void learnPreferredAngles(Scene& scene, const std::vector<NodeHandle>& joints)
-{
+void learnPreferredAngles(Scene& scene, const std::vector<NodeHandle>& joints) {
     const Plug none;
     bool learned = false, bent = false;
     for (NodeHandle joint : joints) {
@@ -64,8 +58,7 @@ void learnPreferredAngles(Scene& scene, const std::vector<NodeHandle>& joints)
 }
 
 // The orientation of a single-chain handle is that of its start joint.
-void turnToStart(Scene& scene, NodeHandle handle, NodeHandle start)
-{
+void turnToStart(Scene& scene, NodeHandle handle, NodeHandle start) {
     const M44d world = rotationPart(worldMatrix(scene, start));
     const M44d local = world * rotationPart(parentWorldMatrix(scene, handle)).transposed();
     const Plug rotate(handle, transformAttrs().rotate);
@@ -74,15 +67,13 @@ void turnToStart(Scene& scene, NodeHandle handle, NodeHandle start)
         scene.setVec3(rotate, eulerFromMatrix(local, order));
 }
 
-V3d perpendicular(const V3d& v, const V3d& unitLine)
-{
+V3d perpendicular(const V3d& v, const V3d& unitLine) {
     return v - unitLine * v.dot(unitLine);
 }
 
 // In the world: from the line between the ends to the joint farthest off it; the up side of a
 // straight chain.
-V3d bendDirection(const Scene& scene, const std::vector<NodeHandle>& joints, const V3d& end)
-{
+V3d bendDirection(const Scene& scene, const std::vector<NodeHandle>& joints, const V3d& end) {
     const V3d root = worldPosition(scene, joints.front()), line = (end - root).normalized();
     V3d off(0.0);
     for (NodeHandle joint : joints)
@@ -97,8 +88,7 @@ V3d bendDirection(const Scene& scene, const std::vector<NodeHandle>& joints, con
 
 }  // namespace
 
-Status ikSolverNamed(Scene& scene, const std::string& name, NodeHandle& solver)
-{
+Status ikSolverNamed(Scene& scene, const std::string& name, NodeHandle& solver) {
     solver = scene.names().lookUp(name);
     const bool exists = scene.isType(solver, "ikSolver");
     const std::string type = exists ? scene.typeName(solver) : name;
@@ -118,8 +108,7 @@ Status ikSolverNamed(Scene& scene, const std::string& name, NodeHandle& solver)
     return Status::ok();
 }
 
-Status effectorFor(Scene& scene, NodeHandle end, NodeHandle& effector)
-{
+Status effectorFor(Scene& scene, NodeHandle end, NodeHandle& effector) {
     effector = end;
     if (scene.isType(end, "ikEffector"))
         return Status::ok();
@@ -135,8 +124,7 @@ Status effectorFor(Scene& scene, NodeHandle end, NodeHandle& effector)
     return Status::ok();
 }
 
-void snapToEffector(Scene& scene, NodeHandle handle)
-{
+void snapToEffector(Scene& scene, NodeHandle handle) {
     const IkParts parts = ikPartsOf(scene, handle);
     if (parts.path.empty())
         return;
@@ -148,8 +136,7 @@ void snapToEffector(Scene& scene, NodeHandle handle)
             scene.setNumber(scene.child(translate, axis), place[axis]);
 }
 
-void setPoleToBend(Scene& scene, NodeHandle handle)
-{
+void setPoleToBend(Scene& scene, NodeHandle handle) {
     const IkParts parts = ikPartsOf(scene, handle);
     const Plug pole = scene.findPlug(handle, "poleVector");
     if (parts.joints.empty() || !scene.isSettable(pole))
@@ -159,8 +146,7 @@ void setPoleToBend(Scene& scene, NodeHandle handle)
     scene.setVec3(pole, local.normalized() * kPoleLength);
 }
 
-Status createIkHandle(Scene& scene, const IkWish& wish, NodeHandle& handle, NodeHandle& effector)
-{
+Status createIkHandle(Scene& scene, const IkWish& wish, NodeHandle& handle, NodeHandle& effector) {
     if (Status fits = checkEnds(scene, wish); !fits)
         return fits;
     if (Status done = effectorFor(scene, wish.end, effector); !done)
@@ -182,8 +168,7 @@ Status createIkHandle(Scene& scene, const IkWish& wish, NodeHandle& handle, Node
     return Status::ok();
 }
 
-void setSolver(Scene& scene, NodeHandle handle, NodeHandle solver)
-{
+void setSolver(Scene& scene, NodeHandle handle, NodeHandle solver) {
     if (scene.isType(solver, "ikSCsolver"))
         turnToStart(scene, handle, ikPartsOf(scene, handle).start);
     link(scene, solver, "message", handle, "ikSolver");

@@ -7,8 +7,7 @@
 namespace torvel {
 
 /// What a new handle hangs on.
-struct IkWish
-{
+struct IkWish {
     NodeHandle start;
     NodeHandle end;  ///< a joint below `start`, or an effector
     NodeHandle solver;

@@ -9,22 +9,30 @@ namespace torvel {
 namespace {
 
 const FlagRow kJointFlags[] = {
-    {"absolute", "a"},               {"assumePreferredAngles", "apa"}, {"children", "ch"},
-    {"name", "n", "s"},              {"orientJoint", "oj", "s"},       {"orientation", "o", "aaa"},
-    {"position", "p", "lll"},        {"radius", "rad", "l"},           {"relative", "r"},
-    {"rotationOrder", "roo", "s"},   {"scale", "s", "ddd"},            {"scaleCompensate", "sc", "b"},
-    {"scaleOrientation", "so", "aaa"}, {"secondaryAxisOrient", "sao", "s"}, {"setPreferredAngles", "spa"},
+    {"absolute", "a"},
+    {"assumePreferredAngles", "apa"},
+    {"children", "ch"},
+    {"name", "n", "s"},
+    {"orientJoint", "oj", "s"},
+    {"orientation", "o", "aaa"},
+    {"position", "p", "lll"},
+    {"radius", "rad", "l"},
+    {"relative", "r"},
+    {"rotationOrder", "roo", "s"},
+    {"scale", "s", "ddd"},
+    {"scaleCompensate", "sc", "b"},
+    {"scaleOrientation", "so", "aaa"},
+    {"secondaryAxisOrient", "sao", "s"},
+    {"setPreferredAngles", "spa"},
     {"zeroScaleOrient", "zso"},
 };
 
-V3d vectorOf(const CommandCall& call, const char* flag)
-{
+V3d vectorOf(const CommandCall& call, const char* flag) {
     return {call.number(flag, 0.0, 0), call.number(flag, 0.0, 1), call.number(flag, 0.0, 2)};
 }
 
 // Flags that are plain values of the joint, in creation and in edit mode.
-Status setPlain(const CommandCall& call, NodeHandle joint)
-{
+Status setPlain(const CommandCall& call, NodeHandle joint) {
     Scene& scene = call.scene();
     const TransformAttrs& t = transformAttrs();
     const JointAttrs& j = jointAttrs();
@@ -46,7 +54,8 @@ Status setPlain(const CommandCall& call, NodeHandle joint)
         scene.setNumber(Plug(joint, j.segmentScaleCompensate), call.flag("scaleCompensate"));
     if (call.has("position")) {
         const V3d position = vectorOf(call, "position");
-        const V3d local = call.has("relative") ? position : position * inverseOf(parentWorldMatrix(scene, joint));
+        const V3d local =
+            call.has("relative") ? position : position * inverseOf(parentWorldMatrix(scene, joint));
         scene.setVec3(Plug(joint, t.translate), local);
     }
     if (call.has("setPreferredAngles"))
@@ -57,19 +66,21 @@ Status setPlain(const CommandCall& call, NodeHandle joint)
 }
 
 // What setPlain would write must be free, so that an edit happens as a whole or not at all.
-Status checkPlain(const CommandCall& call, NodeHandle joint)
-{
-    struct Use
-    {
+Status checkPlain(const CommandCall& call, NodeHandle joint) {
+    struct Use {
         const char* flag;
         AttrIndex attr;
     };
     const TransformAttrs& t = transformAttrs();
     const JointAttrs& j = jointAttrs();
-    const Use uses[] = {{"rotationOrder", t.rotateOrder},    {"orientation", j.jointOrient},
-                        {"scaleOrientation", t.rotateAxis},  {"scale", t.scale},
-                        {"radius", j.radius},                {"scaleCompensate", j.segmentScaleCompensate},
-                        {"position", t.translate},           {"setPreferredAngles", j.preferredAngle},
+    const Use uses[] = {{"rotationOrder", t.rotateOrder},
+                        {"orientation", j.jointOrient},
+                        {"scaleOrientation", t.rotateAxis},
+                        {"scale", t.scale},
+                        {"radius", j.radius},
+                        {"scaleCompensate", j.segmentScaleCompensate},
+                        {"position", t.translate},
+                        {"setPreferredAngles", j.preferredAngle},
                         {"assumePreferredAngles", t.rotate}};
     for (const Use& use : uses)
         if (call.has(use.flag) && !call.scene().isSettable(Plug(joint, use.attr)))
@@ -78,10 +89,10 @@ Status checkPlain(const CommandCall& call, NodeHandle joint)
     return Status::ok();
 }
 
-// --- create ----------------------------------------------------------------------------------------------------
+// --- create
+// ----------------------------------------------------------------------------------------------------
 
-NodeHandle selectedTransform(const Scene& scene)
-{
+NodeHandle selectedTransform(const Scene& scene) {
     NodeHandle found;
     for (NodeHandle node : scene.selection().nodes())
         if (isTransform(scene, node))
@@ -89,8 +100,7 @@ NodeHandle selectedTransform(const Scene& scene)
     return found;
 }
 
-Status createJoint(const CommandCall& call, Value& result)
-{
+Status createJoint(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
     if (!call.args().empty())
         return call.fail("Objects are named in edit and query mode only.");
@@ -111,11 +121,11 @@ Status createJoint(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-// --- edit ------------------------------------------------------------------------------------------------------
+// --- edit
+// ------------------------------------------------------------------------------------------------------
 
 // Joints below the given ones follow them, parents first.
-std::vector<NodeHandle> withChildJoints(const Scene& scene, const std::vector<NodeHandle>& tops)
-{
+std::vector<NodeHandle> withChildJoints(const Scene& scene, const std::vector<NodeHandle>& tops) {
     std::vector<NodeHandle> all;
     for (NodeHandle top : tops) {
         std::vector<NodeHandle> stack{top};
@@ -131,8 +141,7 @@ std::vector<NodeHandle> withChildJoints(const Scene& scene, const std::vector<No
     return all;
 }
 
-Status readOrient(const CommandCall& call, OrientOptions& options)
-{
+Status readOrient(const CommandCall& call, OrientOptions& options) {
     const std::string text = call.text("orientJoint");
     if (call.has("orientJoint") && text != "none" && !parseOrient(text, options.letters))
         return call.fail("'" + text + "' is no joint orientation.");
@@ -143,8 +152,7 @@ Status readOrient(const CommandCall& call, OrientOptions& options)
     return Status::ok();
 }
 
-Status orient(const CommandCall& call, NodeHandle joint, const OrientOptions& options)
-{
+Status orient(const CommandCall& call, NodeHandle joint, const OrientOptions& options) {
     if (call.has("orientation") || call.has("scaleOrientation"))
         return Status::ok();  // given orientations win over computed ones
     if (call.text("orientJoint") == "none")
@@ -154,8 +162,7 @@ Status orient(const CommandCall& call, NodeHandle joint, const OrientOptions& op
     return call.has("zeroScaleOrient") ? clearRotateAxis(call.scene(), joint) : Status::ok();
 }
 
-Status editJoints(const CommandCall& call, std::vector<NodeHandle> joints)
-{
+Status editJoints(const CommandCall& call, std::vector<NodeHandle> joints) {
     OrientOptions options;
     if (Status read = readOrient(call, options); !read)
         return read;
@@ -176,15 +183,14 @@ Status editJoints(const CommandCall& call, std::vector<NodeHandle> joints)
     return Status::ok();
 }
 
-// --- query -----------------------------------------------------------------------------------------------------
+// --- query
+// -----------------------------------------------------------------------------------------------------
 
-Value listOf(const V3d& v)
-{
+Value listOf(const V3d& v) {
     return Value::doubles({v.x, v.y, v.z});
 }
 
-Status queryJoint(const CommandCall& call, NodeHandle joint, Value& result)
-{
+Status queryJoint(const CommandCall& call, NodeHandle joint, Value& result) {
     const Scene& scene = call.scene();
     const Channels c = channelsOf(scene, joint);
     if (call.has("position"))
@@ -208,8 +214,7 @@ Status queryJoint(const CommandCall& call, NodeHandle joint, Value& result)
     return Status::ok();
 }
 
-Status joint(const CommandCall& call, Value& result)
-{
+Status joint(const CommandCall& call, Value& result) {
     if (call.isCreate())
         return createJoint(call, result);
     std::vector<NodeHandle> nodes, joints;
@@ -231,8 +236,7 @@ const Command kJointCommands[] = {
 
 }  // namespace
 
-CommandTable jointCommands()
-{
+CommandTable jointCommands() {
     return {kJointCommands, std::size(kJointCommands)};
 }
 

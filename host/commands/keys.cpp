@@ -12,15 +12,14 @@
 namespace torvel {
 namespace {
 
-// --- keys of one curve ---------------------------------------------------------------------------------------
+// --- keys of one curve
+// ---------------------------------------------------------------------------------------
 
-struct Tangents
-{
+struct Tangents {
     int in = -1, out = -1;  ///< -1: as a key that stands there has it, else the scene's default
 };
 
-Status readTangents(const CommandCall& call, Tangents& tangents)
-{
+Status readTangents(const CommandCall& call, Tangents& tangents) {
     for (const char* flag : {"inTangentType", "outTangentType"}) {
         if (!call.has(flag))
             continue;
@@ -33,13 +32,12 @@ Status readTangents(const CommandCall& call, Tangents& tangents)
 }
 
 // Switches hold their value until the next key.
-bool isStepped(const AttrInfo& info)
-{
+bool isStepped(const AttrInfo& info) {
     return info.type == AttrType::Bool || info.type == AttrType::Enum;
 }
 
-void putKey(Scene& scene, NodeHandle curve, double time, double value, const Tangents& tangents, bool stepped)
-{
+void putKey(Scene& scene, NodeHandle curve, double time, double value, const Tangents& tangents,
+            bool stepped) {
     std::vector<CurveKey> keys = keysOf(scene, curve);
     auto at = std::lower_bound(keys.begin(), keys.end(), time - 1e-6,
                                [](const CurveKey& key, double t) { return key.time < t; });
@@ -58,12 +56,12 @@ void putKey(Scene& scene, NodeHandle curve, double time, double value, const Tan
     setKeys(scene, curve, keys);
 }
 
-bool isDrivenOtherwise(const Scene& scene, const KeyTarget& target)
-{
+bool isDrivenOtherwise(const Scene& scene, const KeyTarget& target) {
     return target.curve.isNull() && !scene.effectiveSource(target.plug).isNull();
 }
 
-// --- setKeyframe ---------------------------------------------------------------------------------------------
+// --- setKeyframe
+// ---------------------------------------------------------------------------------------------
 
 const FlagRow kSetFlags[] = {
     {"animated", "an"},
@@ -80,19 +78,19 @@ const FlagRow kSetFlags[] = {
     {"value", "v", "d"},
 };
 
-Status refuseScope(const CommandCall& call)
-{
+Status refuseScope(const CommandCall& call) {
     const std::string hierarchy = call.text("hierarchy", "none");
     if (hierarchy != "none")
-        return call.fail("Keys are set on the named objects only; -hierarchy \"" + hierarchy + "\" is not covered.");
+        return call.fail("Keys are set on the named objects only; -hierarchy \"" + hierarchy +
+                         "\" is not covered.");
     const std::string option = call.text("option", "keys");
     if (option != "keys")
         return call.fail("Whole keys are cut; -option \"" + option + "\" is not covered.");
-    return call.flag("controlPoints") ? call.fail("Keys of control points are not covered.") : Status::ok();
+    return call.flag("controlPoints") ? call.fail("Keys of control points are not covered.")
+                                      : Status::ok();
 }
 
-Status timesOf(const CommandCall& call, std::vector<double>& times)
-{
+Status timesOf(const CommandCall& call, std::vector<double>& times) {
     for (const FlagUse* use : call.uses("time")) {
         double time = 0.0;
         if (!timeOf(call.scene(), use->values[0], time))
@@ -104,26 +102,25 @@ Status timesOf(const CommandCall& call, std::vector<double>& times)
     return Status::ok();
 }
 
-Status ensureCurve(Scene& scene, KeyTarget& target)
-{
+Status ensureCurve(Scene& scene, KeyTarget& target) {
     if (!target.curve.isNull())
         return Status::ok();
-    Status done = scene.createNode(curveTypeFor(scene, target.plug, false), curveNameFor(scene, target.plug), {},
-                                   target.curve);
+    Status done = scene.createNode(curveTypeFor(scene, target.plug, false),
+                                   curveNameFor(scene, target.plug), {}, target.curve);
     if (done)
         done = scene.connect(scene.findPlug(target.curve, "output"), target.plug);
     return done;
 }
 
-Status keyOne(const CommandCall& call, KeyTarget target, const std::vector<double>& times, const Tangents& tangents,
-              std::int64_t& count)
-{
+Status keyOne(const CommandCall& call, KeyTarget target, const std::vector<double>& times,
+              const Tangents& tangents, std::int64_t& count) {
     Scene& scene = call.scene();
     const Plug shown = target.plug.isNull() ? plugFedBy(scene, target.curve) : target.plug;
     const AttrInfo* info = shown.isNull() ? nullptr : &scene.info(shown);
     const bool unkeyable = call.has("respectKeyable") && !scene.isKeyable(target.plug);
-    const bool skip = !target.plug.isNull() && (isDrivenOtherwise(scene, target) || scene.isLocked(target.plug) ||
-                                                info->is(kOutput) || unkeyable);
+    const bool skip =
+        !target.plug.isNull() && (isDrivenOtherwise(scene, target) || scene.isLocked(target.plug) ||
+                                  info->is(kOutput) || unkeyable);
     if (skip || (call.has("animated") && target.curve.isNull()))
         return Status::ok();
     const double unit = info ? 1.0 / uiScale(*info) : 1.0;
@@ -136,14 +133,14 @@ Status keyOne(const CommandCall& call, KeyTarget target, const std::vector<doubl
         const std::vector<CurveKey> keys = keysOf(scene, target.curve);
         if (insert && keys.empty())
             continue;
-        putKey(scene, target.curve, time, insert ? curveValue(keys, time) : now, tangents, info && isStepped(*info));
+        putKey(scene, target.curve, time, insert ? curveValue(keys, time) : now, tangents,
+               info && isStepped(*info));
         ++count;
     }
     return Status::ok();
 }
 
-Status setKeyframe(const CommandCall& call, Value& result)
-{
+Status setKeyframe(const CommandCall& call, Value& result) {
     std::vector<KeyTarget> targets;
     std::vector<double> times;
     Tangents tangents;
@@ -161,7 +158,8 @@ Status setKeyframe(const CommandCall& call, Value& result)
     return done;
 }
 
-// --- cutKey --------------------------------------------------------------------------------------------------
+// --- cutKey
+// --------------------------------------------------------------------------------------------------
 
 const FlagRow kCutFlags[] = {
     {"animation", "an", "s"},
@@ -177,8 +175,7 @@ const FlagRow kCutFlags[] = {
 };
 
 // The attribute keeps the value that it shows.
-void dropCurve(Scene& scene, NodeHandle curve)
-{
+void dropCurve(Scene& scene, NodeHandle curve) {
     std::vector<NodeHandle> gone{curve};
     for (const Scene::Connection& c : scene.outgoing(curve))
         if (scene.isType(c.target.node, "unitConversion")) {
@@ -191,8 +188,8 @@ void dropCurve(Scene& scene, NodeHandle curve)
 }
 
 // True when the curve lost a key.
-bool cutFrom(Scene& scene, NodeHandle curve, const std::vector<TimeRange>& times, const std::vector<TimeRange>& indices)
-{
+bool cutFrom(Scene& scene, NodeHandle curve, const std::vector<TimeRange>& times,
+             const std::vector<TimeRange>& indices) {
     const std::vector<CurveKey> keys = keysOf(scene, curve);
     std::vector<CurveKey> left;
     for (std::size_t i = 0; i < keys.size(); ++i)
@@ -207,8 +204,7 @@ bool cutFrom(Scene& scene, NodeHandle curve, const std::vector<TimeRange>& times
     return true;
 }
 
-Status cutKey(const CommandCall& call, Value& result)
-{
+Status cutKey(const CommandCall& call, Value& result) {
     std::vector<KeyTarget> targets;
     std::vector<TimeRange> times, indices;
     Status done = refuseScope(call);
@@ -224,63 +220,70 @@ Status cutKey(const CommandCall& call, Value& result)
         return done;
     std::int64_t count = 0;
     for (const KeyTarget& target : targets)
-        if (call.scene().isValid(target.curve) && (call.has("float") || isTimeCurve(call.scene(), target.curve)))
+        if (call.scene().isValid(target.curve) &&
+            (call.has("float") || isTimeCurve(call.scene(), target.curve)))
             count += cutFrom(call.scene(), target.curve, times, indices) ? 1 : 0;
     result = Value(count);
     return Status::ok();
 }
 
-// --- setDrivenKeyframe ---------------------------------------------------------------------------------------
+// --- setDrivenKeyframe
+// ---------------------------------------------------------------------------------------
 
 const FlagRow kDrivenFlags[] = {
-    {"attribute", "at", "s", kAllModes, true, true}, {"currentDriver", "cd", "s"},
-    {"driven", "dn"},                          {"driver", "dr"},
-    {"driverValue", "dv", "d"},                {"inTangentType", "itt", "s"},
-    {"insert", "i"},                           {"outTangentType", "ott", "s"},
+    {"attribute", "at", "s", kAllModes, true, true},
+    {"currentDriver", "cd", "s"},
+    {"driven", "dn"},
+    {"driver", "dr"},
+    {"driverValue", "dv", "d"},
+    {"inTangentType", "itt", "s"},
+    {"insert", "i"},
+    {"outTangentType", "ott", "s"},
     {"value", "v", "d"},
 };
 
 // The driver behind a curve and the conversion before it.
-Plug driverOf(const Scene& scene, NodeHandle curve)
-{
+Plug driverOf(const Scene& scene, NodeHandle curve) {
     return sourceBehindConversions(scene, scene.findPlug(curve, "input"));
 }
 
-Status ensureDriven(const CommandCall& call, const Plug& driver, KeyTarget& target)
-{
+Status ensureDriven(const CommandCall& call, const Plug& driver, KeyTarget& target) {
     Scene& scene = call.scene();
     if (isDrivenOtherwise(scene, target))
-        return call.fail("'" + scene.plugName(target.plug) + "' already has an incoming connection.");
+        return call.fail("'" + scene.plugName(target.plug) +
+                         "' already has an incoming connection.");
     if (!target.curve.isNull())
         return driverOf(scene, target.curve) == driver
                    ? Status::ok()
-                   : call.fail("'" + scene.plugName(target.plug) + "' is animated or has another driver; " +
+                   : call.fail("'" + scene.plugName(target.plug) +
+                               "' is animated or has another driver; " +
                                "one driver for an attribute is covered.");
     if (scene.isLocked(target.plug))
         return call.fail("The attribute '" + scene.plugName(target.plug) + "' is locked.");
-    Status done = scene.createNode(curveTypeFor(scene, target.plug, true), curveNameFor(scene, target.plug), {},
-                                   target.curve);
+    Status done = scene.createNode(curveTypeFor(scene, target.plug, true),
+                                   curveNameFor(scene, target.plug), {}, target.curve);
     if (done)
         done = connectPlugs(scene, driver, scene.findPlug(target.curve, "input"), false);
     return done;
 }
 
-Status driveOne(const CommandCall& call, const Plug& driver, KeyTarget target, const Tangents& tangents)
-{
+Status driveOne(const CommandCall& call, const Plug& driver, KeyTarget target,
+                const Tangents& tangents) {
     Scene& scene = call.scene();
     const AttrInfo& info = scene.info(target.plug);
-    const double value = call.has("value") ? call.number("value") / uiScale(info) : scene.number(target.plug);
+    const double value =
+        call.has("value") ? call.number("value") / uiScale(info) : scene.number(target.plug);
     const double at = call.has("driverValue") ? call.number("driverValue")
                                               : scene.number(driver) * uiScale(scene.info(driver));
     const bool isNew = target.curve.isNull();
     if (Status made = ensureDriven(call, driver, target); !made)
         return made;
     putKey(scene, target.curve, at, value, tangents, isStepped(info));
-    return isNew ? scene.connect(scene.findPlug(target.curve, "output"), target.plug) : Status::ok();
+    return isNew ? scene.connect(scene.findPlug(target.curve, "output"), target.plug)
+                 : Status::ok();
 }
 
-Status queryDriver(const CommandCall& call, const std::vector<KeyTarget>& targets, Value& result)
-{
+Status queryDriver(const CommandCall& call, const std::vector<KeyTarget>& targets, Value& result) {
     const Scene& scene = call.scene();
     std::vector<std::string> names;
     for (const KeyTarget& target : targets) {
@@ -297,8 +300,7 @@ Status queryDriver(const CommandCall& call, const std::vector<KeyTarget>& target
     return Status::ok();
 }
 
-Status setDrivenKeyframe(const CommandCall& call, Value& result)
-{
+Status setDrivenKeyframe(const CommandCall& call, Value& result) {
     std::vector<KeyTarget> targets;
     Tangents tangents;
     Status done = keyTargets(call, KeyScope::Keyable, targets);
@@ -327,14 +329,14 @@ Status setDrivenKeyframe(const CommandCall& call, Value& result)
 
 const Command kKeyCommands[] = {
     {"cutKey", kCutFlags, countOf(kCutFlags), cutKey, "Takes keys away."},
-    {"setDrivenKeyframe", kDrivenFlags, countOf(kDrivenFlags), setDrivenKeyframe, "Keys over another attribute."},
+    {"setDrivenKeyframe", kDrivenFlags, countOf(kDrivenFlags), setDrivenKeyframe,
+     "Keys over another attribute."},
     {"setKeyframe", kSetFlags, countOf(kSetFlags), setKeyframe, "Sets keys over time."},
 };
 
 }  // namespace
 
-CommandTable keyCommands()
-{
+CommandTable keyCommands() {
     return {kKeyCommands, std::size(kKeyCommands)};
 }
 

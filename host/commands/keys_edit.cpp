@@ -14,21 +14,18 @@ namespace torvel {
 namespace {
 
 /// The keys of one curve that a call means.
-struct Picked
-{
+struct Picked {
     NodeHandle curve;
     std::vector<CurveKey> keys;
     std::vector<std::size_t> which;
     double unit = 1.0;  ///< of its values for scripts
 };
 
-double valueUnit(const Scene& scene, NodeHandle curve)
-{
+double valueUnit(const Scene& scene, NodeHandle curve) {
     return uiScale(scene.info(scene.findPlug(curve, "output")));
 }
 
-Status pick(const CommandCall& call, std::vector<Picked>& out)
-{
+Status pick(const CommandCall& call, std::vector<Picked>& out) {
     const Scene& scene = call.scene();
     std::vector<KeyTarget> targets;
     std::vector<TimeRange> times, indices;
@@ -44,7 +41,8 @@ Status pick(const CommandCall& call, std::vector<Picked>& out)
     for (const KeyTarget& target : targets) {
         if (target.curve.isNull())
             continue;
-        Picked picked{target.curve, keysOf(scene, target.curve), {}, valueUnit(scene, target.curve)};
+        Picked picked{
+            target.curve, keysOf(scene, target.curve), {}, valueUnit(scene, target.curve)};
         for (std::size_t i = 0; i < picked.keys.size(); ++i)
             if (inRanges(times, picked.keys[i].time) && inRanges(indices, static_cast<double>(i)))
                 picked.which.push_back(i);
@@ -53,12 +51,12 @@ Status pick(const CommandCall& call, std::vector<Picked>& out)
     return Status::ok();
 }
 
-Value listOrNone(Value::List items)
-{
+Value listOrNone(Value::List items) {
     return items.empty() ? Value() : Value(std::move(items));
 }
 
-// --- keyframe ------------------------------------------------------------------------------------------------
+// --- keyframe
+// ------------------------------------------------------------------------------------------------
 
 const FlagRow kKeyframeFlags[] = {
     {"absolute", "a"},
@@ -81,8 +79,7 @@ const FlagRow kKeyframeFlags[] = {
 };
 
 // -eval: what the curves give at each time asked for, between keys, too.
-Status evaluated(const CommandCall& call, const std::vector<Picked>& curves, Value& result)
-{
+Status evaluated(const CommandCall& call, const std::vector<Picked>& curves, Value& result) {
     std::vector<TimeRange> times;
     if (const Status read = timeRanges(call, "time", times); !read)
         return read;
@@ -96,8 +93,7 @@ Status evaluated(const CommandCall& call, const std::vector<Picked>& curves, Val
     return Status::ok();
 }
 
-Status queryKeys(const CommandCall& call, const std::vector<Picked>& curves, Value& result)
-{
+Status queryKeys(const CommandCall& call, const std::vector<Picked>& curves, Value& result) {
     if (call.has("selected") || call.has("lastSelected"))
         return Status::ok();  // keys are never selected here
     if (call.has("eval"))
@@ -123,16 +119,14 @@ Status queryKeys(const CommandCall& call, const std::vector<Picked>& curves, Val
     return Status::ok();
 }
 
-bool collide(const std::vector<CurveKey>& keys)
-{
+bool collide(const std::vector<CurveKey>& keys) {
     for (std::size_t i = 1; i < keys.size(); ++i)
         if (keys[i].time - keys[i - 1].time < 1e-6)
             return true;
     return false;
 }
 
-Status keyframe(const CommandCall& call, Value& result)
-{
+Status keyframe(const CommandCall& call, Value& result) {
     std::vector<Picked> curves;
     if (const Status found = pick(call, curves); !found)
         return found;
@@ -153,7 +147,8 @@ Status keyframe(const CommandCall& call, Value& result)
         std::stable_sort(curve.keys.begin(), curve.keys.end(),
                          [](const CurveKey& a, const CurveKey& b) { return a.time < b.time; });
         if (collide(curve.keys))
-            return call.fail("Two keys of '" + call.scene().node(curve.curve)->name + "' would stand at one time.");
+            return call.fail("Two keys of '" + call.scene().node(curve.curve)->name +
+                             "' would stand at one time.");
     }
     for (const Picked& curve : curves)
         if (!curve.which.empty())
@@ -162,7 +157,8 @@ Status keyframe(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-// --- keyTangent ----------------------------------------------------------------------------------------------
+// --- keyTangent
+// ----------------------------------------------------------------------------------------------
 
 const FlagRow kTangentFlags[] = {
     {"absolute", "a"},
@@ -180,18 +176,18 @@ const FlagRow kTangentFlags[] = {
     {"weightedTangents", "wt", "b"},
 };
 
-Status kindOf(const CommandCall& call, const char* flag, int& kind)
-{
+Status kindOf(const CommandCall& call, const char* flag, int& kind) {
     if (!call.has(flag))
         return Status::ok();
     kind = tangentKindOf(call.text(flag));
     return kind < 0 ? call.fail("Invalid tangent type: " + call.text(flag)) : Status::ok();
 }
 
-Status globalTangents(const CommandCall& call, Value& result)
-{
+Status globalTangents(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
-    const auto word = [&](PlaySetting s) { return Value(tangentWord(static_cast<int>(playSetting(scene, s)))); };
+    const auto word = [&](PlaySetting s) {
+        return Value(tangentWord(static_cast<int>(playSetting(scene, s))));
+    };
     if (call.isQuery()) {
         Value::List items;
         const bool both = !call.has("inTangentType") && !call.has("outTangentType");
@@ -214,13 +210,11 @@ Status globalTangents(const CommandCall& call, Value& result)
 }
 
 // Angles count over seconds for curves over time, over the driver's unit for driven ones.
-double secondsIn(const Scene& scene, NodeHandle curve)
-{
+double secondsIn(const Scene& scene, NodeHandle curve) {
     return isTimeCurve(scene, curve) ? framesPerSecond(scene) : 1.0;
 }
 
-void queryTangents(const CommandCall& call, const std::vector<Picked>& curves, Value& result)
-{
+void queryTangents(const CommandCall& call, const std::vector<Picked>& curves, Value& result) {
     Value::List items;
     for (const Picked& curve : curves) {
         const CurveShape shape(curve.keys);
@@ -243,8 +237,7 @@ void queryTangents(const CommandCall& call, const std::vector<Picked>& curves, V
     result = listOrNone(std::move(items));
 }
 
-void setTangents(const CommandCall& call, Picked& curve, int in, int out)
-{
+void setTangents(const CommandCall& call, Picked& curve, int in, int out) {
     const CurveShape shape(curve.keys);
     const double unit = secondsIn(call.scene(), curve.curve) * curve.unit;
     for (const std::size_t i : curve.which) {
@@ -270,8 +263,7 @@ void setTangents(const CommandCall& call, Picked& curve, int in, int out)
     setKeys(call.scene(), curve.curve, curve.keys);
 }
 
-Status keyTangent(const CommandCall& call, Value& result)
-{
+Status keyTangent(const CommandCall& call, Value& result) {
     if (call.has("global"))
         return globalTangents(call, result);
     if (!call.isQuery() && call.has("weightedTangents") && call.flag("weightedTangents"))
@@ -295,15 +287,18 @@ Status keyTangent(const CommandCall& call, Value& result)
     return done;
 }
 
-// --- findKeyframe --------------------------------------------------------------------------------------------
+// --- findKeyframe
+// --------------------------------------------------------------------------------------------
 
 const FlagRow kFindFlags[] = {
-    {"attribute", "at", "s", kCreate, true}, {"curve", "c"}, {"time", "t", "t", kCreate}, {"which", "w", "s"},
+    {"attribute", "at", "s", kCreate, true},
+    {"curve", "c"},
+    {"time", "t", "t", kCreate},
+    {"which", "w", "s"},
 };
 
 // The wanted one among all times, round the ends where needed.
-double wantedTime(const std::vector<double>& times, const std::string& which, double now)
-{
+double wantedTime(const std::vector<double>& times, const std::string& which, double now) {
     if (which == "first" || which == "last")
         return which == "first" ? times.front() : times.back();
     if (which == "previous") {
@@ -314,8 +309,7 @@ double wantedTime(const std::vector<double>& times, const std::string& which, do
     return at == times.end() ? times.front() : *at;
 }
 
-Status findKeyframe(const CommandCall& call, Value& result)
-{
+Status findKeyframe(const CommandCall& call, Value& result) {
     const std::string which = call.text("which", "next");
     if (which != "next" && which != "previous" && which != "first" && which != "last")
         return call.fail("The flag 'which' takes next, previous, first or last.");
@@ -348,8 +342,7 @@ const Command kEditCommands[] = {
 
 }  // namespace
 
-CommandTable keyEditCommands()
-{
+CommandTable keyEditCommands() {
     return {kEditCommands, std::size(kEditCommands)};
 }
 

@@ -11,26 +11,42 @@ namespace torvel {
 namespace {
 
 const FlagRow kLsFlags[] = {
-    {"allPaths", "ap"},        {"assemblies", "as"},  {"cameras", "ca"},
-    {"dagObjects", "dag"},     {"dependencyNodes", "dep"},
-    {"exactType", "et", "s", kCreate | kEdit, true},        {"flatten", "fl"},    {"geometry", "g"},
-    {"head", "hd", "i"},       {"hilite", "hl"},      {"intermediateObjects", "io"},                {"invisible", "iv"},
-    {"long", "l"},             {"lockedNodes", "ln"}, {"noIntermediate", "ni"},
-    {"objectsOnly", "o"},      {"recursive", "r"},    {"selection", "sl"},   {"sets", "set"},
-    {"shapes", "s"},           {"shortNames", "sn"},  {"showType", "st"},    {"tail", "tl", "i"},
-    {"transforms", "tr"},      {"type", "typ", "s", kCreate | kEdit, true},        {"uuid", "uid"},
+    {"allPaths", "ap"},
+    {"assemblies", "as"},
+    {"cameras", "ca"},
+    {"dagObjects", "dag"},
+    {"dependencyNodes", "dep"},
+    {"exactType", "et", "s", kCreate | kEdit, true},
+    {"flatten", "fl"},
+    {"geometry", "g"},
+    {"head", "hd", "i"},
+    {"hilite", "hl"},
+    {"intermediateObjects", "io"},
+    {"invisible", "iv"},
+    {"long", "l"},
+    {"lockedNodes", "ln"},
+    {"noIntermediate", "ni"},
+    {"objectsOnly", "o"},
+    {"recursive", "r"},
+    {"selection", "sl"},
+    {"sets", "set"},
+    {"shapes", "s"},
+    {"shortNames", "sn"},
+    {"showType", "st"},
+    {"tail", "tl", "i"},
+    {"transforms", "tr"},
+    {"type", "typ", "s", kCreate | kEdit, true},
+    {"uuid", "uid"},
     {"visible", "v"},
 };
 
 using Items = std::vector<SelectionItem>;
 
-bool isIntermediate(const Scene& scene, NodeHandle node)
-{
+bool isIntermediate(const Scene& scene, NodeHandle node) {
     return scene.number(scene.findPlug(node, "intermediateObject")) != 0.0;
 }
 
-void preOrder(const Scene& scene, NodeHandle top, std::vector<NodeHandle>& out)
-{
+void preOrder(const Scene& scene, NodeHandle top, std::vector<NodeHandle>& out) {
     std::vector<NodeHandle> stack{top};
     std::unordered_set<std::uint32_t> seen;
     while (!stack.empty()) {
@@ -46,8 +62,7 @@ void preOrder(const Scene& scene, NodeHandle top, std::vector<NodeHandle>& out)
 }
 
 // DAG nodes in pre-order, then the others by creation.
-std::vector<NodeHandle> everything(const Scene& scene)
-{
+std::vector<NodeHandle> everything(const Scene& scene) {
     std::vector<NodeHandle> nodes;
     preOrder(scene, scene.world(), nodes);
     for (NodeHandle node : scene.allNodes())
@@ -56,8 +71,7 @@ std::vector<NodeHandle> everything(const Scene& scene)
     return nodes;
 }
 
-Items itemsOf(const std::vector<NodeHandle>& nodes)
-{
+Items itemsOf(const std::vector<NodeHandle>& nodes) {
     Items items;
     for (NodeHandle node : nodes) {
         SelectionItem item;
@@ -67,9 +81,9 @@ Items itemsOf(const std::vector<NodeHandle>& nodes)
     return items;
 }
 
-// "*.liw": every node of the pattern that has the attribute. An attribute pattern ("hip.t*") is matched, too.
-void addPlugs(const Scene& scene, const std::string& text, Items& out)
-{
+// "*.liw": every node of the pattern that has the attribute. An attribute pattern ("hip.t*") is
+// matched, too.
+void addPlugs(const Scene& scene, const std::string& text, Items& out) {
     const std::size_t dot = text.find('.');
     const std::string attr = text.substr(dot + 1);
     for (NodeHandle handle : scene.names().find(text.substr(0, dot))) {
@@ -90,8 +104,7 @@ void addPlugs(const Scene& scene, const std::string& text, Items& out)
     }
 }
 
-void addText(const Scene& scene, const std::string& text, Items& out)
-{
+void addText(const Scene& scene, const std::string& text, Items& out) {
     if (componentItems(scene, text, out))
         return;
     if (text.find('.') != std::string::npos) {
@@ -102,21 +115,21 @@ void addText(const Scene& scene, const std::string& text, Items& out)
     out.insert(out.end(), found.begin(), found.end());
 }
 
-void dropRepeats(Items& items)
-{
+void dropRepeats(Items& items) {
     Items kept;
     std::unordered_set<std::uint64_t> nodes;
     for (const SelectionItem& item : items) {
-        const std::uint64_t key = (static_cast<std::uint64_t>(item.node.index) << 32) | item.node.generation;
+        const std::uint64_t key =
+            (static_cast<std::uint64_t>(item.node.index) << 32) | item.node.generation;
         const bool whole = item.plug.isNull() && item.component.empty();
-        if (whole ? nodes.insert(key).second : std::find(kept.begin(), kept.end(), item) == kept.end())
+        if (whole ? nodes.insert(key).second
+                  : std::find(kept.begin(), kept.end(), item) == kept.end())
             kept.push_back(item);
     }
     items = std::move(kept);
 }
 
-void flatten(Items& items)
-{
+void flatten(Items& items) {
     Items single;
     for (const SelectionItem& item : items)
         for (const SelectionItem& one : singleComponents(item))
@@ -124,8 +137,7 @@ void flatten(Items& items)
     items = std::move(single);
 }
 
-void addBelow(const Scene& scene, Items& items)
-{
+void addBelow(const Scene& scene, Items& items) {
     std::vector<NodeHandle> nodes;
     for (const SelectionItem& item : items)
         if (scene.node(item.node)->isDag())
@@ -133,23 +145,24 @@ void addBelow(const Scene& scene, Items& items)
     items = itemsOf(nodes);
 }
 
-bool matchesType(const CommandCall& call, NodeHandle node)
-{
+bool matchesType(const CommandCall& call, NodeHandle node) {
     const Scene& scene = call.scene();
     const std::vector<const FlagUse*> types = call.uses("type"), exact = call.uses("exactType");
-    const auto derives = [&](const FlagUse* use) { return scene.isType(node, use->values[0].string()); };
-    const auto equals = [&](const FlagUse* use) { return scene.typeName(node) == use->values[0].string(); };
+    const auto derives = [&](const FlagUse* use) {
+        return scene.isType(node, use->values[0].string());
+    };
+    const auto equals = [&](const FlagUse* use) {
+        return scene.typeName(node) == use->values[0].string();
+    };
     return (types.empty() && exact.empty()) || std::any_of(types.begin(), types.end(), derives) ||
            std::any_of(exact.begin(), exact.end(), equals);
 }
 
 // Kinds of nodes add up: `-transforms -shapes` gives both.
-bool matchesKind(const CommandCall& call, const Node& node)
-{
+bool matchesKind(const CommandCall& call, const Node& node) {
     const NodeType& type = *node.type;
     const bool atTop = !node.parents.empty() && node.parents.front() == call.scene().world();
-    struct Kind
-    {
+    struct Kind {
         const char* flag;
         bool fits;
     };
@@ -171,8 +184,7 @@ bool matchesKind(const CommandCall& call, const Node& node)
     return !asked;
 }
 
-bool wanted(const CommandCall& call, const SelectionItem& item)
-{
+bool wanted(const CommandCall& call, const SelectionItem& item) {
     const Scene& scene = call.scene();
     const Node& node = *scene.node(item.node);
     if (item.node == scene.world() || !matchesType(call, item.node) || !matchesKind(call, node))
@@ -188,15 +200,15 @@ bool wanted(const CommandCall& call, const SelectionItem& item)
     return !call.has("invisible") || !isShown(scene, item.node);
 }
 
-void addNames(const CommandCall& call, const SelectionItem& item, std::vector<std::string>& names)
-{
+void addNames(const CommandCall& call, const SelectionItem& item, std::vector<std::string>& names) {
     const Scene& scene = call.scene();
     const auto ending = [&]() -> std::string {
         if (call.has("objectsOnly"))
             return {};
         if (!item.component.empty())
             return "." + item.component;
-        return item.plug.isNull() ? std::string() : "." + scene.attrPath(item.plug, !call.has("shortNames"));
+        return item.plug.isNull() ? std::string()
+                                  : "." + scene.attrPath(item.plug, !call.has("shortNames"));
     };
     const NodeHandle owner = call.has("objectsOnly") ? item.node : componentOwner(scene, item);
     if (call.has("uuid"))
@@ -212,24 +224,22 @@ void addNames(const CommandCall& call, const SelectionItem& item, std::vector<st
         names.push_back(scene.typeName(item.node));
 }
 
-void cutEnds(const CommandCall& call, Items& items)
-{
+void cutEnds(const CommandCall& call, Items& items) {
     if (call.has("head"))
-        items.resize(std::min(items.size(), static_cast<std::size_t>(std::max(0, call.integer("head")))));
+        items.resize(
+            std::min(items.size(), static_cast<std::size_t>(std::max(0, call.integer("head")))));
     const std::size_t tail = static_cast<std::size_t>(std::max(0, call.integer("tail")));
     if (call.has("tail") && items.size() > tail)
         items.erase(items.begin(), items.end() - static_cast<std::ptrdiff_t>(tail));
 }
 
 // A pattern searches every namespace when -recursive is given.
-std::string searchText(const CommandCall& call, const std::string& text)
-{
+std::string searchText(const CommandCall& call, const std::string& text) {
     const bool widen = call.has("recursive") && text.find(':') == std::string::npos;
     return widen ? "*:" + text : text;
 }
 
-Status ls(const CommandCall& call, Value& result)
-{
+Status ls(const CommandCall& call, Value& result) {
     const Scene& scene = call.scene();
     Items items;
     for (const std::string& raw : call.texts()) {
@@ -244,7 +254,8 @@ Status ls(const CommandCall& call, Value& result)
         if (!call.args().empty())
             items.erase(std::remove_if(items.begin(), items.end(),
                                        [&](const SelectionItem& item) {
-                                           return std::find(named.begin(), named.end(), item) == named.end();
+                                           return std::find(named.begin(), named.end(), item) ==
+                                                  named.end();
                                        }),
                         items.end());
     } else if (call.has("hilite")) {
@@ -257,7 +268,8 @@ Status ls(const CommandCall& call, Value& result)
     if (call.has("flatten"))
         flatten(items);
     dropRepeats(items);
-    items.erase(std::remove_if(items.begin(), items.end(), [&](const SelectionItem& i) { return !wanted(call, i); }),
+    items.erase(std::remove_if(items.begin(), items.end(),
+                               [&](const SelectionItem& i) { return !wanted(call, i); }),
                 items.end());
     cutEnds(call, items);
     std::vector<std::string> names;
@@ -267,8 +279,7 @@ Status ls(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-Status objExists(const CommandCall& call, Value& result)
-{
+Status objExists(const CommandCall& call, Value& result) {
     const std::vector<std::string> texts = call.texts();
     if (texts.empty())
         return call.fail("Needs the name of an object.");
@@ -283,8 +294,7 @@ Status objExists(const CommandCall& call, Value& result)
 const FlagRow kNodeTypeFlags[] = {
     {"apiType", "api"}, {"derived", "d"}, {"inherited", "i"}, {"isTypeName", "itn"}};
 
-Status nodeType(const CommandCall& call, Value& result)
-{
+Status nodeType(const CommandCall& call, Value& result) {
     const Scene& scene = call.scene();
     const std::vector<std::string> texts = call.texts();
     if (texts.size() != 1)
@@ -324,8 +334,7 @@ const Command kListCommands[] = {
 
 }  // namespace
 
-CommandTable listCommands()
-{
+CommandTable listCommands() {
     return {kListCommands, std::size(kListCommands)};
 }
 

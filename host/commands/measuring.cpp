@@ -16,13 +16,11 @@
 namespace torvel {
 namespace {
 
-Value listOf(const V3d& v)
-{
+Value listOf(const V3d& v) {
     return Value::doubles({v.x, v.y, v.z});
 }
 
-Value listOf(const Box3d& box)
-{
+Value listOf(const Box3d& box) {
     return Value::doubles({box.min.x, box.min.y, box.min.z, box.max.x, box.max.y, box.max.z});
 }
 
@@ -30,8 +28,7 @@ Value listOf(const Box3d& box)
 
 const FlagRow kBoxFlags[] = {{"calculateExactly", "ce"}, {"ignoreInvisible", "ii"}};
 
-Status exactWorldBoundingBox(const CommandCall& call, Value& result)
-{
+Status exactWorldBoundingBox(const CommandCall& call, Value& result) {
     std::vector<NodeHandle> nodes;
     if (Status found = call.objectsOrSelection(nodes); !found)
         return found;
@@ -54,8 +51,7 @@ Status exactWorldBoundingBox(const CommandCall& call, Value& result)
 // --- curves --------------------------------------------------------------------------
 
 // The named or selected curve in the world.
-Status worldCurve(const CommandCall& call, std::shared_ptr<const NurbsCurveData>& out)
-{
+Status worldCurve(const CommandCall& call, std::shared_ptr<const NurbsCurveData>& out) {
     const Scene& scene = call.scene();
     std::vector<NodeHandle> nodes;
     if (Status found = call.objectsOrSelection(nodes); !found)
@@ -68,8 +64,7 @@ Status worldCurve(const CommandCall& call, std::shared_ptr<const NurbsCurveData>
     return Status::ok();
 }
 
-Status arclen(const CommandCall& call, Value& result)
-{
+Status arclen(const CommandCall& call, Value& result) {
     std::shared_ptr<const NurbsCurveData> curve;
     if (Status found = worldCurve(call, curve); !found)
         return found;
@@ -82,8 +77,7 @@ const FlagRow kPointOnCurveFlags[] = {
     {"turnOnPercentage", "top", "b"},
 };
 
-Status pointOnCurve(const CommandCall& call, Value& result)
-{
+Status pointOnCurve(const CommandCall& call, Value& result) {
     std::shared_ptr<const NurbsCurveData> curve;
     if (Status found = worldCurve(call, curve); !found)
         return found;
@@ -102,8 +96,7 @@ Status pointOnCurve(const CommandCall& call, Value& result)
 
 const FlagRow kPositionFlags[] = {{"local", "l"}, {"world", "w"}};
 
-Status pointPosition(const CommandCall& call, Value& result)
-{
+Status pointPosition(const CommandCall& call, Value& result) {
     std::vector<Target> targets;
     if (Status found = targetsOf(call, targets); !found)
         return found;
@@ -122,8 +115,7 @@ Status pointPosition(const CommandCall& call, Value& result)
 const FlagRow kEvaluateFlags[] = {
     {"edge", "e"}, {"face", "f"}, {"triangle", "t"}, {"vertex", "v"}, {"worldArea", "wa"}};
 
-int edgesOf(const MeshTopology& topology)
-{
+int edgesOf(const MeshTopology& topology) {
     std::vector<std::uint64_t> edges;
     std::size_t at = 0;
     for (const std::int32_t count : topology.faceCounts) {
@@ -140,16 +132,14 @@ int edgesOf(const MeshTopology& topology)
     return static_cast<int>(std::unique(edges.begin(), edges.end()) - edges.begin());
 }
 
-int trianglesOf(const MeshTopology& topology)
-{
+int trianglesOf(const MeshTopology& topology) {
     int sum = 0;
     for (const std::int32_t count : topology.faceCounts)
         sum += std::max(0, count - 2);
     return sum;
 }
 
-double areaOf(const Scene& scene, NodeHandle shape)
-{
+double areaOf(const Scene& scene, NodeHandle shape) {
     const std::vector<V3d> points = meshWorldPoints(scene, shape);
     const MeshTopology& topology = *meshPoints(scene, shape)->topology;
     double area = 0.0;
@@ -168,8 +158,7 @@ double areaOf(const Scene& scene, NodeHandle shape)
     return area;
 }
 
-Status polyEvaluate(const CommandCall& call, Value& result)
-{
+Status polyEvaluate(const CommandCall& call, Value& result) {
     const Scene& scene = call.scene();
     std::vector<NodeHandle> nodes;
     if (Status found = call.objectsOrSelection(nodes); !found)
@@ -213,8 +202,7 @@ const Command kMeasureCommands[] = {
 
 }  // namespace
 
-CommandTable measureCommands()
-{
+CommandTable measureCommands() {
     return {kMeasureCommands, std::size(kMeasureCommands)};
 }
 

@@ -5,14 +5,15 @@ namespace torvel {
 namespace {
 
 const FlagRow kAboutFlags[] = {
-    {"apiVersion", "api"},     {"application", "a"},      {"batch", "b"},          {"cutIdentifier", "c"},
-    {"installedVersion", "iv"}, {"is64", "x64"},          {"linux", "li"},         {"linux64", "l64"},
-    {"macOS", "mac"},          {"majorVersion", "mjv"},   {"minorVersion", "mnv"}, {"operatingSystem", "os"},
-    {"product", "p"},          {"qtVersion", "qt"},       {"version", "v"},        {"windows", "win"},
+    {"apiVersion", "api"},   {"application", "a"},       {"batch", "b"},
+    {"cutIdentifier", "c"},  {"installedVersion", "iv"}, {"is64", "x64"},
+    {"linux", "li"},         {"linux64", "l64"},         {"macOS", "mac"},
+    {"majorVersion", "mjv"}, {"minorVersion", "mnv"},    {"operatingSystem", "os"},
+    {"product", "p"},        {"qtVersion", "qt"},        {"version", "v"},
+    {"windows", "win"},
 };
 
-constexpr bool onLinux()
-{
+constexpr bool onLinux() {
 #ifdef __linux__
     return true;
 #else
@@ -20,8 +21,7 @@ constexpr bool onLinux()
 #endif
 }
 
-constexpr bool onWindows()
-{
+constexpr bool onWindows() {
 #ifdef _WIN32
     return true;
 #else
@@ -29,8 +29,7 @@ constexpr bool onWindows()
 #endif
 }
 
-constexpr bool onMac()
-{
+constexpr bool onMac() {
 #ifdef __APPLE__
     return true;
 #else
@@ -38,10 +37,8 @@ constexpr bool onMac()
 #endif
 }
 
-Status about(const CommandCall& call, Value& result)
-{
-    struct Fact
-    {
+Status about(const CommandCall& call, Value& result) {
+    struct Fact {
         const char* flag;
         Value value;
     };
@@ -57,7 +54,9 @@ Status about(const CommandCall& call, Value& result)
         {"macOS", Value(onMac())},
         {"majorVersion", Value("2024")},
         {"minorVersion", Value("0")},
-        {"operatingSystem", Value(onWindows() ? "win64" : onMac() ? "mac" : "linux64")},
+        {"operatingSystem", Value(onWindows() ? "win64"
+                                  : onMac()   ? "mac"
+                                              : "linux64")},
         {"product", Value("Maya 2024")},
         {"qtVersion", Value("5.15.2")},
         {"version", Value("2024")},
@@ -71,8 +70,7 @@ Status about(const CommandCall& call, Value& result)
     return call.fail("Needs a flag that tells what to look for.");
 }
 
-std::string joinedTexts(const CommandCall& call)
-{
+std::string joinedTexts(const CommandCall& call) {
     std::string text;
     for (const Value& value : call.args()) {
         const std::string part = value.isString() ? value.string() : textOfDouble(value.number());
@@ -83,26 +81,29 @@ std::string joinedTexts(const CommandCall& call)
 
 const FlagRow kMessageFlags[] = {{"noContext", "n"}, {"showLineNumber", "sl", "b"}};
 
-Status warning(const CommandCall& call, Value&)
-{
+Status warning(const CommandCall& call, Value&) {
     call.session().log().write(Channel::Warning, joinedTexts(call), true);
     return Status::ok();
 }
 
 // The language that runs the script prints the text with the failure.
-Status error(const CommandCall& call, Value&)
-{
+Status error(const CommandCall& call, Value&) {
     return Status::failure(joinedTexts(call));
 }
 
 const FlagRow kUndoInfoFlags[] = {
-    {"chunkName", "cn", "s"}, {"closeChunk", "cck"}, {"infinity", "in", "b"},          {"length", "l", "i"},
-    {"openChunk", "ock"},     {"state", "st", "b"},  {"stateWithoutFlush", "swf", "b"}, {"undoQueueEmpty", "uqe"},
+    {"chunkName", "cn", "s"},
+    {"closeChunk", "cck"},
+    {"infinity", "in", "b"},
+    {"length", "l", "i"},
+    {"openChunk", "ock"},
+    {"state", "st", "b"},
+    {"stateWithoutFlush", "swf", "b"},
+    {"undoQueueEmpty", "uqe"},
 };
 
 // There is no undo: chunks and switches are taken and change nothing, questions are answered so.
-Status undoInfo(const CommandCall& call, Value& result)
-{
+Status undoInfo(const CommandCall& call, Value& result) {
     if (!call.isQuery())
         return Status::ok();
     if (call.has("chunkName"))
@@ -114,15 +115,13 @@ Status undoInfo(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-Status undo(const CommandCall& call, Value&)
-{
+Status undo(const CommandCall& call, Value&) {
     return call.fail("There is nothing to undo: this host keeps no undo queue.");
 }
 
 const FlagRow kUpAxisFlags[] = {{"axis", "ax", "s"}, {"rotateView", "rv"}};
 
-Status upAxis(const CommandCall& call, Value& result)
-{
+Status upAxis(const CommandCall& call, Value& result) {
     if (call.isQuery())
         result = Value("y");
     else if (call.text("axis", "y") != "y")
@@ -142,8 +141,7 @@ const Command kMiscCommands[] = {
 
 }  // namespace
 
-CommandTable miscCommands()
-{
+CommandTable miscCommands() {
     return {kMiscCommands, std::size(kMiscCommands)};
 }
 

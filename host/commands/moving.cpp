@@ -8,37 +8,49 @@ namespace torvel {
 namespace {
 
 const FlagRow kMoveFlags[] = {
-    {"absolute", "a"},    {"localSpace", "ls"}, {"moveX", "x"},    {"moveXY", "xy"}, {"moveXYZ", "xyz"},
-    {"moveXZ", "xz"},     {"moveY", "y"},       {"moveYZ", "yz"},  {"moveZ", "z"},   {"objectSpace", "os"},
-    {"relative", "r"},    {"rotatePivotRelative", "rpr"},          {"worldSpace", "ws"},
+    {"absolute", "a"},    {"localSpace", "ls"},  {"moveX", "x"},    {"moveXY", "xy"},
+    {"moveXYZ", "xyz"},   {"moveXZ", "xz"},      {"moveY", "y"},    {"moveYZ", "yz"},
+    {"moveZ", "z"},       {"objectSpace", "os"}, {"relative", "r"}, {"rotatePivotRelative", "rpr"},
+    {"worldSpace", "ws"},
 };
 const FlagRow kRotateFlags[] = {
-    {"absolute", "a"},    {"centerPivot", "cp"}, {"euler", "eu"},    {"forceOrderXYZ", "fo"},
-    {"objectCenterPivot", "ocp"},                {"objectSpace", "os"}, {"pivot", "p", "lll"}, {"relative", "r"},
-    {"rotateX", "x"},     {"rotateXY", "xy"},    {"rotateXYZ", "xyz"}, {"rotateXZ", "xz"},  {"rotateY", "y"},
-    {"rotateYZ", "yz"},   {"rotateZ", "z"},      {"worldSpace", "ws"},
+    {"absolute", "a"},
+    {"centerPivot", "cp"},
+    {"euler", "eu"},
+    {"forceOrderXYZ", "fo"},
+    {"objectCenterPivot", "ocp"},
+    {"objectSpace", "os"},
+    {"pivot", "p", "lll"},
+    {"relative", "r"},
+    {"rotateX", "x"},
+    {"rotateXY", "xy"},
+    {"rotateXYZ", "xyz"},
+    {"rotateXZ", "xz"},
+    {"rotateY", "y"},
+    {"rotateYZ", "yz"},
+    {"rotateZ", "z"},
+    {"worldSpace", "ws"},
 };
 const FlagRow kScaleFlags[] = {
-    {"absolute", "a"},    {"centerPivot", "cp"}, {"objectCenterPivot", "ocp"}, {"objectSpace", "os"},
-    {"pivot", "p", "lll"}, {"relative", "r"},    {"scaleX", "x"},    {"scaleXY", "xy"},  {"scaleXYZ", "xyz"},
-    {"scaleXZ", "xz"},    {"scaleY", "y"},       {"scaleYZ", "yz"},  {"scaleZ", "z"},    {"worldSpace", "ws"},
+    {"absolute", "a"},     {"centerPivot", "cp"}, {"objectCenterPivot", "ocp"},
+    {"objectSpace", "os"}, {"pivot", "p", "lll"}, {"relative", "r"},
+    {"scaleX", "x"},       {"scaleXY", "xy"},     {"scaleXYZ", "xyz"},
+    {"scaleXZ", "xz"},     {"scaleY", "y"},       {"scaleYZ", "yz"},
+    {"scaleZ", "z"},       {"worldSpace", "ws"},
 };
 
 /// The numbers of a call and the axes they belong to.
-struct Amount
-{
+struct Amount {
     V3d value{0.0};
     bool on[3] = {true, true, true};
 
-    V3d over(const V3d& other) const
-    {
+    V3d over(const V3d& other) const {
         return {on[0] ? value.x : other.x, on[1] ? value.y : other.y, on[2] ? value.z : other.z};
     }
 };
 
 // "moveXZ": the flags name the axes; without one all three count. One number serves all asked axes.
-Status amountOf(const CommandCall& call, const std::string& stem, double neutral, Amount& out)
-{
+Status amountOf(const CommandCall& call, const std::string& stem, double neutral, Amount& out) {
     static const char* const kAxes[] = {"X", "Y", "Z", "XY", "XZ", "YZ", "XYZ"};
     std::string axes;
     for (const char* name : kAxes)
@@ -60,10 +72,10 @@ Status amountOf(const CommandCall& call, const std::string& stem, double neutral
     return Status::ok();
 }
 
-bool pivotGiven(const CommandCall& call, const Target& target, V3d& pivot)
-{
+bool pivotGiven(const CommandCall& call, const Target& target, V3d& pivot) {
     if (call.has("pivot")) {
-        pivot = {call.number("pivot", 0.0, 0), call.number("pivot", 0.0, 1), call.number("pivot", 0.0, 2)};
+        pivot = {call.number("pivot", 0.0, 0), call.number("pivot", 0.0, 1),
+                 call.number("pivot", 0.0, 2)};
         return true;
     }
     if (call.has("centerPivot") || call.has("objectCenterPivot")) {
@@ -76,8 +88,7 @@ bool pivotGiven(const CommandCall& call, const Target& target, V3d& pivot)
 
 // Applies a change of world points to the points of a target.
 template <class F>
-Status changePoints(const CommandCall& call, const Target& target, F&& change)
-{
+Status changePoints(const CommandCall& call, const Target& target, F&& change) {
     const Scene& scene = call.scene();
     const std::vector<V3d> all = shapePoints(scene, target.points.shape);
     const M44d world = worldMatrix(scene, target.points.shape), back = inverseOf(world);
@@ -87,8 +98,7 @@ Status changePoints(const CommandCall& call, const Target& target, F&& change)
     return movePoints(call.scene(), target.points, points);
 }
 
-Status refuseFixed(const CommandCall& call, NodeHandle node, const Channels& wanted)
-{
+Status refuseFixed(const CommandCall& call, NodeHandle node, const Channels& wanted) {
     ChannelPlan plan;
     const Status done = plan.plan(call.scene(), node, wanted);
     if (!done)
@@ -98,8 +108,7 @@ Status refuseFixed(const CommandCall& call, NodeHandle node, const Channels& wan
 }
 
 template <class ForNode, class ForPoints>
-Status onTargets(const CommandCall& call, ForNode&& forNode, ForPoints&& forPoints)
-{
+Status onTargets(const CommandCall& call, ForNode&& forNode, ForPoints&& forPoints) {
     std::vector<Target> targets;
     if (Status found = targetsOf(call, targets); !found)
         return found;
@@ -111,10 +120,10 @@ Status onTargets(const CommandCall& call, ForNode&& forNode, ForPoints&& forPoin
     return Status::ok();
 }
 
-// --- move --------------------------------------------------------------------------------------------------------
+// --- move
+// --------------------------------------------------------------------------------------------------------
 
-Status moveNode(const CommandCall& call, const Amount& amount, NodeHandle node)
-{
+Status moveNode(const CommandCall& call, const Amount& amount, NodeHandle node) {
     const Scene& scene = call.scene();
     Channels c = channelsOf(scene, node);
     if (call.has("relative")) {
@@ -134,9 +143,9 @@ Status moveNode(const CommandCall& call, const Amount& amount, NodeHandle node)
     return refuseFixed(call, node, c);
 }
 
-Status movePointsOf(const CommandCall& call, const Amount& amount, const Target& target)
-{
-    const bool own = call.has("objectSpace") || call.has("localSpace"), relative = call.has("relative");
+Status movePointsOf(const CommandCall& call, const Amount& amount, const Target& target) {
+    const bool own = call.has("objectSpace") || call.has("localSpace"),
+               relative = call.has("relative");
     const M44d world = worldMatrix(call.scene(), target.points.shape);
     return changePoints(call, target, [&](const V3d& point) {
         if (own) {
@@ -147,8 +156,7 @@ Status movePointsOf(const CommandCall& call, const Amount& amount, const Target&
     });
 }
 
-Status move(const CommandCall& call, Value&)
-{
+Status move(const CommandCall& call, Value&) {
     Amount amount;
     if (Status read = amountOf(call, "move", 0.0, amount); !read)
         return read;
@@ -157,11 +165,12 @@ Status move(const CommandCall& call, Value&)
         [&](const Target& t) { return movePointsOf(call, amount, t); });
 }
 
-// --- rotate ------------------------------------------------------------------------------------------------------
+// --- rotate
+// ------------------------------------------------------------------------------------------------------
 
 // World rotation of the node after the call.
-M44d rotatedWorld(const CommandCall& call, const Amount& amount, const Channels& now, const M44d& world)
-{
+M44d rotatedWorld(const CommandCall& call, const Amount& amount, const Channels& now,
+                  const M44d& world) {
     const int order = call.has("forceOrderXYZ") ? static_cast<int>(kXYZ) : now.rotateOrder;
     if (call.has("relative"))
         return world * eulerMatrix(amount.value * kDegToRad, order);
@@ -169,8 +178,7 @@ M44d rotatedWorld(const CommandCall& call, const Amount& amount, const Channels&
     return eulerMatrix(amount.over(old * kRadToDeg) * kDegToRad, order);
 }
 
-Status rotateNode(const CommandCall& call, const Amount& amount, const Target& target)
-{
+Status rotateNode(const CommandCall& call, const Amount& amount, const Target& target) {
     const Scene& scene = call.scene();
     const NodeHandle node = target.node;
     const M44d before = worldRotation(scene, node);
@@ -181,14 +189,16 @@ Status rotateNode(const CommandCall& call, const Amount& amount, const Target& t
     } else if (call.has("objectSpace")) {
         const M44d own = eulerMatrix(amount.value * kDegToRad, c.rotateOrder);
         const V3d hint = c.rotate;
-        c.rotate = relative ? eulerFromMatrix(own * eulerMatrix(c.rotate, c.rotateOrder), c.rotateOrder, &hint)
+        c.rotate = relative ? eulerFromMatrix(own * eulerMatrix(c.rotate, c.rotateOrder),
+                                              c.rotateOrder, &hint)
                             : amount.over(c.rotate * kRadToDeg) * kDegToRad;
     } else {
         setWorldRotation(scene, node, rotatedWorld(call, amount, c, before), c);
     }
     V3d pivot;
     if (pivotGiven(call, target, pivot)) {
-        const M44d after = rotationPart(localMatrixOf(c)) * rotationPart(parentWorldMatrix(scene, node));
+        const M44d after =
+            rotationPart(localMatrixOf(c)) * rotationPart(parentWorldMatrix(scene, node));
         const V3d arm = worldRotatePivot(scene, node) - pivot;
         setWorldPivotPosition(scene, node, pivot + arm * (inverseOf(before) * after), c);
     }
@@ -196,8 +206,7 @@ Status rotateNode(const CommandCall& call, const Amount& amount, const Target& t
 }
 
 // Points have no rotation of their own: every call turns them.
-Status rotatePointsOf(const CommandCall& call, const Amount& amount, const Target& target)
-{
+Status rotatePointsOf(const CommandCall& call, const Amount& amount, const Target& target) {
     V3d pivot;
     pivotGiven(call, target, pivot);
     M44d turn = eulerMatrix(amount.value * kDegToRad);
@@ -205,11 +214,11 @@ Status rotatePointsOf(const CommandCall& call, const Amount& amount, const Targe
         const M44d axes = worldRotation(call.scene(), target.node);
         turn = inverseOf(axes) * turn * axes;
     }
-    return changePoints(call, target, [&](const V3d& point) { return pivot + (point - pivot) * turn; });
+    return changePoints(call, target,
+                        [&](const V3d& point) { return pivot + (point - pivot) * turn; });
 }
 
-Status rotate(const CommandCall& call, Value&)
-{
+Status rotate(const CommandCall& call, Value&) {
     Amount amount;
     if (Status read = amountOf(call, "rotate", 0.0, amount); !read)
         return read;
@@ -218,10 +227,10 @@ Status rotate(const CommandCall& call, Value&)
         [&](const Target& t) { return rotatePointsOf(call, amount, t); });
 }
 
-// --- scale -------------------------------------------------------------------------------------------------------
+// --- scale
+// -------------------------------------------------------------------------------------------------------
 
-Status scaleNode(const CommandCall& call, const Amount& amount, const Target& target)
-{
+Status scaleNode(const CommandCall& call, const Amount& amount, const Target& target) {
     const Scene& scene = call.scene();
     Channels c = channelsOf(scene, target.node);
     const V3d before = c.scale;
@@ -233,13 +242,13 @@ Status scaleNode(const CommandCall& call, const Amount& amount, const Target& ta
         for (int i = 0; i < 3; ++i)
             factor[i] = before[i] != 0.0 ? c.scale[i] / before[i] : 1.0;
         const V3d arm = worldRotatePivot(scene, target.node) - pivot;
-        setWorldPivotPosition(scene, target.node, pivot + arm * (inverseOf(axes) * scaleMatrix(factor) * axes), c);
+        setWorldPivotPosition(scene, target.node,
+                              pivot + arm * (inverseOf(axes) * scaleMatrix(factor) * axes), c);
     }
     return refuseFixed(call, target.node, c);
 }
 
-Status scalePointsOf(const CommandCall& call, const Amount& amount, const Target& target)
-{
+Status scalePointsOf(const CommandCall& call, const Amount& amount, const Target& target) {
     V3d pivot;
     pivotGiven(call, target, pivot);
     M44d stretch = scaleMatrix(amount.value);
@@ -247,11 +256,11 @@ Status scalePointsOf(const CommandCall& call, const Amount& amount, const Target
         const M44d axes = worldRotation(call.scene(), target.node);
         stretch = inverseOf(axes) * stretch * axes;
     }
-    return changePoints(call, target, [&](const V3d& point) { return pivot + (point - pivot) * stretch; });
+    return changePoints(call, target,
+                        [&](const V3d& point) { return pivot + (point - pivot) * stretch; });
 }
 
-Status scale(const CommandCall& call, Value&)
-{
+Status scale(const CommandCall& call, Value&) {
     Amount amount;
     if (Status read = amountOf(call, "scale", 1.0, amount); !read)
         return read;
@@ -268,8 +277,7 @@ const Command kMoveCommands[] = {
 
 }  // namespace
 
-CommandTable moveCommands()
-{
+CommandTable moveCommands() {
     return {kMoveCommands, std::size(kMoveCommands)};
 }
 

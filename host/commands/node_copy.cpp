@@ -17,9 +17,9 @@ constexpr std::uint32_t kCopiedStates =
 
 using AttrMap = std::unordered_map<AttrIndex, AttrIndex>;
 
-// Places of deleted attributes stay empty in the original, so added attributes may get other positions.
-AttrMap copyAddedAttributes(Scene& scene, const Node& from, NodeHandle to)
-{
+// Places of deleted attributes stay empty in the original, so added attributes may get other
+// positions.
+AttrMap copyAddedAttributes(Scene& scene, const Node& from, NodeHandle to) {
     AttrMap map;
     for (AttrIndex i = static_cast<AttrIndex>(from.type->attrs.size()); i < from.attrCount(); ++i) {
         AttrInfo info = from.attr(i);
@@ -39,8 +39,7 @@ AttrMap copyAddedAttributes(Scene& scene, const Node& from, NodeHandle to)
     return map;
 }
 
-void copySlot(Scene& scene, const Plug& from, const Slot& slot, Plug to)
-{
+void copySlot(Scene& scene, const Plug& from, const Slot& slot, Plug to) {
     if (scene.info(from).is(kOutput))
         return;
     Slot* target = scene.slotFor(to);
@@ -52,8 +51,7 @@ void copySlot(Scene& scene, const Plug& from, const Slot& slot, Plug to)
 }
 
 // Driven plugs give the copy the value they have now.
-void copyDrivenValue(Scene& scene, const Plug& from, const Plug& to)
-{
+void copyDrivenValue(Scene& scene, const Plug& from, const Plug& to) {
     for (const Plug& leaf : numericLeaves(scene, from)) {
         Plug target = to;
         target.attr = to.attr + (leaf.attr - from.attr);  // the children stand in the same order
@@ -67,8 +65,7 @@ void copyDrivenValue(Scene& scene, const Plug& from, const Plug& to)
 
 }  // namespace
 
-void copyValues(Scene& scene, NodeHandle from, NodeHandle to)
-{
+void copyValues(Scene& scene, NodeHandle from, NodeHandle to) {
     Node& source = *scene.node(from);
     const AttrIndex own = static_cast<AttrIndex>(source.type->attrs.size());
     AttrMap added = copyAddedAttributes(scene, source, to);
@@ -99,21 +96,16 @@ void copyValues(Scene& scene, NodeHandle from, NodeHandle to)
 
 namespace {
 
-std::uint64_t keyOf(NodeHandle node)
-{
+std::uint64_t keyOf(NodeHandle node) {
     return (static_cast<std::uint64_t>(node.index) << 32) | node.generation;
 }
 
-class TreeCopy
-{
-public:
+class TreeCopy {
+  public:
     TreeCopy(Scene& scene, const CopyOptions& options, CopiedNodes& made)
-        : m_scene(scene), m_options(options), m_made(made)
-    {
-    }
+        : m_scene(scene), m_options(options), m_made(made) {}
 
-    Status run(NodeHandle root, NodeHandle parent, const std::string& wantedName)
-    {
+    Status run(NodeHandle root, NodeHandle parent, const std::string& wantedName) {
         const std::string name = wantedName.empty() ? m_scene.node(root)->name : wantedName;
         if (Status done = copyNode(root, parent, name); !done)
             return done;
@@ -126,9 +118,8 @@ public:
         return Status::ok();
     }
 
-private:
-    Status copyNode(NodeHandle from, NodeHandle parent, const std::string& name)
-    {
+  private:
+    Status copyNode(NodeHandle from, NodeHandle parent, const std::string& name) {
         NodeHandle to;
         const std::string type = m_scene.node(from)->type->name;
         if (Status done = m_scene.createNode(type, name, parent, to); !done)
@@ -141,8 +132,7 @@ private:
         return Status::ok();
     }
 
-    Status copyChildren(NodeHandle from, NodeHandle to)
-    {
+    Status copyChildren(NodeHandle from, NodeHandle to) {
         const std::vector<NodeHandle> children = m_scene.node(from)->children;
         for (NodeHandle child : children) {
             const Node& node = *m_scene.node(child);
@@ -157,8 +147,7 @@ private:
         return Status::ok();
     }
 
-    std::string childName(const std::string& name) const
-    {
+    std::string childName(const std::string& name) const {
         if (!m_options.renameChildren)
             return name;
         std::string stem = name;
@@ -167,11 +156,11 @@ private:
         return m_scene.names().numbered(stem);
     }
 
-    void copyLinks(NodeHandle from, NodeHandle to)
-    {
+    void copyLinks(NodeHandle from, NodeHandle to) {
         for (const Scene::Connection& c : m_scene.incoming(from)) {
             const auto inside = m_copies.find(keyOf(c.source.node));
-            const bool scaleLink = m_scene.info(c.target).longName == "inverseScale" && inside != m_copies.end();
+            const bool scaleLink =
+                m_scene.info(c.target).longName == "inverseScale" && inside != m_copies.end();
             if (!scaleLink && !m_options.inputConnections)
                 continue;
             Plug source = c.source, target = c.target;
@@ -183,7 +172,8 @@ private:
         if (!m_scene.node(from)->type->is(kShapeType))
             return;
         for (const Scene::Connection& c : m_scene.outgoing(from))
-            if (m_scene.isType(c.target.node, "shadingEngine") && m_scene.info(c.source).type != AttrType::Message)
+            if (m_scene.isType(c.target.node, "shadingEngine") &&
+                m_scene.info(c.source).type != AttrType::Message)
                 ignore(addToSet(m_scene, c.target.node, to));
     }
 
@@ -196,8 +186,7 @@ private:
 }  // namespace
 
 Status copyTree(Scene& scene, NodeHandle root, NodeHandle parent, const std::string& wantedName,
-                const CopyOptions& options, CopiedNodes& made)
-{
+                const CopyOptions& options, CopiedNodes& made) {
     made.clear();
     const Node* node = scene.node(root);
     if (!node || root == scene.world() || node->isDefault)

@@ -8,33 +8,34 @@ namespace torvel {
 namespace {
 
 const FlagRow kParentFlags[] = {
-    {"absolute", "a"},     {"addObject", "add"},    {"noConnections", "nc"}, {"noInvScale", "nis"},
-    {"relative", "r"},     {"removeObject", "rm"},  {"shape", "s"},          {"world", "w"},
+    {"absolute", "a"}, {"addObject", "add"},   {"noConnections", "nc"}, {"noInvScale", "nis"},
+    {"relative", "r"}, {"removeObject", "rm"}, {"shape", "s"},          {"world", "w"},
 };
 
-std::string parentName(const Scene& scene, NodeHandle parent)
-{
+std::string parentName(const Scene& scene, NodeHandle parent) {
     return parent == scene.world() ? "world" : scene.names().shortest(parent);
 }
 
-// Takes out the nodes that are there already, telling so; the message and the failure are those of a no-op.
-std::vector<NodeHandle> notYetThere(Scene& scene, const std::vector<NodeHandle>& nodes, NodeHandle parent)
-{
+// Takes out the nodes that are there already, telling so; the message and the failure are those of
+// a no-op.
+std::vector<NodeHandle> notYetThere(Scene& scene, const std::vector<NodeHandle>& nodes,
+                                    NodeHandle parent) {
     std::vector<NodeHandle> moving;
     for (NodeHandle node : nodes) {
         const std::vector<NodeHandle>& parents = scene.node(node)->parents;
         if (parents.size() != 1 || parents.front() != parent)
             moving.push_back(node);
         else
-            scene.log().write(Channel::Warning, "Object, '" + scene.names().shortest(node) +
-                                                    "', skipped.  It is already a child of the parent, '" +
-                                                    parentName(scene, parent) + "'.");
+            scene.log().write(Channel::Warning,
+                              "Object, '" + scene.names().shortest(node) +
+                                  "', skipped.  It is already a child of the parent, '" +
+                                  parentName(scene, parent) + "'.");
     }
     return moving;
 }
 
-Status addInstances(const CommandCall& call, const std::vector<NodeHandle>& nodes, NodeHandle parent)
-{
+Status addInstances(const CommandCall& call, const std::vector<NodeHandle>& nodes,
+                    NodeHandle parent) {
     for (NodeHandle node : nodes)
         if (Status done = call.scene().addParent(node, parent); !done)
             return call.fail(done.text());
@@ -42,8 +43,7 @@ Status addInstances(const CommandCall& call, const std::vector<NodeHandle>& node
 }
 
 // The parent that a path text names ("|a|shape": a); the only one otherwise.
-NodeHandle namedParent(const Scene& scene, NodeHandle node, const std::string& text)
-{
+NodeHandle namedParent(const Scene& scene, NodeHandle node, const std::string& text) {
     const std::size_t bar = text.rfind('|');
     if (bar != std::string::npos && bar > 0) {
         const NodeHandle above = scene.names().lookUp(text.substr(0, bar));
@@ -54,20 +54,20 @@ NodeHandle namedParent(const Scene& scene, NodeHandle node, const std::string& t
     return parentOf(scene, node);
 }
 
-Status removeInstances(const CommandCall& call)
-{
+Status removeInstances(const CommandCall& call) {
     for (const std::string& text : call.texts()) {
         NodeHandle node;
         if (Status found = call.resolve(text, node); !found)
             return found;
-        if (Status done = call.scene().removeParent(node, namedParent(call.scene(), node, text)); !done)
+        if (Status done = call.scene().removeParent(node, namedParent(call.scene(), node, text));
+            !done)
             return call.fail(done.text());
     }
     return Status::ok();
 }
 
-Status objectsAndParent(const CommandCall& call, std::vector<NodeHandle>& nodes, NodeHandle& parent)
-{
+Status objectsAndParent(const CommandCall& call, std::vector<NodeHandle>& nodes,
+                        NodeHandle& parent) {
     if (Status found = call.objectsOrSelection(nodes); !found)
         return found;
     if (call.has("world")) {
@@ -77,24 +77,25 @@ Status objectsAndParent(const CommandCall& call, std::vector<NodeHandle>& nodes,
         nodes.pop_back();
     }
     if (nodes.empty())
-        return call.fail(call.has("world") ? "No objects were named to parent." : "Needs objects and their new parent.");
+        return call.fail(call.has("world") ? "No objects were named to parent."
+                                           : "Needs objects and their new parent.");
     for (NodeHandle node : nodes)
         if (!call.scene().node(node)->isDag())
-            return call.fail("'" + call.scene().node(node)->name + "' is no object of the hierarchy.");
+            return call.fail("'" + call.scene().node(node)->name +
+                             "' is no object of the hierarchy.");
     return Status::ok();
 }
 
 // Moving shapes needs -shape, so that nobody tears them off their transforms by accident.
-Status refuseLooseShapes(const CommandCall& call, const std::vector<NodeHandle>& nodes)
-{
+Status refuseLooseShapes(const CommandCall& call, const std::vector<NodeHandle>& nodes) {
     for (NodeHandle node : nodes)
         if (call.scene().node(node)->type->is(kShapeType) && !call.has("shape"))
-            return call.fail("The shape '" + call.scene().node(node)->name + "' can be parented with -shape only.");
+            return call.fail("The shape '" + call.scene().node(node)->name +
+                             "' can be parented with -shape only.");
     return Status::ok();
 }
 
-Status parent(const CommandCall& call, Value& result)
-{
+Status parent(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
     if (call.has("removeObject"))
         return removeInstances(call);
@@ -134,8 +135,7 @@ const Command kParentCommands[] = {
 
 }  // namespace
 
-CommandTable parentCommands()
-{
+CommandTable parentCommands() {
     return {kParentCommands, std::size(kParentCommands)};
 }
 

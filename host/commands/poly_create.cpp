@@ -7,14 +7,12 @@ namespace torvel {
 namespace {
 
 // Flags that give attributes of the maker node their values.
-struct SizeFlag
-{
+struct SizeFlag {
     const char* flag;
     const char* attr;
 };
 
-struct PolyKind
-{
+struct PolyKind {
     const char* nodeType;
     const char* stem;  ///< of the transform: "pCube"
     const SizeFlag* sizes;
@@ -37,8 +35,7 @@ constexpr SizeFlag kCylinderSizes[] = {{"radius", "radius"},
                                        {"subdivisionsY", "subdivisionsHeight"},
                                        {"subdivisionsZ", "subdivisionsCaps"}};
 
-Status makeNodes(const CommandCall& call, const PolyKind& kind, NodeHandle (&made)[3])
-{
+Status makeNodes(const CommandCall& call, const PolyKind& kind, NodeHandle (&made)[3]) {
     Scene& scene = call.scene();
     const std::string wanted = call.text("name");
     const std::string name = wanted.empty() ? scene.names().numbered(kind.stem) : wanted;
@@ -46,14 +43,14 @@ Status makeNodes(const CommandCall& call, const PolyKind& kind, NodeHandle (&mad
         return status;
     const std::string given = scene.node(made[0])->name;
     const std::string stem = kind.stem;
-    const std::string shape = wanted.empty() ? stem + "Shape" + given.substr(stem.size()) : given + "Shape";
+    const std::string shape =
+        wanted.empty() ? stem + "Shape" + given.substr(stem.size()) : given + "Shape";
     if (const Status status = scene.createNode("mesh", shape, made[0], made[1]); !status)
         return status;
     return scene.createNode(kind.nodeType, "", {}, made[2]);
 }
 
-Status setSizes(const CommandCall& call, const PolyKind& kind, NodeHandle maker)
-{
+Status setSizes(const CommandCall& call, const PolyKind& kind, NodeHandle maker) {
     Scene& scene = call.scene();
     for (std::size_t i = 0; i < kind.sizeCount; ++i) {
         const FlagUse* use = call.use(kind.sizes[i].flag);
@@ -66,15 +63,15 @@ Status setSizes(const CommandCall& call, const PolyKind& kind, NodeHandle maker)
         scene.setNumber(plug, value);
     }
     if (const FlagUse* axis = call.use("axis"))
-        scene.setVec3(scene.findPlug(maker, "axis"),
-                      V3d(axis->values[0].number(), axis->values[1].number(), axis->values[2].number()));
+        scene.setVec3(
+            scene.findPlug(maker, "axis"),
+            V3d(axis->values[0].number(), axis->values[1].number(), axis->values[2].number()));
     if (call.has("createUVs"))
         scene.setNumber(scene.findPlug(maker, "createUVs"), call.integer("createUVs"));
     return Status::ok();
 }
 
-Status finish(const CommandCall& call, NodeHandle (&made)[3], std::vector<NodeHandle>& result)
-{
+Status finish(const CommandCall& call, NodeHandle (&made)[3], std::vector<NodeHandle>& result) {
     Scene& scene = call.scene();
     const Plug in = scene.findPlug(made[1], "inMesh");
     if (const Status status = scene.connect(scene.findPlug(made[2], "output"), in); !status)
@@ -91,8 +88,7 @@ Status finish(const CommandCall& call, NodeHandle (&made)[3], std::vector<NodeHa
     return Status::ok();
 }
 
-Status createPoly(const CommandCall& call, const PolyKind& kind, Value& result)
-{
+Status createPoly(const CommandCall& call, const PolyKind& kind, Value& result) {
     Scene& scene = call.scene();
     if (!call.args().empty())
         return call.fail("takes no objects");
@@ -112,36 +108,41 @@ Status createPoly(const CommandCall& call, const PolyKind& kind, Value& result)
     return Status::ok();
 }
 
-Status runCube(const CommandCall& call, Value& result)
-{
+Status runCube(const CommandCall& call, Value& result) {
     return createPoly(call, {"polyCube", "pCube", kCubeSizes, std::size(kCubeSizes)}, result);
 }
 
-Status runPlane(const CommandCall& call, Value& result)
-{
+Status runPlane(const CommandCall& call, Value& result) {
     return createPoly(call, {"polyPlane", "pPlane", kPlaneSizes, std::size(kPlaneSizes)}, result);
 }
 
-Status runCylinder(const CommandCall& call, Value& result)
-{
-    return createPoly(call, {"polyCylinder", "pCylinder", kCylinderSizes, std::size(kCylinderSizes)}, result);
+Status runCylinder(const CommandCall& call, Value& result) {
+    return createPoly(
+        call, {"polyCylinder", "pCylinder", kCylinderSizes, std::size(kCylinderSizes)}, result);
 }
 
 constexpr FlagRow kCubeFlags[] = {
-    {"name", "n", "s", kCreate},          {"width", "w", "l", kCreate},         {"height", "h", "l", kCreate},
-    {"depth", "d", "l", kCreate},         {"subdivisionsX", "sx", "i", kCreate}, {"subdivisionsY", "sy", "i", kCreate},
-    {"subdivisionsZ", "sz", "i", kCreate}, {"axis", "ax", "lll", kCreate},       {"createUVs", "cuv", "i", kCreate},
-    {"constructionHistory", "ch", "b", kCreate},
+    {"name", "n", "s", kCreate},           {"width", "w", "l", kCreate},
+    {"height", "h", "l", kCreate},         {"depth", "d", "l", kCreate},
+    {"subdivisionsX", "sx", "i", kCreate}, {"subdivisionsY", "sy", "i", kCreate},
+    {"subdivisionsZ", "sz", "i", kCreate}, {"axis", "ax", "lll", kCreate},
+    {"createUVs", "cuv", "i", kCreate},    {"constructionHistory", "ch", "b", kCreate},
 };
 constexpr FlagRow kPlaneFlags[] = {
-    {"name", "n", "s", kCreate},           {"width", "w", "l", kCreate},          {"height", "h", "l", kCreate},
-    {"subdivisionsX", "sx", "i", kCreate}, {"subdivisionsY", "sy", "i", kCreate}, {"axis", "ax", "lll", kCreate},
+    {"name", "n", "s", kCreate},           {"width", "w", "l", kCreate},
+    {"height", "h", "l", kCreate},         {"subdivisionsX", "sx", "i", kCreate},
+    {"subdivisionsY", "sy", "i", kCreate}, {"axis", "ax", "lll", kCreate},
     {"createUVs", "cuv", "i", kCreate},    {"constructionHistory", "ch", "b", kCreate},
 };
 constexpr FlagRow kCylinderFlags[] = {
-    {"name", "n", "s", kCreate},           {"radius", "r", "l", kCreate},         {"height", "h", "l", kCreate},
-    {"subdivisionsX", "sx", "i", kCreate}, {"subdivisionsY", "sy", "i", kCreate}, {"subdivisionsZ", "sz", "i", kCreate},
-    {"axis", "ax", "lll", kCreate},        {"createUVs", "cuv", "i", kCreate},
+    {"name", "n", "s", kCreate},
+    {"radius", "r", "l", kCreate},
+    {"height", "h", "l", kCreate},
+    {"subdivisionsX", "sx", "i", kCreate},
+    {"subdivisionsY", "sy", "i", kCreate},
+    {"subdivisionsZ", "sz", "i", kCreate},
+    {"axis", "ax", "lll", kCreate},
+    {"createUVs", "cuv", "i", kCreate},
     {"constructionHistory", "ch", "b", kCreate},
 };
 

@@ -8,26 +8,24 @@
 namespace torvel {
 namespace {
 
-std::uint64_t keyOf(NodeHandle node)
-{
+std::uint64_t keyOf(NodeHandle node) {
     return (static_cast<std::uint64_t>(node.index) << 32) | node.generation;
 }
 
-Value listOrNone(const std::vector<std::string>& names)
-{
+Value listOrNone(const std::vector<std::string>& names) {
     return names.empty() ? Value() : Value::strings(names);
 }
 
-// --- listRelatives -------------------------------------------------------------------------------------------
+// --- listRelatives
+// -------------------------------------------------------------------------------------------
 
 const FlagRow kRelativeFlags[] = {
-    {"allDescendents", "ad"}, {"allParents", "ap"}, {"children", "c"}, {"fullPath", "f"},
-    {"noIntermediate", "ni"}, {"parent", "p"},      {"path", "pa"},    {"shapes", "s"},
-    {"type", "typ", "s", kCreate | kEdit, true},
+    {"allDescendents", "ad"}, {"allParents", "ap"},     {"children", "c"},
+    {"fullPath", "f"},        {"noIntermediate", "ni"}, {"parent", "p"},
+    {"path", "pa"},           {"shapes", "s"},          {"type", "typ", "s", kCreate | kEdit, true},
 };
 
-void childrenFirst(const Scene& scene, NodeHandle top, std::vector<NodeHandle>& out)
-{
+void childrenFirst(const Scene& scene, NodeHandle top, std::vector<NodeHandle>& out) {
     std::vector<std::pair<NodeHandle, std::size_t>> stack{{top, 0}};
     std::unordered_set<std::uint64_t> seen;
     while (!stack.empty()) {
@@ -45,8 +43,7 @@ void childrenFirst(const Scene& scene, NodeHandle top, std::vector<NodeHandle>& 
     }
 }
 
-std::vector<NodeHandle> relativesOf(const CommandCall& call, NodeHandle handle)
-{
+std::vector<NodeHandle> relativesOf(const CommandCall& call, NodeHandle handle) {
     const Scene& scene = call.scene();
     std::vector<NodeHandle> found;
     if (call.has("allDescendents")) {
@@ -61,13 +58,11 @@ std::vector<NodeHandle> relativesOf(const CommandCall& call, NodeHandle handle)
     return found;
 }
 
-bool isIntermediate(const Scene& scene, NodeHandle handle)
-{
+bool isIntermediate(const Scene& scene, NodeHandle handle) {
     return scene.number(scene.findPlug(handle, "intermediateObject")) != 0.0;
 }
 
-bool wantedRelative(const CommandCall& call, NodeHandle handle)
-{
+bool wantedRelative(const CommandCall& call, NodeHandle handle) {
     const Scene& scene = call.scene();
     if (call.has("shapes") && !scene.node(handle)->type->is(kShapeType))
         return false;
@@ -79,8 +74,7 @@ bool wantedRelative(const CommandCall& call, NodeHandle handle)
            });
 }
 
-Status listRelatives(const CommandCall& call, Value& result)
-{
+Status listRelatives(const CommandCall& call, Value& result) {
     std::vector<NodeHandle> nodes;
     if (Status found = call.objectsOrSelection(nodes); !found)
         return found;
@@ -101,23 +95,22 @@ Status listRelatives(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-// --- listConnections -----------------------------------------------------------------------------------------
+// --- listConnections
+// -----------------------------------------------------------------------------------------
 
 const FlagRow kConnectionFlags[] = {
-    {"connections", "c", "b"}, {"destination", "d", "b"}, {"exactType", "et", "b"}, {"plugs", "p", "b"},
-    {"shapes", "sh", "b"},     {"skipConversionNodes", "scn", "b"},                 {"source", "s", "b"},
-    {"type", "t", "s"},
+    {"connections", "c", "b"}, {"destination", "d", "b"}, {"exactType", "et", "b"},
+    {"plugs", "p", "b"},       {"shapes", "sh", "b"},     {"skipConversionNodes", "scn", "b"},
+    {"source", "s", "b"},      {"type", "t", "s"},
 };
 
-struct Link
-{
+struct Link {
     Plug own, other;
     std::uint64_t order = 0;
     bool feeds = false;  // the other plug is the source
 };
 
-bool isBelow(const Scene& scene, Plug plug, const Plug& top)
-{
+bool isBelow(const Scene& scene, Plug plug, const Plug& top) {
     for (; !plug.isNull(); plug = scene.parentPlug(plug))
         if (plug == top)
             return true;
@@ -125,8 +118,7 @@ bool isBelow(const Scene& scene, Plug plug, const Plug& top)
 }
 
 // The far ends behind a unitConversion; the other plug itself when it is none.
-void addBehindConversion(const CommandCall& call, const Link& link, std::vector<Link>& out)
-{
+void addBehindConversion(const CommandCall& call, const Link& link, std::vector<Link>& out) {
     const Scene& scene = call.scene();
     if (!call.flag("skipConversionNodes") || !scene.isType(link.other.node, "unitConversion")) {
         out.push_back(link);
@@ -140,8 +132,7 @@ void addBehindConversion(const CommandCall& call, const Link& link, std::vector<
     }
 }
 
-std::vector<Link> linksOf(const CommandCall& call, NodeHandle node, const Plug& only)
-{
+std::vector<Link> linksOf(const CommandCall& call, NodeHandle node, const Plug& only) {
     const Scene& scene = call.scene();
     std::vector<Link> links, all;
     if (call.flag("source", true))
@@ -150,35 +141,35 @@ std::vector<Link> linksOf(const CommandCall& call, NodeHandle node, const Plug& 
     if (call.flag("destination", true))
         for (const Scene::Connection& c : scene.outgoing(node))
             links.push_back({c.source, c.target, c.order, false});
-    std::stable_sort(links.begin(), links.end(), [](const Link& a, const Link& b) { return a.order < b.order; });
+    std::stable_sort(links.begin(), links.end(),
+                     [](const Link& a, const Link& b) { return a.order < b.order; });
     for (const Link& link : links)
         if (only.isNull() || isBelow(scene, link.own, only))
             addBehindConversion(call, link, all);
     return all;
 }
 
-bool wantedEnd(const CommandCall& call, const Link& link)
-{
+bool wantedEnd(const CommandCall& call, const Link& link) {
     const std::string type = call.text("type");
     if (type.empty())
         return true;
     const Scene& scene = call.scene();
-    return call.flag("exactType") ? scene.typeName(link.other.node) == type : scene.isType(link.other.node, type);
+    return call.flag("exactType") ? scene.typeName(link.other.node) == type
+                                  : scene.isType(link.other.node, type);
 }
 
-std::string endName(const CommandCall& call, const Link& link)
-{
+std::string endName(const CommandCall& call, const Link& link) {
     const Scene& scene = call.scene();
     if (call.flag("plugs"))
         return scene.plugName(link.other);
     const Node& node = *scene.node(link.other.node);
-    const bool viaTransform = node.type->is(kShapeType) && !call.flag("shapes") && !node.parents.empty();
+    const bool viaTransform =
+        node.type->is(kShapeType) && !call.flag("shapes") && !node.parents.empty();
     return scene.names().shortest(viaTransform ? node.parents.front() : node.self);
 }
 
 // Nodes or plugs named in the call; the selection without arguments.
-Status subjects(const CommandCall& call, std::vector<Plug>& out)
-{
+Status subjects(const CommandCall& call, std::vector<Plug>& out) {
     std::vector<NodeHandle> nodes;
     if (call.args().empty()) {
         const Status found = call.objectsOrSelection(nodes);
@@ -197,8 +188,7 @@ Status subjects(const CommandCall& call, std::vector<Plug>& out)
     return Status::ok();
 }
 
-Status listConnections(const CommandCall& call, Value& result)
-{
+Status listConnections(const CommandCall& call, Value& result) {
     std::vector<Plug> plugs;
     if (Status found = subjects(call, plugs); !found)
         return found;
@@ -216,15 +206,15 @@ Status listConnections(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-// --- listHistory -----------------------------------------------------------------------------------------------
+// --- listHistory
+// -----------------------------------------------------------------------------------------------
 
 const FlagRow kHistoryFlags[] = {
     {"allFuture", "af"},          {"breadthFirst", "bf"}, {"future", "f", "b"},
     {"interestLevel", "il", "i"}, {"levels", "lv", "i"},  {"pruneDagObjects", "pdo"},
 };
 
-std::vector<NodeHandle> historyStarts(const Scene& scene, NodeHandle handle)
-{
+std::vector<NodeHandle> historyStarts(const Scene& scene, NodeHandle handle) {
     std::vector<NodeHandle> shapes;
     for (NodeHandle child : scene.node(handle)->children)
         if (scene.node(child)->type->is(kShapeType) && !isIntermediate(scene, child))
@@ -232,8 +222,7 @@ std::vector<NodeHandle> historyStarts(const Scene& scene, NodeHandle handle)
     return shapes.empty() ? std::vector<NodeHandle>{handle} : shapes;
 }
 
-std::vector<NodeHandle> historySteps(const CommandCall& call, NodeHandle handle, bool future)
-{
+std::vector<NodeHandle> historySteps(const CommandCall& call, NodeHandle handle, bool future) {
     const Scene& scene = call.scene();
     std::vector<NodeHandle> steps;
     for (const Scene::Connection& c : future ? scene.outgoing(handle) : scene.incoming(handle))
@@ -243,9 +232,9 @@ std::vector<NodeHandle> historySteps(const CommandCall& call, NodeHandle handle,
 }
 
 void walkHistory(const CommandCall& call, NodeHandle start, std::vector<NodeHandle>& out,
-                 std::unordered_set<std::uint64_t>& seen)
-{
-    const bool future = call.flag("future") || call.has("allFuture"), breadth = call.has("breadthFirst");
+                 std::unordered_set<std::uint64_t>& seen) {
+    const bool future = call.flag("future") || call.has("allFuture"),
+               breadth = call.has("breadthFirst");
     const int limit = call.integer("levels", 0);
     std::vector<std::pair<NodeHandle, int>> open{{start, 0}};
     while (!open.empty()) {
@@ -264,8 +253,7 @@ void walkHistory(const CommandCall& call, NodeHandle start, std::vector<NodeHand
     }
 }
 
-Status listHistory(const CommandCall& call, Value& result)
-{
+Status listHistory(const CommandCall& call, Value& result) {
     std::vector<Plug> plugs;
     if (Status found = subjects(call, plugs); !found)
         return found;
@@ -277,8 +265,8 @@ Status listHistory(const CommandCall& call, Value& result)
             walkHistory(call, start, nodes, seen);
     std::vector<std::string> names;
     for (NodeHandle node : nodes) {
-        const bool dull = call.has("interestLevel") && scene.number(scene.findPlug(node, "ihi")) <
-                                                           call.integer("interestLevel");
+        const bool dull = call.has("interestLevel") &&
+                          scene.number(scene.findPlug(node, "ihi")) < call.integer("interestLevel");
         if (!dull && !(call.has("pruneDagObjects") && scene.node(node)->isDag()))
             names.push_back(scene.names().shortest(node));
     }
@@ -287,15 +275,17 @@ Status listHistory(const CommandCall& call, Value& result)
 }
 
 const Command kRelationCommands[] = {
-    {"listConnections", kConnectionFlags, countOf(kConnectionFlags), listConnections, "What is connected to nodes."},
-    {"listHistory", kHistoryFlags, countOf(kHistoryFlags), listHistory, "Nodes upstream or downstream."},
-    {"listRelatives", kRelativeFlags, countOf(kRelativeFlags), listRelatives, "Parents and children."},
+    {"listConnections", kConnectionFlags, countOf(kConnectionFlags), listConnections,
+     "What is connected to nodes."},
+    {"listHistory", kHistoryFlags, countOf(kHistoryFlags), listHistory,
+     "Nodes upstream or downstream."},
+    {"listRelatives", kRelativeFlags, countOf(kRelativeFlags), listRelatives,
+     "Parents and children."},
 };
 
 }  // namespace
 
-CommandTable relationCommands()
-{
+CommandTable relationCommands() {
     return {kRelationCommands, std::size(kRelationCommands)};
 }
 

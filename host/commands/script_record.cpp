@@ -9,9 +9,10 @@ namespace torvel {
 namespace {
 
 // Length of the UTF-8 sequence that starts here, 0 when the bytes are none.
-std::size_t sequenceLength(const std::string& text, std::size_t at)
-{
-    const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u; };
+std::size_t sequenceLength(const std::string& text, std::size_t at) {
+    const auto byte = [&](std::size_t i) {
+        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u;
+    };
     const unsigned first = byte(at);
     const std::size_t length = first < 0x80                    ? 1
                                : first >= 0xC2 && first < 0xE0 ? 2
@@ -28,27 +29,26 @@ std::size_t sequenceLength(const std::string& text, std::size_t at)
     return overlong || surrogate || beyond ? 0 : length;
 }
 
-void appendEscape(std::string& out, char c)
-{
+void appendEscape(std::string& out, char c) {
     switch (c) {
-    case '"': out += "\\\""; return;
-    case '\\': out += "\\\\"; return;
-    case '\n': out += "\\n"; return;
-    case '\r': out += "\\r"; return;
-    case '\t': out += "\\t"; return;
-    default: break;
+        case '"': out += "\\\""; return;
+        case '\\': out += "\\\\"; return;
+        case '\n': out += "\\n"; return;
+        case '\r': out += "\\r"; return;
+        case '\t': out += "\\t"; return;
+        default: break;
     }
     if (static_cast<unsigned char>(c) >= 0x20) {
         out += c;
         return;
     }
     char buffer[8];
-    std::snprintf(buffer, sizeof buffer, "\\u%04x", static_cast<unsigned>(static_cast<unsigned char>(c)));
+    std::snprintf(buffer, sizeof buffer, "\\u%04x",
+                  static_cast<unsigned>(static_cast<unsigned char>(c)));
     out += buffer;
 }
 
-void appendText(std::string& out, const std::string& text)
-{
+void appendText(std::string& out, const std::string& text) {
     out += '"';
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t length = sequenceLength(text, at);
@@ -63,8 +63,7 @@ void appendText(std::string& out, const std::string& text)
     out += '"';
 }
 
-void appendNumber(std::string& out, double value)
-{
+void appendNumber(std::string& out, double value) {
     if (!std::isfinite(value)) {
         out += "null";
         return;
@@ -77,8 +76,7 @@ void appendNumber(std::string& out, double value)
 void appendValue(std::string& out, const Value& value);
 
 template <class Items, class Append>
-void appendArray(std::string& out, const Items& items, Append append)
-{
+void appendArray(std::string& out, const Items& items, Append append) {
     out += '[';
     bool first = true;
     for (const auto& item : items) {
@@ -90,8 +88,7 @@ void appendArray(std::string& out, const Items& items, Append append)
     out += ']';
 }
 
-void appendValue(std::string& out, const Value& value)
-{
+void appendValue(std::string& out, const Value& value) {
     if (value.isString())
         appendText(out, value.string());
     else if (value.isBool())
@@ -108,8 +105,7 @@ void appendValue(std::string& out, const Value& value)
         out += "null";
 }
 
-void appendScript(std::string& out, const RecordEntry& entry)
-{
+void appendScript(std::string& out, const RecordEntry& entry) {
     out += "{\"event\":\"script\",\"language\":";
     appendText(out, entry.language);
     out += ",\"form\":";
@@ -129,19 +125,17 @@ void appendScript(std::string& out, const RecordEntry& entry)
     out += '}';
 }
 
-const char* channelName(Channel channel)
-{
+const char* channelName(Channel channel) {
     switch (channel) {
-    case Channel::Warning: return "warning";
-    case Channel::Error: return "error";
-    case Channel::Info:
-    case Channel::Result: break;
+        case Channel::Warning: return "warning";
+        case Channel::Error: return "error";
+        case Channel::Info:
+        case Channel::Result: break;
     }
     return "info";
 }
 
-void appendMessage(std::string& out, const RecordEntry& entry)
-{
+void appendMessage(std::string& out, const RecordEntry& entry) {
     out += "{\"event\":\"message\",\"channel\":\"";
     out += channelName(entry.channel);
     out += "\",\"text\":";
@@ -153,15 +147,13 @@ void appendMessage(std::string& out, const RecordEntry& entry)
 
 }  // namespace
 
-void ScriptRecord::add(RecordEntry entry)
-{
+void ScriptRecord::add(RecordEntry entry) {
     m_entries.push_back(std::move(entry));
     if (m_listener)
         m_listener(m_entries.back());
 }
 
-std::vector<std::string> ScriptRecord::scripts() const
-{
+std::vector<std::string> ScriptRecord::scripts() const {
     std::vector<std::string> texts;
     for (const RecordEntry& entry : m_entries)
         if (entry.isScript)
@@ -169,8 +161,7 @@ std::vector<std::string> ScriptRecord::scripts() const
     return texts;
 }
 
-std::vector<std::string> ScriptRecord::messages() const
-{
+std::vector<std::string> ScriptRecord::messages() const {
     std::vector<std::string> texts;
     for (const RecordEntry& entry : m_entries)
         if (!entry.isScript && !entry.fromScript)
@@ -178,8 +169,7 @@ std::vector<std::string> ScriptRecord::messages() const
     return texts;
 }
 
-std::string recordToJson(const RecordEntry& entry)
-{
+std::string recordToJson(const RecordEntry& entry) {
     std::string out;
     out.reserve(entry.text.size() + 160);
     if (entry.isScript)

@@ -10,26 +10,24 @@
 namespace torvel {
 
 /// One entry of the script record: a text that a plug-in ran, or a line shown to the user.
-struct RecordEntry
-{
+struct RecordEntry {
     bool isScript = false;
     // script
     std::string language;  ///< "python", "mel"
     std::string form;      ///< "plain", "string", "stringArray", "stringResult"
     bool display = false, undo = false;
-    std::string text;      ///< script or message text
+    std::string text;  ///< script or message text
     bool ok = true;
-    Value result;          ///< none, text or list
-    std::string error;     ///< empty: none
+    Value result;       ///< none, text or list
+    std::string error;  ///< empty: none
     // message
     Channel channel = Channel::Info;
     bool fromScript = false;
 };
 
 /// All texts run through the API and all lines shown, in order; `--trace` listens.
-class ScriptRecord
-{
-public:
+class ScriptRecord {
+  public:
     using Listener = std::function<void(const RecordEntry&)>;
 
     void add(RecordEntry entry);
@@ -41,7 +39,7 @@ public:
     /// Message lines alone, in order, languages' own lines left out.
     std::vector<std::string> messages() const;
 
-private:
+  private:
     std::vector<RecordEntry> m_entries;
     Listener m_listener;
 };

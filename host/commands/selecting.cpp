@@ -13,20 +13,18 @@ namespace {
 using Items = std::vector<SelectionItem>;
 
 const FlagRow kSelectFlags[] = {
-    {"add", "add"},      {"addFirst", "af"},  {"all", "all"},    {"allDagObjects", "ado"},
-    {"clear", "cl"},     {"deselect", "d"},   {"hierarchy", "hi"}, {"noExpand", "ne"},
-    {"replace", "r"},    {"toggle", "tgl"},   {"visible", "vis"},
+    {"add", "add"},   {"addFirst", "af"}, {"all", "all"},      {"allDagObjects", "ado"},
+    {"clear", "cl"},  {"deselect", "d"},  {"hierarchy", "hi"}, {"noExpand", "ne"},
+    {"replace", "r"}, {"toggle", "tgl"},  {"visible", "vis"},
 };
 
-SelectionItem wholeNode(NodeHandle node)
-{
+SelectionItem wholeNode(NodeHandle node) {
     SelectionItem item;
     item.node = node;
     return item;
 }
 
-Status addPlugItem(const CommandCall& call, const std::string& text, Items& out)
-{
+Status addPlugItem(const CommandCall& call, const std::string& text, Items& out) {
     if (componentItems(call.scene(), text, out))
         return out.empty() ? Status::notFound("No object matches name: " + text) : Status::ok();
     SelectionItem item;
@@ -38,8 +36,7 @@ Status addPlugItem(const CommandCall& call, const std::string& text, Items& out)
 }
 
 // Everything that one text names: a node, the matches of a pattern, a plug or components.
-Status itemsOfText(const CommandCall& call, const std::string& raw, Items& out)
-{
+Status itemsOfText(const CommandCall& call, const std::string& raw, Items& out) {
     const std::string text(Names::trimmed(raw));
     const Scene& scene = call.scene();
     if (text.find('.') != std::string::npos)
@@ -61,8 +58,7 @@ Status itemsOfText(const CommandCall& call, const std::string& raw, Items& out)
     return Status::ok();
 }
 
-void withBelow(const Scene& scene, Items& items)
-{
+void withBelow(const Scene& scene, Items& items) {
     Items all;
     for (const SelectionItem& item : items) {
         std::vector<NodeHandle> stack{item.node};
@@ -79,8 +75,7 @@ void withBelow(const Scene& scene, Items& items)
     items = all;
 }
 
-void withoutHidden(const Scene& scene, Items& items)
-{
+void withoutHidden(const Scene& scene, Items& items) {
     const auto hidden = [&](const SelectionItem& item) {
         return scene.node(item.node)->isDag() && !isShown(scene, item.node);
     };
@@ -88,8 +83,7 @@ void withoutHidden(const Scene& scene, Items& items)
 }
 
 // Top-level DAG nodes; -all takes sets and the like as well.
-void addAll(const CommandCall& call, Items& out)
-{
+void addAll(const CommandCall& call, Items& out) {
     const Scene& scene = call.scene();
     for (NodeHandle node : scene.node(scene.world())->children)
         out.push_back(wholeNode(node));
@@ -98,11 +92,11 @@ void addAll(const CommandCall& call, Items& out)
             out.push_back(wholeNode(node));
 }
 
-void applySelection(const CommandCall& call, const Items& items)
-{
+void applySelection(const CommandCall& call, const Items& items) {
     Selection& selection = call.scene().selection();
     const auto selected = [&](const SelectionItem& item) {
-        return std::find(selection.items().begin(), selection.items().end(), item) != selection.items().end();
+        return std::find(selection.items().begin(), selection.items().end(), item) !=
+               selection.items().end();
     };
     if (call.has("addFirst")) {
         Items all = items;
@@ -123,8 +117,7 @@ void applySelection(const CommandCall& call, const Items& items)
     }
 }
 
-Status select(const CommandCall& call, Value&)
-{
+Status select(const CommandCall& call, Value&) {
     Items items;
     for (const std::string& text : call.texts())
         if (Status found = itemsOfText(call, text, items); !found)
@@ -148,12 +141,12 @@ Status select(const CommandCall& call, Value&)
     return Status::ok();
 }
 
-// --- selectMode, hilite ----------------------------------------------------------------------------------------
+// --- selectMode, hilite
+// ----------------------------------------------------------------------------------------
 
 const FlagRow kModeFlags[] = {{"component", "co"}, {"object", "o"}};
 
-void toComponents(Selection& selection)
-{
+void toComponents(Selection& selection) {
     std::vector<NodeHandle> objects = selection.nodes();
     if (!objects.empty())
         selection.hilited = std::move(objects);
@@ -165,8 +158,7 @@ void toComponents(Selection& selection)
     selection.replace(kept);
 }
 
-void toObjects(const Scene& scene, Selection& selection)
-{
+void toObjects(const Scene& scene, Selection& selection) {
     Items kept;
     for (const SelectionItem& item : selection.items())
         if (item.component.empty())
@@ -179,8 +171,7 @@ void toObjects(const Scene& scene, Selection& selection)
     selection.replace(kept);
 }
 
-Status selectMode(const CommandCall& call, Value& result)
-{
+Status selectMode(const CommandCall& call, Value& result) {
     Selection& selection = call.scene().selection();
     if (call.isQuery()) {
         result = Value(call.has("component") == selection.componentMode);
@@ -195,8 +186,7 @@ Status selectMode(const CommandCall& call, Value& result)
 
 const FlagRow kHiliteFlags[] = {{"replace", "r"}, {"toggle", "tgl"}, {"unHilite", "u"}};
 
-Status hilite(const CommandCall& call, Value&)
-{
+Status hilite(const CommandCall& call, Value&) {
     std::vector<NodeHandle> nodes;
     if (Status found = call.objectsOrSelection(nodes); !found)
         return found;
@@ -215,15 +205,15 @@ Status hilite(const CommandCall& call, Value&)
 }
 
 const Command kSelectCommands[] = {
-    {"hilite", kHiliteFlags, countOf(kHiliteFlags), hilite, "Objects whose components can be picked."},
+    {"hilite", kHiliteFlags, countOf(kHiliteFlags), hilite,
+     "Objects whose components can be picked."},
     {"select", kSelectFlags, countOf(kSelectFlags), select, "Changes the selection."},
     {"selectMode", kModeFlags, countOf(kModeFlags), selectMode, "Object or component mode."},
 };
 
 }  // namespace
 
-CommandTable selectCommands()
-{
+CommandTable selectCommands() {
     return {kSelectCommands, std::size(kSelectCommands)};
 }
 

@@ -11,9 +11,9 @@ namespace {
 
 Session* g_current = nullptr;
 
-// A plug-in command parses its own text: flags reach it as "-name" and their values, as in a MEL call.
-std::vector<Value> argumentsOf(const std::vector<RawFlag>& flags, std::vector<Value> args)
-{
+// A plug-in command parses its own text: flags reach it as "-name" and their values, as in a MEL
+// call.
+std::vector<Value> argumentsOf(const std::vector<RawFlag>& flags, std::vector<Value> args) {
     for (const RawFlag& flag : flags) {
         args.emplace_back("-" + flag.name);
         args.insert(args.end(), flag.values.begin(), flag.values.end());
@@ -23,8 +23,7 @@ std::vector<Value> argumentsOf(const std::vector<RawFlag>& flags, std::vector<Va
 
 }  // namespace
 
-Session::Session()
-{
+Session::Session() {
     m_log.addSink([this](const LogLine& line) {
         RecordEntry entry;
         entry.text = line.text;
@@ -37,19 +36,16 @@ Session::Session()
     g_current = this;
 }
 
-Session::~Session()
-{
+Session::~Session() {
     if (g_current == this)
         g_current = nullptr;
 }
 
-Session* Session::current()
-{
+Session* Session::current() {
     return g_current;
 }
 
-void Session::addCommands(const Command* rows, std::size_t count)
-{
+void Session::addCommands(const Command* rows, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         m_commands[rows[i].name] = &rows[i];
         for (const CommandChange& change : m_changes)
@@ -57,14 +53,12 @@ void Session::addCommands(const Command* rows, std::size_t count)
     }
 }
 
-const Command* Session::findCommand(const std::string& name) const
-{
+const Command* Session::findCommand(const std::string& name) const {
     const auto found = m_commands.find(name);
     return found == m_commands.end() ? nullptr : found->second;
 }
 
-bool Session::addPluginCommand(const std::string& name, PluginCommand run)
-{
+bool Session::addPluginCommand(const std::string& name, PluginCommand run) {
     if (findCommand(name) || !m_pluginCommands.emplace(name, std::move(run)).second)
         return false;
     for (const CommandChange& change : m_changes)
@@ -72,8 +66,7 @@ bool Session::addPluginCommand(const std::string& name, PluginCommand run)
     return true;
 }
 
-bool Session::removePluginCommand(const std::string& name)
-{
+bool Session::removePluginCommand(const std::string& name) {
     if (m_pluginCommands.erase(name) == 0)
         return false;
     for (const CommandChange& change : m_changes)
@@ -81,15 +74,13 @@ bool Session::removePluginCommand(const std::string& name)
     return true;
 }
 
-const PluginCommand* Session::findPluginCommand(const std::string& name) const
-{
+const PluginCommand* Session::findPluginCommand(const std::string& name) const {
     const auto found = m_pluginCommands.find(name);
     return found == m_pluginCommands.end() ? nullptr : &found->second;
 }
 
-Status Session::call(const std::string& name, const std::vector<RawFlag>& flags, std::vector<Value> args,
-                     Value& result)
-{
+Status Session::call(const std::string& name, const std::vector<RawFlag>& flags,
+                     std::vector<Value> args, Value& result) {
     if (const Command* command = findCommand(name)) {
         CommandCall call(*this, command->name);
         const Status parsed = parseCall(*command, flags, std::move(args), call);

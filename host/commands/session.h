@@ -16,10 +16,10 @@ class QWidget;
 namespace torvel {
 
 /// What MEL and Python offer the rest of the host; each language registers itself in the session.
-/// A failed run has printed its error line already (through the log, fromScript) and gives a failure status.
-class Language
-{
-public:
+/// A failed run has printed its error line already (through the log, fromScript) and gives a
+/// failure status.
+class Language {
+  public:
     virtual ~Language() = default;
     /// Runs a text; `result` is the value of its last statement or expression, none otherwise.
     virtual Status run(const std::string& text, Value& result) = 0;
@@ -33,9 +33,8 @@ using PluginCommand = std::function<Status(const std::vector<Value>& args, Value
 using CommandChange = std::function<void(const std::string& name, bool present)>;
 
 /// Everything of one running host: scene, commands, languages, log, record, main window.
-class Session
-{
-public:
+class Session {
+  public:
     Session();
     ~Session();
 
@@ -57,16 +56,18 @@ public:
     const std::map<std::string, PluginCommand>& pluginCommands() const { return m_pluginCommands; }
     void onCommandChange(CommandChange change) { m_changes.push_back(std::move(change)); }
 
-    /// Runs a command by name: table commands are parsed against their rows, plug-in commands take the arguments.
-    Status call(const std::string& name, const std::vector<RawFlag>& flags, std::vector<Value> args, Value& result);
+    /// Runs a command by name: table commands are parsed against their rows, plug-in commands take
+    /// the arguments.
+    Status call(const std::string& name, const std::vector<RawFlag>& flags, std::vector<Value> args,
+                Value& result);
 
     Language* mel = nullptr;
     Language* python = nullptr;
-    QWidget* mainWindow = nullptr;   ///< set by ui; null without one
+    QWidget* mainWindow = nullptr;  ///< set by ui; null without one
     bool batch = false;
     bool trust = false;
 
-private:
+  private:
     Log m_log;
     ScriptRecord m_record;
     std::unique_ptr<Scene> m_scene;

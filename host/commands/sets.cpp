@@ -8,22 +8,19 @@
 namespace torvel {
 namespace {
 
-bool isMemberPlug(const Scene& scene, const Plug& plug)
-{
+bool isMemberPlug(const Scene& scene, const Plug& plug) {
     const std::string& name = scene.info(plug).longName;
     return name == "dagSetMembers" || name == "dnSetMembers";
 }
 
 // The plug through which a node joins sets: DAG nodes by their instance, others by their message.
-Plug memberSource(const Scene& scene, NodeHandle member)
-{
+Plug memberSource(const Scene& scene, NodeHandle member) {
     if (!scene.node(member)->isDag())
         return scene.findPlug(member, "message");
     return scene.findPlug(member, "instObjGroups[0]");
 }
 
-std::vector<Scene::Connection> memberships(const Scene& scene, NodeHandle set)
-{
+std::vector<Scene::Connection> memberships(const Scene& scene, NodeHandle set) {
     std::vector<Scene::Connection> found;
     for (const Scene::Connection& c : scene.incoming(set))
         if (isMemberPlug(scene, c.target))
@@ -33,8 +30,7 @@ std::vector<Scene::Connection> memberships(const Scene& scene, NodeHandle set)
 
 }  // namespace
 
-std::vector<SelectionItem> setMembers(const Scene& scene, NodeHandle set)
-{
+std::vector<SelectionItem> setMembers(const Scene& scene, NodeHandle set) {
     std::vector<SelectionItem> members;
     for (const Scene::Connection& c : memberships(scene, set)) {
         SelectionItem item;
@@ -45,19 +41,19 @@ std::vector<SelectionItem> setMembers(const Scene& scene, NodeHandle set)
     return members;
 }
 
-Status addToSet(Scene& scene, NodeHandle set, NodeHandle member)
-{
+Status addToSet(Scene& scene, NodeHandle set, NodeHandle member) {
     for (const SelectionItem& item : setMembers(scene, set))
         if (item.node == member)
             return Status::ok();
-    const Plug array = scene.findPlug(set, scene.node(member)->isDag() ? "dagSetMembers" : "dnSetMembers");
+    const Plug array =
+        scene.findPlug(set, scene.node(member)->isDag() ? "dagSetMembers" : "dnSetMembers");
     if (array.isNull())
         return Status::failure("sets: '" + scene.node(set)->name + "' takes no members");
-    return scene.connect(memberSource(scene, member), scene.element(array, scene.nextAvailable(array)));
+    return scene.connect(memberSource(scene, member),
+                         scene.element(array, scene.nextAvailable(array)));
 }
 
-void removeFromSet(Scene& scene, NodeHandle set, NodeHandle member)
-{
+void removeFromSet(Scene& scene, NodeHandle set, NodeHandle member) {
     for (const Scene::Connection& c : memberships(scene, set)) {
         if (c.source.node != member)
             continue;
@@ -69,21 +65,20 @@ void removeFromSet(Scene& scene, NodeHandle set, NodeHandle member)
 namespace {
 
 const FlagRow kSetsFlags[] = {
-    {"addElement", "add", "s"},  {"clear", "cl", "s"},      {"empty", "em"},
-    {"forceElement", "fe", "s"}, {"include", "in", "s"},    {"isMember", "im", "s"},
-    {"name", "n", "s"},          {"remove", "rm", "s"},     {"size", "s"},
+    {"addElement", "add", "s"},  {"clear", "cl", "s"},   {"empty", "em"},
+    {"forceElement", "fe", "s"}, {"include", "in", "s"}, {"isMember", "im", "s"},
+    {"name", "n", "s"},          {"remove", "rm", "s"},  {"size", "s"},
 };
 
-Status namedSet(const CommandCall& call, const char* flag, NodeHandle& set)
-{
+Status namedSet(const CommandCall& call, const char* flag, NodeHandle& set) {
     if (Status found = call.resolve(call.text(flag), set); !found)
         return found;
-    return call.scene().isType(set, "objectSet") ? Status::ok()
-                                                 : call.fail("'" + call.text(flag) + "' is not a set.");
+    return call.scene().isType(set, "objectSet")
+               ? Status::ok()
+               : call.fail("'" + call.text(flag) + "' is not a set.");
 }
 
-Status querySet(const CommandCall& call, Value& result)
-{
+Status querySet(const CommandCall& call, Value& result) {
     std::vector<NodeHandle> sets;
     if (Status found = call.objects(sets); !found)
         return found;
@@ -98,8 +93,7 @@ Status querySet(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-Status editSet(const CommandCall& call, const char* flag, Value& result)
-{
+Status editSet(const CommandCall& call, const char* flag, Value& result) {
     Scene& scene = call.scene();
     NodeHandle set;
     if (Status found = namedSet(call, flag, set); !found)
@@ -112,7 +106,8 @@ Status editSet(const CommandCall& call, const char* flag, Value& result)
         bool all = !members.empty();
         const std::vector<SelectionItem> own = setMembers(scene, set);
         for (NodeHandle member : members)
-            all = all && std::any_of(own.begin(), own.end(), [&](const SelectionItem& i) { return i.node == member; });
+            all = all && std::any_of(own.begin(), own.end(),
+                                     [&](const SelectionItem& i) { return i.node == member; });
         result = Value(all);
         return Status::ok();
     }
@@ -130,11 +125,11 @@ Status editSet(const CommandCall& call, const char* flag, Value& result)
     return Status::ok();
 }
 
-Status sets(const CommandCall& call, Value& result)
-{
+Status sets(const CommandCall& call, Value& result) {
     if (call.isQuery())
         return querySet(call, result);
-    for (const char* flag : {"isMember", "addElement", "include", "forceElement", "remove", "clear"})
+    for (const char* flag :
+         {"isMember", "addElement", "include", "forceElement", "remove", "clear"})
         if (call.has(flag))
             return editSet(call, flag, result);
     Scene& scene = call.scene();
@@ -143,7 +138,9 @@ Status sets(const CommandCall& call, Value& result)
         if (Status found = call.objectsOrSelection(members); !found)
             return found;
     NodeHandle set;
-    if (Status made = scene.createNode("objectSet", call.text("name", scene.names().numbered("set")), {}, set); !made)
+    if (Status made = scene.createNode("objectSet",
+                                       call.text("name", scene.names().numbered("set")), {}, set);
+        !made)
         return made;
     for (NodeHandle member : members)
         if (Status done = addToSet(scene, set, member); !done)
@@ -152,12 +149,12 @@ Status sets(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-const Command kSetCommands[] = {{"sets", kSetsFlags, countOf(kSetsFlags), sets, "Makes and changes object sets."}};
+const Command kSetCommands[] = {
+    {"sets", kSetsFlags, countOf(kSetsFlags), sets, "Makes and changes object sets."}};
 
 }  // namespace
 
-CommandTable setCommands()
-{
+CommandTable setCommands() {
     return {kSetCommands, std::size(kSetCommands)};
 }
 

@@ -11,8 +11,7 @@ const FlagRow kShadingFlags[] = {
     {"shared", "s"},     {"skipSelect", "ss"},
 };
 
-struct RenderList
-{
+struct RenderList {
     const char* flag;
     const char* node;
     const char* attr;
@@ -26,16 +25,14 @@ constexpr RenderList kLists[] = {
     {"asPostProcess", "postProcessList1", "postProcesses"},
 };
 
-const RenderList* listOf(const CommandCall& call)
-{
+const RenderList* listOf(const CommandCall& call) {
     for (const RenderList& list : kLists)
         if (call.has(list.flag))
             return &list;
     return nullptr;
 }
 
-std::vector<RawFlag> flagsForCreation(const CommandCall& call)
-{
+std::vector<RawFlag> flagsForCreation(const CommandCall& call) {
     std::vector<RawFlag> flags;
     for (const char* name : {"name", "parent"})
         if (call.has(name))
@@ -46,24 +43,21 @@ std::vector<RawFlag> flagsForCreation(const CommandCall& call)
     return flags;
 }
 
-bool stands(const Scene& scene, const Plug& message, const Plug& array)
-{
+bool stands(const Scene& scene, const Plug& message, const Plug& array) {
     for (const Plug& target : scene.targets(message))
         if (target.node == array.node && target.attr == array.attr)
             return true;
     return false;
 }
 
-void enter(Scene& scene, NodeHandle made, const RenderList& list)
-{
+void enter(Scene& scene, NodeHandle made, const RenderList& list) {
     const NodeHandle holder = scene.names().lookUp(list.node);
     const Plug array = scene.findPlug(holder, list.attr), message = scene.findPlug(made, "message");
     if (!array.isNull() && !stands(scene, message, array))
         ignore(scene.connect(message, scene.element(array, scene.nextAvailable(array))));
 }
 
-Status shadingNode(const CommandCall& call, Value& result)
-{
+Status shadingNode(const CommandCall& call, Value& result) {
     const std::vector<std::string> texts = call.texts();
     const RenderList* list = listOf(call);
     if (texts.size() != 1)
@@ -92,8 +86,7 @@ const Command kShadingCommands[] = {{"shadingNode", kShadingFlags, countOf(kShad
 
 }  // namespace
 
-CommandTable shadingCommands()
-{
+CommandTable shadingCommands() {
     return {kShadingCommands, std::size(kShadingCommands)};
 }
 

@@ -16,21 +16,18 @@ namespace torvel {
 namespace {
 
 // Attribute names of the two kinds of shapes.
-struct GeometryPorts
-{
+struct GeometryPorts {
     const char* in;
     const char* world;  ///< array
     const char* local;
 };
 
-GeometryPorts portsOf(const Scene& scene, NodeHandle shape)
-{
+GeometryPorts portsOf(const Scene& scene, NodeHandle shape) {
     return scene.isType(shape, "mesh") ? GeometryPorts{"inMesh", "worldMesh", "outMesh"}
                                        : GeometryPorts{"create", "worldSpace", "local"};
 }
 
-std::vector<V3d> worldPointsOf(const Scene& scene, NodeHandle shape)
-{
+std::vector<V3d> worldPointsOf(const Scene& scene, NodeHandle shape) {
     if (scene.isType(shape, "mesh"))
         return meshWorldPoints(scene, shape);
     const auto curve = curveOf(scene, shape);
@@ -41,8 +38,7 @@ std::vector<V3d> worldPointsOf(const Scene& scene, NodeHandle shape)
     return points;
 }
 
-NodeHandle lastUsedPose(const Scene& scene, const std::vector<NodeHandle>& nodes)
-{
+NodeHandle lastUsedPose(const Scene& scene, const std::vector<NodeHandle>& nodes) {
     if (nodes.empty())
         return {};
     for (NodeHandle pose : posesOf(scene, nodes.front(), true))
@@ -52,8 +48,7 @@ NodeHandle lastUsedPose(const Scene& scene, const std::vector<NodeHandle>& nodes
 }
 
 // The bind pose that the skeleton is at, with all members in it; a new one when there is none.
-Status poseFor(Scene& scene, const std::vector<NodeHandle>& members, NodeHandle& pose)
-{
+Status poseFor(Scene& scene, const std::vector<NodeHandle>& members, NodeHandle& pose) {
     pose = lastUsedPose(scene, members);
     if (pose.isNull())
         return createPose(scene, members, true, "", pose);
@@ -61,35 +56,34 @@ Status poseFor(Scene& scene, const std::vector<NodeHandle>& members, NodeHandle&
     return Status::ok();
 }
 
-std::vector<NodeHandle> nodesOf(const std::vector<Influence>& influences)
-{
+std::vector<NodeHandle> nodesOf(const std::vector<Influence>& influences) {
     std::vector<NodeHandle> out;
     for (const Influence& influence : influences)
         out.push_back(influence.node);
     return out;
 }
 
-// --- a new cluster ---------------------------------------------------------------------------------------------
+// --- a new cluster
+// ---------------------------------------------------------------------------------------------
 
-class Binder
-{
-public:
+class Binder {
+  public:
     Binder(Scene& scene, NodeHandle shape, const BindOptions& options)
-        : m_scene(scene), m_shape(shape), m_ports(portsOf(scene, shape)), m_options(options)
-    {
-    }
+        : m_scene(scene), m_shape(shape), m_ports(portsOf(scene, shape)), m_options(options) {}
 
-    Status run(const std::vector<NodeHandle>& influences, NodeHandle& cluster)
-    {
+    Status run(const std::vector<NodeHandle>& influences, NodeHandle& cluster) {
         const std::vector<V3d> points = worldPointsOf(m_scene, m_shape);
         if (points.empty())
-            return Status::failure("skinCluster: '" + m_scene.names().shortest(m_shape) + "' has no points");
-        if (const Status made = m_scene.createNode("skinCluster", m_options.name, {}, cluster); !made)
+            return Status::failure("skinCluster: '" + m_scene.names().shortest(m_shape) +
+                                   "' has no points");
+        if (const Status made = m_scene.createNode("skinCluster", m_options.name, {}, cluster);
+            !made)
             return made;
         m_cluster = cluster;
         Status status = wireGeometry();
         for (std::size_t i = 0; status && i < influences.size(); ++i)
-            status = connectInfluence(m_scene, cluster, influences[i], static_cast<std::int32_t>(i), m_options.dropoff);
+            status = connectInfluence(m_scene, cluster, influences[i], static_cast<std::int32_t>(i),
+                                      m_options.dropoff);
         if (!status)
             return status;
         storeOptions();
@@ -97,15 +91,15 @@ public:
         return pose(influences);
     }
 
-private:
+  private:
     Plug plug(const char* attr) const { return m_scene.findPlug(m_cluster, attr); }
 
-    Status wireGeometry()
-    {
+    Status wireGeometry() {
         const Plug in = m_scene.findPlug(m_shape, m_ports.in);
         Plug source = m_scene.source(in);
         const Node* maker = m_scene.node(source.node);
-        const bool isDeformer = maker && (maker->type->is(kDeformerType) || !maker->unknownType.empty());
+        const bool isDeformer =
+            maker && (maker->type->is(kDeformerType) || !maker->unknownType.empty());
         NodeHandle original;
         if (!isDeformer) {
             if (const Status status = makeOriginal(source, in, original); !status)
@@ -118,16 +112,16 @@ private:
         if (const Status status = m_scene.connect(source, plug("input[0].inputGeometry")); !status)
             return status;
         if (!original.isNull())
-            ignore(m_scene.connect(m_scene.findPlug(original, m_ports.local), plug("originalGeometry[0]")));
+            ignore(m_scene.connect(m_scene.findPlug(original, m_ports.local),
+                                   plug("originalGeometry[0]")));
         return m_scene.connect(out, in);
     }
 
     // An intermediate sibling that takes over history and points of the shape.
-    Status makeOriginal(const Plug& history, const Plug& in, NodeHandle& original)
-    {
+    Status makeOriginal(const Plug& history, const Plug& in, NodeHandle& original) {
         const std::string name = m_scene.node(m_shape)->name + "Orig";
-        const Status made =
-            m_scene.createNode(m_scene.typeName(m_shape), name, parentOf(m_scene, m_shape), original);
+        const Status made = m_scene.createNode(m_scene.typeName(m_shape), name,
+                                               parentOf(m_scene, m_shape), original);
         if (!made)
             return made;
         m_scene.setNumber(m_scene.findPlug(original, "intermediateObject"), 1.0);
@@ -144,8 +138,7 @@ private:
         return m_scene.connect(history, m_scene.findPlug(original, m_ports.in));
     }
 
-    void storeOptions()
-    {
+    void storeOptions() {
         m_scene.setMatrix(plug("geomMatrix"), worldMatrix(m_scene, m_shape));
         m_scene.setNumber(plug("useComponentsMatrix"), 1.0);
         m_scene.setNumber(plug("maxInfluences"), m_options.maxInfluences);
@@ -155,8 +148,7 @@ private:
         m_scene.setNumber(plug("normalizeWeights"), m_options.normalize);
     }
 
-    void weigh(const std::vector<NodeHandle>& influences, const std::vector<V3d>& points)
-    {
+    void weigh(const std::vector<NodeHandle>& influences, const std::vector<V3d>& points) {
         std::vector<InfluenceShape> shapes;
         for (NodeHandle node : influences)
             shapes.push_back(influenceShape(m_scene, node, m_options.dropoff));
@@ -171,8 +163,7 @@ private:
         });
     }
 
-    Status pose(const std::vector<NodeHandle>& influences)
-    {
+    Status pose(const std::vector<NodeHandle>& influences) {
         const std::vector<NodeHandle> members = withJointParents(m_scene, influences);
         NodeHandle pose;
         if (const Status found = poseFor(m_scene, members, pose); !found)
@@ -188,21 +179,22 @@ private:
     NodeHandle m_cluster;
 };
 
-// --- a dormant cluster -----------------------------------------------------------------------------------------
+// --- a dormant cluster
+// -----------------------------------------------------------------------------------------
 
-void refreshBindMatrices(Scene& scene, NodeHandle cluster)
-{
+void refreshBindMatrices(Scene& scene, NodeHandle cluster) {
     for (const Influence& influence : influencesOf(scene, cluster)) {
         const M44d world = worldMatrix(scene, influence.node);
-        scene.setMatrix(scene.element(scene.findPlug(cluster, "bindPreMatrix"), influence.logical), inverseOf(world));
+        scene.setMatrix(scene.element(scene.findPlug(cluster, "bindPreMatrix"), influence.logical),
+                        inverseOf(world));
         if (isJoint(scene, influence.node))
             scene.setMatrix(scene.findPlug(influence.node, "bindPose"), world);
     }
 }
 
-Status refreshBindPose(Scene& scene, NodeHandle cluster)
-{
-    const std::vector<NodeHandle> members = withJointParents(scene, nodesOf(influencesOf(scene, cluster)));
+Status refreshBindPose(Scene& scene, NodeHandle cluster) {
+    const std::vector<NodeHandle> members =
+        withJointParents(scene, nodesOf(influencesOf(scene, cluster)));
     const Plug target = scene.findPlug(cluster, "bindPose");
     if (const Plug held = scene.source(target); !held.isNull()) {
         refreshPose(scene, held.node, members);
@@ -214,8 +206,7 @@ Status refreshBindPose(Scene& scene, NodeHandle cluster)
     return scene.connect(scene.findPlug(pose, "message"), target);
 }
 
-Status takeUp(Scene& scene, NodeHandle shape, NodeHandle cluster, const BindOptions& options)
-{
+Status takeUp(Scene& scene, NodeHandle shape, NodeHandle cluster, const BindOptions& options) {
     refreshBindMatrices(scene, cluster);
     scene.setMatrix(scene.findPlug(cluster, "geomMatrix"), worldMatrix(scene, shape));
     if (options.setsSkinMethod)
@@ -229,9 +220,8 @@ Status takeUp(Scene& scene, NodeHandle shape, NodeHandle cluster, const BindOpti
 
 }  // namespace
 
-Status bindSkin(Scene& scene, NodeHandle shape, const std::vector<NodeHandle>& influences, const BindOptions& options,
-                NodeHandle& cluster)
-{
+Status bindSkin(Scene& scene, NodeHandle shape, const std::vector<NodeHandle>& influences,
+                const BindOptions& options, NodeHandle& cluster) {
     const std::vector<NodeHandle> present = findSkinClusters(scene, shape);
     for (NodeHandle candidate : present)
         if (scene.number(scene.findPlug(candidate, "nodeState")) != 0.0) {
@@ -239,7 +229,8 @@ Status bindSkin(Scene& scene, NodeHandle shape, const std::vector<NodeHandle>& i
             return takeUp(scene, shape, candidate, options);
         }
     if (!present.empty() && !options.multi)
-        return Status::failure("'" + scene.names().shortest(shape) + "' is already connected to the skinCluster '" +
+        return Status::failure("'" + scene.names().shortest(shape) +
+                               "' is already connected to the skinCluster '" +
                                scene.names().shortest(present.front()) + "'.");
     if (influences.empty())
         return Status::failure("No influences were given to bind to.");

@@ -10,15 +10,14 @@
 namespace torvel {
 namespace {
 
-void addOnce(std::vector<NodeHandle>& list, NodeHandle node)
-{
+void addOnce(std::vector<NodeHandle>& list, NodeHandle node) {
     if (std::find(list.begin(), list.end(), node) == list.end())
         list.push_back(node);
 }
 
 // Joints of a hierarchy, parent first, children in child order. Other nodes are walked through.
-void addSkeleton(const Scene& scene, NodeHandle top, bool withTransforms, std::vector<NodeHandle>& out)
-{
+void addSkeleton(const Scene& scene, NodeHandle top, bool withTransforms,
+                 std::vector<NodeHandle>& out) {
     std::vector<NodeHandle> stack{top};
     while (!stack.empty()) {
         const NodeHandle node = stack.back();
@@ -32,21 +31,18 @@ void addSkeleton(const Scene& scene, NodeHandle top, bool withTransforms, std::v
     }
 }
 
-NodeHandle skeletonRoot(const Scene& scene, NodeHandle joint)
-{
+NodeHandle skeletonRoot(const Scene& scene, NodeHandle joint) {
     while (isJoint(scene, parentOf(scene, joint)))
         joint = parentOf(scene, joint);
     return joint;
 }
 
-struct BindTargets
-{
+struct BindTargets {
     NodeHandle shape;
     std::vector<NodeHandle> influences;
 };
 
-Status sortTargets(const CommandCall& call, BindTargets& out)
-{
+Status sortTargets(const CommandCall& call, BindTargets& out) {
     const Scene& scene = call.scene();
     std::vector<NodeHandle> given;
     if (const Status status = call.objectsOrSelection(given); !status)
@@ -59,19 +55,20 @@ Status sortTargets(const CommandCall& call, BindTargets& out)
         if (!shape.isNull())
             out.shape = shape;
         else if (!isTransform(scene, node))
-            return call.fail("'" + scene.names().shortest(node) + "' can neither be bound nor be an influence");
+            return call.fail("'" + scene.names().shortest(node) +
+                             "' can neither be bound nor be an influence");
         else if (listedOnly || !isJoint(scene, node))
             addOnce(out.influences, node);
         else
-            addSkeleton(scene, skeletonRoot(scene, node), call.has("toSkeletonAndTransforms"), out.influences);
+            addSkeleton(scene, skeletonRoot(scene, node), call.has("toSkeletonAndTransforms"),
+                        out.influences);
     }
     if (out.shape.isNull())
         return call.fail("no geometry to bind was given");
     return Status::ok();
 }
 
-Status readOptions(const CommandCall& call, BindOptions& options)
-{
+Status readOptions(const CommandCall& call, BindOptions& options) {
     options.name = call.text("name");
     options.maxInfluences = call.integer("maximumInfluences", options.maxInfluences);
     options.obeyMax = call.flag("obeyMaxInfluences");
@@ -83,16 +80,17 @@ Status readOptions(const CommandCall& call, BindOptions& options)
     options.setsSkinMethod = call.has("skinMethod");
     options.setsNormalize = call.has("normalizeWeights");
     if (options.bindMethod == 2 || options.bindMethod == 3)
-        return call.fail(std::string("bindMethod ") + (options.bindMethod == 2 ? "2 (heat map)" : "3 (geodesic voxel)") +
+        return call.fail(std::string("bindMethod ") +
+                         (options.bindMethod == 2 ? "2 (heat map)" : "3 (geodesic voxel)") +
                          " is not supported; use 0 or 1");
-    if (options.bindMethod < 0 || options.bindMethod > 3 || options.skinMethod < 0 || options.skinMethod > 2 ||
-        options.normalize < 0 || options.normalize > 2)
+    if (options.bindMethod < 0 || options.bindMethod > 3 || options.skinMethod < 0 ||
+        options.skinMethod > 2 || options.normalize < 0 || options.normalize > 2)
         return call.fail("bindMethod, skinMethod or normalizeWeights is out of range");
-    return options.maxInfluences >= 1 ? Status::ok() : call.fail("maximumInfluences must be 1 or more");
+    return options.maxInfluences >= 1 ? Status::ok()
+                                      : call.fail("maximumInfluences must be 1 or more");
 }
 
-Status create(const CommandCall& call, Value& result)
-{
+Status create(const CommandCall& call, Value& result) {
     BindTargets targets;
     BindOptions options;
     if (const Status status = sortTargets(call, targets); !status)
@@ -100,15 +98,17 @@ Status create(const CommandCall& call, Value& result)
     if (const Status status = readOptions(call, options); !status)
         return status;
     NodeHandle cluster;
-    if (const Status status = bindSkin(call.scene(), targets.shape, targets.influences, options, cluster); !status)
+    if (const Status status =
+            bindSkin(call.scene(), targets.shape, targets.influences, options, cluster);
+        !status)
         return call.fail(status.text());
     result = Value::strings({call.scene().names().shortest(cluster)});
     return Status::ok();
 }
 
-// The clusters that the objects of an edit or query name: themselves, or those of the given geometry.
-Status namedClusters(const CommandCall& call, std::vector<NodeHandle>& clusters)
-{
+// The clusters that the objects of an edit or query name: themselves, or those of the given
+// geometry.
+Status namedClusters(const CommandCall& call, std::vector<NodeHandle>& clusters) {
     const Scene& scene = call.scene();
     std::vector<NodeHandle> given;
     if (const Status status = call.objectsOrSelection(given); !status)
@@ -120,11 +120,11 @@ Status namedClusters(const CommandCall& call, std::vector<NodeHandle>& clusters)
             for (NodeHandle cluster : findSkinClusters(scene, shape))
                 addOnce(clusters, cluster);
     }
-    return clusters.empty() ? call.fail("no skinCluster was found on the given objects") : Status::ok();
+    return clusters.empty() ? call.fail("no skinCluster was found on the given objects")
+                            : Status::ok();
 }
 
-Status editInfluences(const CommandCall& call, NodeHandle cluster)
-{
+Status editInfluences(const CommandCall& call, NodeHandle cluster) {
     AddInfluenceOptions options;
     options.hasWeight = call.has("weight");
     options.weight = call.number("weight");
@@ -147,8 +147,7 @@ Status editInfluences(const CommandCall& call, NodeHandle cluster)
     return Status::ok();
 }
 
-struct StoredFlag
-{
+struct StoredFlag {
     const char* flag;
     const char* attr;
 };
@@ -159,8 +158,7 @@ constexpr StoredFlag kStoredFlags[] = {{"maximumInfluences", "maxInfluences"},
                                        {"weightDistribution", "weightDistribution"},
                                        {"bindMethod", "bindMethod"}};
 
-void removeUnused(Scene& scene, NodeHandle cluster)
-{
+void removeUnused(Scene& scene, NodeHandle cluster) {
     const WeightList& weights = *weightsOf(scene, cluster);
     std::vector<bool> used;
     for (std::size_t v = 0; v < weights.size(); ++v)
@@ -170,21 +168,24 @@ void removeUnused(Scene& scene, NodeHandle cluster)
             used[at] = true;
         }
     for (const Influence& influence : influencesOf(scene, cluster))
-        if (static_cast<std::size_t>(influence.logical) >= used.size() || !used[static_cast<std::size_t>(influence.logical)])
+        if (static_cast<std::size_t>(influence.logical) >= used.size() ||
+            !used[static_cast<std::size_t>(influence.logical)])
             ignore(removeInfluence(scene, cluster, influence.node));
 }
 
-Status editCluster(const CommandCall& call, NodeHandle cluster)
-{
+Status editCluster(const CommandCall& call, NodeHandle cluster) {
     Scene& scene = call.scene();
     if (call.has("recacheBindMatrices"))
-        return call.fail("recacheBindMatrices is not supported: bind matrices are read when the skin is evaluated");
+        return call.fail(
+            "recacheBindMatrices is not supported: bind matrices are read when the skin is "
+            "evaluated");
     for (const StoredFlag& row : kStoredFlags)
         if (const FlagUse* use = call.use(row.flag))
             scene.setNumber(scene.findPlug(cluster, row.attr), use->values[0].number());
     if (const FlagUse* use = call.use("dropoffRate"); use && !call.has("addInfluence"))
         for (const Influence& influence : influencesOf(scene, cluster))
-            scene.setNumber(scene.element(scene.findPlug(cluster, "dropoff"), influence.logical), use->values[0].number());
+            scene.setNumber(scene.element(scene.findPlug(cluster, "dropoff"), influence.logical),
+                            use->values[0].number());
     if (const Status status = editInfluences(call, cluster); !status)
         return status;
     if (call.flag("removeUnusedInfluence"))
@@ -194,8 +195,7 @@ Status editCluster(const CommandCall& call, NodeHandle cluster)
     return call.has("unbind") ? unbindSkin(scene, cluster) : Status::ok();
 }
 
-Status edit(const CommandCall& call)
-{
+Status edit(const CommandCall& call) {
     std::vector<NodeHandle> clusters;
     if (const Status status = namedClusters(call, clusters); !status)
         return status;
@@ -205,16 +205,14 @@ Status edit(const CommandCall& call)
     return Status::ok();
 }
 
-Value namesOf(const Scene& scene, const std::vector<NodeHandle>& nodes)
-{
+Value namesOf(const Scene& scene, const std::vector<NodeHandle>& nodes) {
     std::vector<std::string> names;
     for (NodeHandle node : nodes)
         names.push_back(scene.names().shortest(node));
     return names.empty() ? Value() : Value::strings(names);
 }
 
-std::vector<NodeHandle> influenceNodes(const Scene& scene, NodeHandle cluster, bool weightedOnly)
-{
+std::vector<NodeHandle> influenceNodes(const Scene& scene, NodeHandle cluster, bool weightedOnly) {
     std::vector<NodeHandle> out;
     std::vector<bool> used;
     const WeightList* weights = weightsOf(scene, cluster);
@@ -232,8 +230,7 @@ std::vector<NodeHandle> influenceNodes(const Scene& scene, NodeHandle cluster, b
     return out;
 }
 
-Status query(const CommandCall& call, Value& result)
-{
+Status query(const CommandCall& call, Value& result) {
     std::vector<NodeHandle> clusters;
     if (const Status status = namedClusters(call, clusters); !status)
         return status;
@@ -247,7 +244,8 @@ Status query(const CommandCall& call, Value& result)
         if (call.has(row.flag)) {
             const Plug plug = scene.findPlug(cluster, row.attr);
             const double number = scene.number(plug);
-            result = scene.info(plug).type == AttrType::Bool ? Value(number != 0.0) : Value(static_cast<int>(number));
+            result = scene.info(plug).type == AttrType::Bool ? Value(number != 0.0)
+                                                             : Value(static_cast<int>(number));
         }
     if (call.has("dropoffRate")) {
         const Plug first = scene.elementAt(scene.findPlug(cluster, "dropoff"), 0);
@@ -258,8 +256,7 @@ Status query(const CommandCall& call, Value& result)
 
 }  // namespace
 
-Status runSkinCluster(const CommandCall& call, Value& result)
-{
+Status runSkinCluster(const CommandCall& call, Value& result) {
     if (call.isQuery())
         return query(call, result);
     return call.isEdit() ? edit(call) : create(call, result);

@@ -6,9 +6,10 @@
 
 namespace torvel {
 
-extern const Command kSkinCommands[];   ///< skinCluster skinPercent copySkinWeights copyDeformerWeights dagPose
+extern const Command
+    kSkinCommands[];  ///< skinCluster skinPercent copySkinWeights copyDeformerWeights dagPose
 extern const std::size_t kSkinCommandCount;
-extern const Command kPolyCommands[];   ///< polyCube polyPlane polyCylinder
+extern const Command kPolyCommands[];  ///< polyCube polyPlane polyCylinder
 extern const std::size_t kPolyCommandCount;
 
 // The commands themselves.

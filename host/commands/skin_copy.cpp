@@ -13,20 +13,21 @@ namespace torvel {
 namespace {
 
 std::vector<SkinWeight> mixedWeights(const SkinSurface& source, const SurfaceMix& mix,
-                                     const std::vector<std::int32_t>& columns, bool normalize)
-{
+                                     const std::vector<std::int32_t>& columns, bool normalize) {
     std::vector<SkinWeight> out;
     double sum = 0.0;
     for (int c = 0; c < 3; ++c)
-        for (std::size_t i = 0; mix.share[c] > 0.0 && i < source.weights().count(mix.point[c]); ++i) {
+        for (std::size_t i = 0; mix.share[c] > 0.0 && i < source.weights().count(mix.point[c]);
+             ++i) {
             const SkinWeight w = source.weights().begin(mix.point[c])[i];
             const auto from = static_cast<std::size_t>(w.influence);
             const std::int32_t to = from < columns.size() ? columns[from] : -1;
             if (to < 0)
                 continue;
-            const auto there =
-                std::find_if(out.begin(), out.end(), [&](const SkinWeight& o) { return o.influence == to; });
-            (there == out.end() ? *out.insert(out.end(), {to, 0.0}) : *there).weight += w.weight * mix.share[c];
+            const auto there = std::find_if(out.begin(), out.end(),
+                                            [&](const SkinWeight& o) { return o.influence == to; });
+            (there == out.end() ? *out.insert(out.end(), {to, 0.0}) : *there).weight +=
+                w.weight * mix.share[c];
             sum += w.weight * mix.share[c];
         }
     for (SkinWeight& w : out)
@@ -34,8 +35,7 @@ std::vector<SkinWeight> mixedWeights(const SkinSurface& source, const SurfaceMix
     return out;
 }
 
-std::vector<std::int32_t> columnsOf(const std::vector<InfluencePair>& pairs)
-{
+std::vector<std::int32_t> columnsOf(const std::vector<InfluencePair>& pairs) {
     std::vector<std::int32_t> columns;
     for (const InfluencePair& pair : pairs) {
         columns.resize(std::max(columns.size(), static_cast<std::size_t>(pair.from) + 1), -1);
@@ -46,14 +46,14 @@ std::vector<std::int32_t> columnsOf(const std::vector<InfluencePair>& pairs)
 
 }  // namespace
 
-Status copyWeights(Scene& scene, NodeHandle source, NodeHandle target, const CopyOptions& options)
-{
+Status copyWeights(Scene& scene, NodeHandle source, NodeHandle target, const CopyOptions& options) {
     SkinSurface from, to;
     Status status = SkinSurface::read(scene, source, from);
     status = status ? SkinSurface::read(scene, target, to) : status;
     if (!status)
         return status;
-    const std::vector<std::int32_t> columns = columnsOf(matchInfluences(scene, source, target, options));
+    const std::vector<std::int32_t> columns =
+        columnsOf(matchInfluences(scene, source, target, options));
     const bool normalize =
         options.normalize || scene.number(scene.findPlug(target, "normalizeWeights")) != 0.0;
     from.prepare(options.closestPoint);
@@ -62,8 +62,9 @@ Status copyWeights(Scene& scene, NodeHandle source, NodeHandle target, const Cop
         if (mirrorSide(to.points()[v], options) <= 0)
             return;
         const V3d at = mirrored(to.points()[v], options.plane);
-        lists[v] = mixedWeights(from, options.closestPoint ? from.nearestPlace(at) : from.nearestPoint(at), columns,
-                                normalize);
+        lists[v] =
+            mixedWeights(from, options.closestPoint ? from.nearestPlace(at) : from.nearestPoint(at),
+                         columns, normalize);
     });
     changeWeights(scene, target, [&](WeightList& weights) {
         for (std::size_t v = 0; v < lists.size(); ++v)
@@ -75,8 +76,7 @@ Status copyWeights(Scene& scene, NodeHandle source, NodeHandle target, const Cop
 
 namespace {
 
-Status readSkins(const CommandCall& call, NodeHandle (&skins)[2])
-{
+Status readSkins(const CommandCall& call, NodeHandle (&skins)[2]) {
     const Scene& scene = call.scene();
     const char* flags[] = {"sourceSkin", "destinationSkin"};
     for (int i = 0; i < 2; ++i) {
@@ -89,9 +89,11 @@ Status readSkins(const CommandCall& call, NodeHandle (&skins)[2])
         if (const Status status = call.objectsOrSelection(nodes); !status)
             return status;
         // A skin is mirrored onto itself when it is the only one.
-        const auto at = nodes.size() == 1 && !call.has("noMirror") ? std::size_t(0) : static_cast<std::size_t>(i);
+        const auto at = nodes.size() == 1 && !call.has("noMirror") ? std::size_t(0)
+                                                                   : static_cast<std::size_t>(i);
         const std::vector<NodeHandle> found =
-            at < nodes.size() ? findSkinClusters(scene, bindableShape(scene, nodes[at])) : std::vector<NodeHandle>();
+            at < nodes.size() ? findSkinClusters(scene, bindableShape(scene, nodes[at]))
+                              : std::vector<NodeHandle>();
         if (found.empty())
             return call.fail("a source and a destination skin are needed");
         skins[i] = found.front();
@@ -99,10 +101,8 @@ Status readSkins(const CommandCall& call, NodeHandle (&skins)[2])
     return Status::ok();
 }
 
-Status readMatches(const CommandCall& call, std::vector<InfluenceMatch>& matches)
-{
-    struct Name
-    {
+Status readMatches(const CommandCall& call, std::vector<InfluenceMatch>& matches) {
+    struct Name {
         const char* text;
         InfluenceMatch match;
     };
@@ -114,7 +114,8 @@ Status readMatches(const CommandCall& call, std::vector<InfluenceMatch>& matches
         matches.clear();
     for (const FlagUse* use : uses) {
         const std::string kind = use->values[0].string();
-        const auto known = std::find_if(std::begin(kNames), std::end(kNames), [&](const Name& n) { return kind == n.text; });
+        const auto known = std::find_if(std::begin(kNames), std::end(kNames),
+                                        [&](const Name& n) { return kind == n.text; });
         if (known == std::end(kNames))
             return call.fail("influenceAssociation '" + kind +
                              "' is not supported; use oneToOne, name or closestJoint");
@@ -124,8 +125,7 @@ Status readMatches(const CommandCall& call, std::vector<InfluenceMatch>& matches
 }
 
 // Without noMirror the weights are mirrored, at the plane XY unless another is named.
-Status readPlane(const CommandCall& call, CopyOptions& options)
-{
+Status readPlane(const CommandCall& call, CopyOptions& options) {
     const std::string plane = call.text("mirrorMode", "XY");
     options.inverse = call.flag("mirrorInverse");
     if (call.flag("noMirror"))
@@ -143,13 +143,13 @@ Status readPlane(const CommandCall& call, CopyOptions& options)
 
 }  // namespace
 
-Status runCopySkinWeights(const CommandCall& call, Value&)
-{
+Status runCopySkinWeights(const CommandCall& call, Value&) {
     NodeHandle skins[2];
     CopyOptions options;
     const std::string association = call.text("surfaceAssociation", "closestComponent");
     if (association != "closestPoint" && association != "closestComponent")
-        return call.fail("surfaceAssociation '" + association + "' is not supported; use closestPoint or closestComponent");
+        return call.fail("surfaceAssociation '" + association +
+                         "' is not supported; use closestPoint or closestComponent");
     options.closestPoint = association == "closestPoint";
     options.normalize = call.flag("normalize");
     Status status = readSkins(call, skins);
@@ -162,8 +162,7 @@ Status runCopySkinWeights(const CommandCall& call, Value&)
 }
 
 // Weights of other deformers are kept with them as a file has them and are not worked on.
-Status runCopyDeformerWeights(const CommandCall& call, Value&)
-{
+Status runCopyDeformerWeights(const CommandCall& call, Value&) {
     return call.fail("weights of deformers other than skinCluster cannot be copied");
 }
 

@@ -9,8 +9,7 @@
 namespace torvel {
 namespace {
 
-void addHierarchy(const Scene& scene, NodeHandle top, std::vector<NodeHandle>& out)
-{
+void addHierarchy(const Scene& scene, NodeHandle top, std::vector<NodeHandle>& out) {
     out.push_back(top);
     for (NodeHandle child : scene.node(top)->children)
         if (isTransform(scene, child))
@@ -18,13 +17,14 @@ void addHierarchy(const Scene& scene, NodeHandle top, std::vector<NodeHandle>& o
 }
 
 // The pose that -name or the objects stand for.
-Status findPose(const CommandCall& call, NodeHandle& pose)
-{
+Status findPose(const CommandCall& call, NodeHandle& pose) {
     const Scene& scene = call.scene();
     if (call.use("name") && !call.use("name")->values.empty()) {
         if (const Status status = call.resolve(call.text("name"), pose); !status)
             return status;
-        return scene.isType(pose, "dagPose") ? Status::ok() : call.fail("'" + call.text("name") + "' is no dagPose");
+        return scene.isType(pose, "dagPose")
+                   ? Status::ok()
+                   : call.fail("'" + call.text("name") + "' is no dagPose");
     }
     std::vector<NodeHandle> nodes;
     if (const Status status = call.objectsOrSelection(nodes); !status)
@@ -43,8 +43,7 @@ Status findPose(const CommandCall& call, NodeHandle& pose)
     return call.fail("no pose was found for the given objects");
 }
 
-Status save(const CommandCall& call, Value& result)
-{
+Status save(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
     std::vector<NodeHandle> given;
     std::vector<NodeHandle> members;
@@ -61,14 +60,15 @@ Status save(const CommandCall& call, Value& result)
     if (members.empty())
         return call.fail("nothing to save a pose of");
     NodeHandle pose;
-    if (const Status made = createPose(scene, members, call.has("bindPose"), call.text("name"), pose); !made)
+    if (const Status made =
+            createPose(scene, members, call.has("bindPose"), call.text("name"), pose);
+        !made)
         return made;
     result = Value(scene.names().shortest(pose));
     return Status::ok();
 }
 
-Status restore(const CommandCall& call)
-{
+Status restore(const CommandCall& call) {
     NodeHandle pose;
     if (const Status status = findPose(call, pose); !status)
         return status;
@@ -76,9 +76,9 @@ Status restore(const CommandCall& call)
     return status ? status : call.fail(status.text());
 }
 
-// Works on each object that is a member of a pose; the others do not matter as long as there is one.
-Status reset(const CommandCall& call)
-{
+// Works on each object that is a member of a pose; the others do not matter as long as there is
+// one.
+Status reset(const CommandCall& call) {
     Scene& scene = call.scene();
     std::vector<NodeHandle> nodes;
     if (const Status status = call.objectsOrSelection(nodes); !status)
@@ -91,8 +91,7 @@ Status reset(const CommandCall& call)
     return any ? Status::ok() : call.fail("none of the objects is a member of a pose");
 }
 
-Status add(const CommandCall& call)
-{
+Status add(const CommandCall& call) {
     NodeHandle pose;
     std::vector<NodeHandle> nodes;
     if (call.text("name").empty())
@@ -108,16 +107,14 @@ Status add(const CommandCall& call)
     return Status::ok();
 }
 
-Value listOf(const Scene& scene, const std::vector<NodeHandle>& nodes)
-{
+Value listOf(const Scene& scene, const std::vector<NodeHandle>& nodes) {
     std::vector<std::string> names;
     for (NodeHandle node : nodes)
         names.push_back(scene.names().shortest(node));
     return names.empty() ? Value() : Value::strings(names);
 }
 
-Status query(const CommandCall& call, Value& result)
-{
+Status query(const CommandCall& call, Value& result) {
     const Scene& scene = call.scene();
     if (call.has("members") || call.has("atPose")) {
         NodeHandle pose;
@@ -127,7 +124,8 @@ Status query(const CommandCall& call, Value& result)
         for (const PoseMember& member : poseMembers(scene, pose)) {
             const auto held = scene.dataAs<MatrixData>(
                 scene.element(scene.findPlug(pose, "worldMatrix"), member.logical));
-            const bool away = held && !nearlyEqual(held->matrix, worldMatrix(scene, member.node), 1e-6);
+            const bool away =
+                held && !nearlyEqual(held->matrix, worldMatrix(scene, member.node), 1e-6);
             if (call.has("members") || away)
                 nodes.push_back(member.node);
         }
@@ -148,8 +146,7 @@ Status query(const CommandCall& call, Value& result)
 
 }  // namespace
 
-Status runDagPose(const CommandCall& call, Value& result)
-{
+Status runDagPose(const CommandCall& call, Value& result) {
     if (call.isQuery())
         return query(call, result);
     if (call.has("save"))

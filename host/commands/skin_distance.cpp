@@ -8,8 +8,7 @@
 namespace torvel {
 namespace {
 
-double distanceToSegment(const V3d& a, const V3d& b, const V3d& p)
-{
+double distanceToSegment(const V3d& a, const V3d& b, const V3d& p) {
     const V3d along = b - a;
     const double length2 = along ^ along;
     const double t = length2 > 0.0 ? std::clamp(((p - a) ^ along) / length2, 0.0, 1.0) : 0.0;
@@ -18,8 +17,7 @@ double distanceToSegment(const V3d& a, const V3d& b, const V3d& p)
 
 }  // namespace
 
-InfluenceShape influenceShape(const Scene& scene, NodeHandle node, double dropoff)
-{
+InfluenceShape influenceShape(const Scene& scene, NodeHandle node, double dropoff) {
     InfluenceShape out;
     out.position = worldPosition(scene, node);
     out.dropoff = dropoff;
@@ -31,8 +29,7 @@ InfluenceShape influenceShape(const Scene& scene, NodeHandle node, double dropof
     return out;
 }
 
-double distanceTo(const InfluenceShape& influence, const V3d& point)
-{
+double distanceTo(const InfluenceShape& influence, const V3d& point) {
     if (influence.ends.empty())
         return (point - influence.position).length();
     double least = distanceToSegment(influence.position, influence.ends[0], point);
@@ -41,8 +38,8 @@ double distanceTo(const InfluenceShape& influence, const V3d& point)
     return least;
 }
 
-std::vector<SkinWeight> distanceWeights(const std::vector<InfluenceShape>& influences, const V3d& point, int most)
-{
+std::vector<SkinWeight> distanceWeights(const std::vector<InfluenceShape>& influences,
+                                        const V3d& point, int most) {
     std::vector<SkinWeight> kept;  // the weight field holds the distance until the end
     kept.reserve(influences.size());
     for (std::size_t i = 0; i < influences.size(); ++i)
@@ -50,7 +47,8 @@ std::vector<SkinWeight> distanceWeights(const std::vector<InfluenceShape>& influ
     const std::size_t count = std::min(kept.size(), static_cast<std::size_t>(std::max(1, most)));
     std::partial_sort(kept.begin(), kept.begin() + static_cast<std::ptrdiff_t>(count), kept.end(),
                       [](const SkinWeight& a, const SkinWeight& b) {
-                          return a.weight != b.weight ? a.weight < b.weight : a.influence < b.influence;
+                          return a.weight != b.weight ? a.weight < b.weight
+                                                      : a.influence < b.influence;
                       });
     kept.resize(count);
     const bool touches = !kept.empty() && kept[0].weight == 0.0;

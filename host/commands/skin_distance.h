@@ -8,9 +8,9 @@
 /// Weights by closest distance.
 namespace torvel {
 
-/// Where an influence lies: the segments from it to its child joints, or just its position without any. World space.
-struct InfluenceShape
-{
+/// Where an influence lies: the segments from it to its child joints, or just its position without
+/// any. World space.
+struct InfluenceShape {
     V3d position{0.0};
     std::vector<V3d> ends;
     double dropoff = 4.0;
@@ -19,8 +19,10 @@ InfluenceShape influenceShape(const Scene& scene, NodeHandle node, double dropof
 
 double distanceTo(const InfluenceShape& influence, const V3d& point);
 
-/// Weights of one point: the `most` nearest influences (ties: lower index), each distance ^ -dropoff, sum 1. Influences
-/// at distance zero share everything equally. `influence` in the result is the position in the list.
-std::vector<SkinWeight> distanceWeights(const std::vector<InfluenceShape>& influences, const V3d& point, int most);
+/// Weights of one point: the `most` nearest influences (ties: lower index), each distance ^
+/// -dropoff, sum 1. Influences at distance zero share everything equally. `influence` in the result
+/// is the position in the list.
+std::vector<SkinWeight> distanceWeights(const std::vector<InfluenceShape>& influences,
+                                        const V3d& point, int most);
 
 }  // namespace torvel

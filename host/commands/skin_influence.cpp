@@ -14,8 +14,7 @@ namespace {
 
 constexpr const char* kLockAttr = "lockInfluenceWeights";
 
-Plug lockPlug(Scene& scene, NodeHandle node)
-{
+Plug lockPlug(Scene& scene, NodeHandle node) {
     Plug plug = scene.findPlug(node, kLockAttr);
     if (!plug.isNull())
         return plug;
@@ -32,13 +31,11 @@ Plug lockPlug(Scene& scene, NodeHandle node)
     return Plug(node, made);
 }
 
-Plug elementOf(const Scene& scene, NodeHandle cluster, const char* attr, std::int32_t logical)
-{
+Plug elementOf(const Scene& scene, NodeHandle cluster, const char* attr, std::int32_t logical) {
     return scene.element(scene.findPlug(cluster, attr), logical);
 }
 
-void replaceInput(Scene& scene, const Plug& source, const Plug& target)
-{
+void replaceInput(Scene& scene, const Plug& source, const Plug& target) {
     if (source.isNull() || scene.source(target) == source)
         return;
     if (const Plug old = scene.source(target); !old.isNull())
@@ -46,8 +43,7 @@ void replaceInput(Scene& scene, const Plug& source, const Plug& target)
     ignore(scene.connect(source, target));
 }
 
-std::vector<V3d> boundPoints(const Scene& scene, NodeHandle cluster)
-{
+std::vector<V3d> boundPoints(const Scene& scene, NodeHandle cluster) {
     const std::vector<NodeHandle> shapes = outputShapes(scene, cluster);
     if (shapes.empty())
         return {};
@@ -60,20 +56,20 @@ std::vector<V3d> boundPoints(const Scene& scene, NodeHandle cluster)
     return points;
 }
 
-double storedDropoff(const Scene& scene, NodeHandle cluster, std::int32_t logical)
-{
+double storedDropoff(const Scene& scene, NodeHandle cluster, std::int32_t logical) {
     return scene.number(elementOf(scene, cluster, "dropoff", logical));
 }
 
-// Where the new influence belongs to the nearest ones it takes the share that its distance gives it; what was there
-// before keeps its proportions.
-void weighNewInfluence(Scene& scene, NodeHandle cluster, std::int32_t logical, const std::vector<V3d>& points)
-{
+// Where the new influence belongs to the nearest ones it takes the share that its distance gives
+// it; what was there before keeps its proportions.
+void weighNewInfluence(Scene& scene, NodeHandle cluster, std::int32_t logical,
+                       const std::vector<V3d>& points) {
     const std::vector<Influence> influences = influencesOf(scene, cluster);
     std::vector<InfluenceShape> shapes;
     std::size_t own = 0;
     for (std::size_t i = 0; i < influences.size(); ++i) {
-        shapes.push_back(influenceShape(scene, influences[i].node, storedDropoff(scene, cluster, influences[i].logical)));
+        shapes.push_back(influenceShape(scene, influences[i].node,
+                                        storedDropoff(scene, cluster, influences[i].logical)));
         own = influences[i].logical == logical ? i : own;
     }
     const int most = static_cast<int>(scene.number(scene.findPlug(cluster, "maxInfluences")));
@@ -94,8 +90,8 @@ void weighNewInfluence(Scene& scene, NodeHandle cluster, std::int32_t logical, c
     });
 }
 
-void setNewWeight(Scene& scene, NodeHandle cluster, std::int32_t logical, double weight, std::size_t vertices)
-{
+void setNewWeight(Scene& scene, NodeHandle cluster, std::int32_t logical, double weight,
+                  std::size_t vertices) {
     std::vector<bool> locks = influenceLocks(scene, cluster);
     locks.resize(std::max(locks.size(), static_cast<std::size_t>(logical) + 1), false);
     locks[static_cast<std::size_t>(logical)] = true;
@@ -111,20 +107,22 @@ void setNewWeight(Scene& scene, NodeHandle cluster, std::int32_t logical, double
 
 }  // namespace
 
-Status connectInfluence(Scene& scene, NodeHandle cluster, NodeHandle node, std::int32_t logical, double dropoff)
-{
+Status connectInfluence(Scene& scene, NodeHandle cluster, NodeHandle node, std::int32_t logical,
+                        double dropoff) {
     const M44d world = worldMatrix(scene, node);
     if (isJoint(scene, node))
         scene.setMatrix(scene.findPlug(node, "bindPose"), world);
     scene.setMatrix(elementOf(scene, cluster, "bindPreMatrix", logical), inverseOf(world));
     scene.setNumber(elementOf(scene, cluster, "dropoff", logical), dropoff);
     replaceInput(scene, lockPlug(scene, node), elementOf(scene, cluster, "lockWeights", logical));
-    replaceInput(scene, scene.findPlug(node, "objectColorRGB"), elementOf(scene, cluster, "influenceColor", logical));
-    return scene.connect(Plug(node, dagAttrs().worldMatrix, 0), elementOf(scene, cluster, "matrix", logical));
+    replaceInput(scene, scene.findPlug(node, "objectColorRGB"),
+                 elementOf(scene, cluster, "influenceColor", logical));
+    return scene.connect(Plug(node, dagAttrs().worldMatrix, 0),
+                         elementOf(scene, cluster, "matrix", logical));
 }
 
-Status addInfluence(Scene& scene, NodeHandle cluster, NodeHandle node, const AddInfluenceOptions& options)
-{
+Status addInfluence(Scene& scene, NodeHandle cluster, NodeHandle node,
+                    const AddInfluenceOptions& options) {
     const std::string name = scene.names().shortest(node);
     if (!isTransform(scene, node))
         return Status::failure("'" + name + "' is no transform and cannot be an influence.");
@@ -133,10 +131,12 @@ Status addInfluence(Scene& scene, NodeHandle cluster, NodeHandle node, const Add
     const std::vector<V3d> points = boundPoints(scene, cluster);
     std::int32_t logical = scene.nextAvailable(scene.findPlug(cluster, "matrix"));
     logical = std::max(logical, scene.nextAvailable(scene.findPlug(cluster, "bindPreMatrix")));
-    if (const Status status = connectInfluence(scene, cluster, node, logical, options.dropoff); !status)
+    if (const Status status = connectInfluence(scene, cluster, node, logical, options.dropoff);
+        !status)
         return status;
     if (options.hasWeight || options.lock)
-        setNewWeight(scene, cluster, logical, options.hasWeight ? options.weight : 0.0, points.size());
+        setNewWeight(scene, cluster, logical, options.hasWeight ? options.weight : 0.0,
+                     points.size());
     else
         weighNewInfluence(scene, cluster, logical, points);
     scene.setNumber(lockPlug(scene, node), options.lock ? 1.0 : 0.0);
@@ -147,8 +147,7 @@ Status addInfluence(Scene& scene, NodeHandle cluster, NodeHandle node, const Add
     return Status::ok();
 }
 
-Status removeInfluence(Scene& scene, NodeHandle cluster, NodeHandle node)
-{
+Status removeInfluence(Scene& scene, NodeHandle cluster, NodeHandle node) {
     const std::int32_t logical = influenceIndex(scene, cluster, node);
     if (logical < 0)
         return Status::failure("'" + scene.names().shortest(node) + "' is not an influence of '" +

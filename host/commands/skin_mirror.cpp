@@ -12,8 +12,7 @@ namespace {
 // Points nearer than this stand on the plane.
 constexpr double kOnPlane = 1e-5;
 
-struct Sides
-{
+struct Sides {
     const char* left;
     const char* right;
     bool wholePart;  ///< only between "_", ":" or the ends of the name
@@ -25,21 +24,20 @@ constexpr Sides kSides[] = {
     {"lf", "rt", true},       {"LF", "RT", true},
 };
 
-bool standsAlone(const std::string& name, std::size_t at, std::size_t length)
-{
-    const auto ends = [&](std::size_t i) { return i >= name.size() || name[i] == '_' || name[i] == ':'; };
+bool standsAlone(const std::string& name, std::size_t at, std::size_t length) {
+    const auto ends = [&](std::size_t i) {
+        return i >= name.size() || name[i] == '_' || name[i] == ':';
+    };
     return (at == 0 || ends(at - 1)) && ends(at + length);
 }
 
 // "right" in "leg_right" and "rightLeg", not in "upright".
-bool startsWord(const std::string& name, std::size_t at)
-{
+bool startsWord(const std::string& name, std::size_t at) {
     const auto isLower = [](char c) { return c >= 'a' && c <= 'z'; };
     return at == 0 || !isLower(name[at]) || !isLower(name[at - 1]);
 }
 
-bool swapped(std::string& name, const std::string& from, const std::string& to, bool wholePart)
-{
+bool swapped(std::string& name, const std::string& from, const std::string& to, bool wholePart) {
     for (std::size_t at = name.find(from); at != std::string::npos; at = name.find(from, at + 1))
         if (wholePart ? standsAlone(name, at, from.size()) : startsWord(name, at)) {
             name.replace(at, from.size(), to);
@@ -50,8 +48,7 @@ bool swapped(std::string& name, const std::string& from, const std::string& to, 
 
 }  // namespace
 
-std::string otherSideName(const std::string& name)
-{
+std::string otherSideName(const std::string& name) {
     std::string other = name;
     for (const Sides& sides : kSides)
         if (swapped(other, sides.left, sides.right, sides.wholePart) ||
@@ -60,24 +57,23 @@ std::string otherSideName(const std::string& name)
     return name;
 }
 
-V3d mirrored(const V3d& point, MirrorPlane plane)
-{
+V3d mirrored(const V3d& point, MirrorPlane plane) {
     V3d out = point;
     if (plane != MirrorPlane::None)
         out[static_cast<int>(plane) - 1] *= -1.0;
     return out;
 }
 
-int mirrorSide(const V3d& point, const CopyOptions& options)
-{
+int mirrorSide(const V3d& point, const CopyOptions& options) {
     if (options.plane == MirrorPlane::None)
         return 1;
-    const double across = point[static_cast<int>(options.plane) - 1] * (options.inverse ? 1.0 : -1.0);
+    const double across =
+        point[static_cast<int>(options.plane) - 1] * (options.inverse ? 1.0 : -1.0);
     return across > kOnPlane ? 1 : across < -kOnPlane ? -1 : 0;
 }
 
-Status countMirror(const Scene& scene, NodeHandle target, const CopyOptions& options, MirrorCount& out)
-{
+Status countMirror(const Scene& scene, NodeHandle target, const CopyOptions& options,
+                   MirrorCount& out) {
     SkinSurface surface;
     if (const Status read = SkinSurface::read(scene, target, surface); !read)
         return read;
@@ -90,9 +86,9 @@ Status countMirror(const Scene& scene, NodeHandle target, const CopyOptions& opt
 }
 
 std::vector<InfluencePair> matchInfluences(const Scene& scene, NodeHandle source, NodeHandle target,
-                                           const CopyOptions& options)
-{
-    const std::vector<Influence> from = influencesOf(scene, source), to = influencesOf(scene, target);
+                                           const CopyOptions& options) {
+    const std::vector<Influence> from = influencesOf(scene, source),
+                                 to = influencesOf(scene, target);
     std::vector<V3d> places;
     for (const Influence& each : to)
         places.push_back(worldPosition(scene, each.node));
@@ -103,10 +99,12 @@ std::vector<InfluencePair> matchInfluences(const Scene& scene, NodeHandle source
         std::size_t found = to.size();
         double least = 1e300;
         for (std::size_t k = 0; k < to.size(); ++k) {
-            const double distance = match == InfluenceMatch::ByClosest ? (wanted - places[k]).length2() : 0.0;
-            const bool hit = match == InfluenceMatch::ByOrder  ? i == k
-                             : match == InfluenceMatch::ByName ? scene.node(to[k].node)->name == name
-                                                               : true;
+            const double distance =
+                match == InfluenceMatch::ByClosest ? (wanted - places[k]).length2() : 0.0;
+            const bool hit = match == InfluenceMatch::ByOrder ? i == k
+                             : match == InfluenceMatch::ByName
+                                 ? scene.node(to[k].node)->name == name
+                                 : true;
             if (hit && distance < least) {
                 least = distance;
                 found = k;

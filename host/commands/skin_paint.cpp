@@ -10,16 +10,14 @@ namespace torvel {
 
 namespace {
 
-struct Job
-{
+struct Job {
     std::int32_t influence = 0;
     bool normalize = true;
     std::vector<bool> locked;  ///< by logical index
     std::vector<bool> fixed;   ///< the locked ones and the painted one
 };
 
-double heldWeight(const WeightList& weights, std::size_t vertex, const Job& job)
-{
+double heldWeight(const WeightList& weights, std::size_t vertex, const Job& job) {
     double sum = 0.0;
     for (std::size_t i = 0; i < weights.count(vertex); ++i) {
         const auto at = static_cast<std::size_t>(weights.begin(vertex)[i].influence);
@@ -29,10 +27,10 @@ double heldWeight(const WeightList& weights, std::size_t vertex, const Job& job)
 }
 
 // False, and nothing changed, when no other influence can make up for the change.
-bool setWeight(WeightList& weights, std::size_t vertex, double wanted, const Job& job)
-{
+bool setWeight(WeightList& weights, std::size_t vertex, double wanted, const Job& job) {
     const double room = job.normalize ? std::max(0.0, 1.0 - heldWeight(weights, vertex, job)) : 1.0;
-    std::vector<SkinWeight> before(weights.begin(vertex), weights.begin(vertex) + weights.count(vertex));
+    std::vector<SkinWeight> before(weights.begin(vertex),
+                                   weights.begin(vertex) + weights.count(vertex));
     weights.set(vertex, job.influence, std::clamp(wanted, 0.0, room));
     if (!job.normalize || normalizeVertex(weights, vertex, job.fixed) ||
         std::abs(weights.sum(vertex) - 1.0) < 1e-12)
@@ -41,23 +39,26 @@ bool setWeight(WeightList& weights, std::size_t vertex, double wanted, const Job
     return false;
 }
 
-std::vector<double> wantedWeights(const WeightList& weights, const Job& job, PaintMode mode, double value,
-                                  const std::vector<int>& points, const std::vector<std::vector<int>>& around)
-{
+std::vector<double> wantedWeights(const WeightList& weights, const Job& job, PaintMode mode,
+                                  double value, const std::vector<int>& points,
+                                  const std::vector<std::vector<int>>& around) {
     std::vector<double> wanted;
     for (int point : points) {
         const auto vertex = static_cast<std::size_t>(point);
         const double old = weights.weight(vertex, job.influence);
         double mean = 0.0;
-        const bool smooth = mode == PaintMode::Smooth && vertex < around.size() && !around[vertex].empty();
+        const bool smooth =
+            mode == PaintMode::Smooth && vertex < around.size() && !around[vertex].empty();
         for (std::size_t i = 0; smooth && i < around[vertex].size(); ++i)
             mean += weights.weight(static_cast<std::size_t>(around[vertex][i]), job.influence) /
                     static_cast<double>(around[vertex].size());
         switch (mode) {
-        case PaintMode::Replace: wanted.push_back(value); break;
-        case PaintMode::Add: wanted.push_back(old + value); break;
-        case PaintMode::Scale: wanted.push_back(old * value); break;
-        case PaintMode::Smooth: wanted.push_back(smooth ? old + (mean - old) * std::clamp(value, 0.0, 1.0) : old); break;
+            case PaintMode::Replace: wanted.push_back(value); break;
+            case PaintMode::Add: wanted.push_back(old + value); break;
+            case PaintMode::Scale: wanted.push_back(old * value); break;
+            case PaintMode::Smooth:
+                wanted.push_back(smooth ? old + (mean - old) * std::clamp(value, 0.0, 1.0) : old);
+                break;
         }
     }
     return wanted;
@@ -65,8 +66,7 @@ std::vector<double> wantedWeights(const WeightList& weights, const Job& job, Pai
 
 }  // namespace
 
-std::vector<std::vector<int>> neighbours(const Scene& scene, NodeHandle cluster)
-{
+std::vector<std::vector<int>> neighbours(const Scene& scene, NodeHandle cluster) {
     SkinSurface surface;
     if (!SkinSurface::read(scene, cluster, surface))
         return {};
@@ -89,9 +89,8 @@ std::vector<std::vector<int>> neighbours(const Scene& scene, NodeHandle cluster)
     return around;
 }
 
-Status paintWeights(Scene& scene, NodeHandle cluster, std::int32_t influence, PaintMode mode, double value,
-                    const std::vector<int>& points, PaintResult& result)
-{
+Status paintWeights(Scene& scene, NodeHandle cluster, std::int32_t influence, PaintMode mode,
+                    double value, const std::vector<int>& points, PaintResult& result) {
     const WeightList* weights = weightsOf(scene, cluster);
     if (!weights || influence < 0)
         return Status::failure("there is no skin or no such influence to paint");
@@ -114,7 +113,9 @@ Status paintWeights(Scene& scene, NodeHandle cluster, std::int32_t influence, Pa
     result = {};
     changeWeights(scene, cluster, [&](WeightList& list) {
         for (std::size_t i = 0; i < there.size(); ++i)
-            ++(setWeight(list, static_cast<std::size_t>(there[i]), wanted[i], job) ? result.changed : result.refused);
+            ++(setWeight(list, static_cast<std::size_t>(there[i]), wanted[i], job)
+                   ? result.changed
+                   : result.refused);
     });
     return Status::ok();
 }

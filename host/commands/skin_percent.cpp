@@ -10,15 +10,13 @@
 namespace torvel {
 namespace {
 
-struct Target
-{
+struct Target {
     NodeHandle cluster;
     std::vector<int> points;
 };
 
 // Points named by the further arguments or the selection; a whole shape means all of its points.
-Status readPoints(const CommandCall& call, std::size_t pointCount, std::vector<int>& points)
-{
+Status readPoints(const CommandCall& call, std::size_t pointCount, std::vector<int>& points) {
     const Scene& scene = call.scene();
     std::vector<SelectionItem> items;
     const std::vector<std::string> texts = call.texts();
@@ -47,8 +45,7 @@ Status readPoints(const CommandCall& call, std::size_t pointCount, std::vector<i
     return points.empty() ? call.fail("no points of the skin were given") : Status::ok();
 }
 
-Status readTarget(const CommandCall& call, Target& out)
-{
+Status readTarget(const CommandCall& call, Target& out) {
     const std::vector<std::string> texts = call.texts();
     if (texts.empty())
         return call.fail("the name of a skinCluster is needed");
@@ -60,24 +57,24 @@ Status readTarget(const CommandCall& call, Target& out)
     return readPoints(call, weights->size(), out.points);
 }
 
-Status readInfluence(const CommandCall& call, const Target& target, const std::string& text, std::int32_t& logical)
-{
+Status readInfluence(const CommandCall& call, const Target& target, const std::string& text,
+                     std::int32_t& logical) {
     NodeHandle node;
     if (const Status status = call.resolve(text, node); !status)
         return status;
     logical = influenceIndex(call.scene(), target.cluster, node);
-    return logical >= 0 ? Status::ok() : call.fail("'" + text + "' is not an influence of the skin");
+    return logical >= 0 ? Status::ok()
+                        : call.fail("'" + text + "' is not an influence of the skin");
 }
 
-// --- query -----------------------------------------------------------------------------------------------------
+// --- query
+// -----------------------------------------------------------------------------------------------------
 
-Value oneOrList(const std::vector<double>& values)
-{
+Value oneOrList(const std::vector<double>& values) {
     return values.size() == 1 ? Value(values[0]) : Value::doubles(values);
 }
 
-Value usedInfluences(const Scene& scene, const Target& target, double least)
-{
+Value usedInfluences(const Scene& scene, const Target& target, double least) {
     const WeightList& weights = *weightsOf(scene, target.cluster);
     std::vector<std::string> names;
     for (const Influence& influence : influencesOf(scene, target.cluster))
@@ -88,8 +85,7 @@ Value usedInfluences(const Scene& scene, const Target& target, double least)
     return names.empty() ? Value() : Value::strings(names);
 }
 
-Status ask(const CommandCall& call, const Target& target, Value& result)
-{
+Status ask(const CommandCall& call, const Target& target, Value& result) {
     const Scene& scene = call.scene();
     const WeightList& weights = *weightsOf(scene, target.cluster);
     const FlagUse* transform = call.use("transform");
@@ -101,7 +97,9 @@ Status ask(const CommandCall& call, const Target& target, Value& result)
     std::vector<std::int32_t> columns;
     if (named) {
         columns.resize(1);
-        if (const Status status = readInfluence(call, target, transform->values[0].string(), columns[0]); !status)
+        if (const Status status =
+                readInfluence(call, target, transform->values[0].string(), columns[0]);
+            !status)
             return status;
     } else {
         for (const Influence& influence : influencesOf(scene, target.cluster))
@@ -115,16 +113,15 @@ Status ask(const CommandCall& call, const Target& target, Value& result)
     return Status::ok();
 }
 
-// --- edit ------------------------------------------------------------------------------------------------------
+// --- edit
+// ------------------------------------------------------------------------------------------------------
 
-struct Wanted
-{
+struct Wanted {
     std::int32_t logical;
     double value;
 };
 
-struct Change
-{
+struct Change {
     std::vector<Wanted> wanted;
     std::vector<bool> locked;
     bool normalize = true;
@@ -134,13 +131,11 @@ struct Change
     std::size_t refused = 0;  ///< points whose other weights are all held
 };
 
-bool isOn(const std::vector<bool>& flags, std::int32_t at)
-{
+bool isOn(const std::vector<bool>& flags, std::int32_t at) {
     return static_cast<std::size_t>(at) < flags.size() && flags[static_cast<std::size_t>(at)];
 }
 
-double heldWeight(const WeightList& weights, std::size_t vertex, const std::vector<bool>& held)
-{
+double heldWeight(const WeightList& weights, std::size_t vertex, const std::vector<bool>& held) {
     double sum = 0.0;
     for (std::size_t i = 0; i < weights.count(vertex); ++i)
         if (isOn(held, weights.begin(vertex)[i].influence))
@@ -148,25 +143,28 @@ double heldWeight(const WeightList& weights, std::size_t vertex, const std::vect
     return sum;
 }
 
-void changeVertex(WeightList& weights, std::size_t vertex, Change& change)
-{
-    std::vector<SkinWeight> before(weights.begin(vertex), weights.begin(vertex) + weights.count(vertex));
+void changeVertex(WeightList& weights, std::size_t vertex, Change& change) {
+    std::vector<SkinWeight> before(weights.begin(vertex),
+                                   weights.begin(vertex) + weights.count(vertex));
     std::vector<bool> fixed = change.locked;
     if (change.zeroOthers)
         for (const SkinWeight& w : before)
             if (!isOn(change.locked, w.influence))
                 weights.set(vertex, w.influence, 0.0);
-    double room = change.normalize ? std::max(0.0, 1.0 - heldWeight(weights, vertex, change.locked)) : 1e300;
+    double room =
+        change.normalize ? std::max(0.0, 1.0 - heldWeight(weights, vertex, change.locked)) : 1e300;
     for (const Wanted& wanted : change.wanted) {
         const double old = change.relative ? weights.weight(vertex, wanted.logical) : 0.0;
-        const double value = change.normalize ? std::clamp(old + wanted.value, 0.0, room) : old + wanted.value;
+        const double value =
+            change.normalize ? std::clamp(old + wanted.value, 0.0, room) : old + wanted.value;
         weights.set(vertex, wanted.logical, value);
         room -= value;
         fixed.resize(std::max(fixed.size(), static_cast<std::size_t>(wanted.logical) + 1), false);
         fixed[static_cast<std::size_t>(wanted.logical)] = true;
     }
     for (std::size_t i = weights.count(vertex); change.prune > 0.0 && i-- > 0;)
-        if (const SkinWeight w = weights.begin(vertex)[i]; w.weight < change.prune && !isOn(change.locked, w.influence))
+        if (const SkinWeight w = weights.begin(vertex)[i];
+            w.weight < change.prune && !isOn(change.locked, w.influence))
             weights.set(vertex, w.influence, 0.0);
     if (!change.normalize || normalizeVertex(weights, vertex, fixed))
         return;
@@ -177,17 +175,19 @@ void changeVertex(WeightList& weights, std::size_t vertex, Change& change)
     ++change.refused;
 }
 
-Status readChange(const CommandCall& call, const Target& target, Change& change)
-{
+Status readChange(const CommandCall& call, const Target& target, Change& change) {
     const Scene& scene = call.scene();
     change.locked = influenceLocks(scene, target.cluster);
-    change.normalize = call.flag("normalize", scene.number(scene.findPlug(target.cluster, "normalizeWeights")) == 1.0);
+    change.normalize = call.flag(
+        "normalize", scene.number(scene.findPlug(target.cluster, "normalizeWeights")) == 1.0);
     change.relative = call.flag("relative");
     change.zeroOthers = call.flag("zeroRemainingInfluences");
     change.prune = call.number("pruneWeights", 0.0);
     for (const FlagUse* use : call.uses("transformValue")) {
         Wanted wanted{0, use->values[1].number()};
-        if (const Status status = readInfluence(call, target, use->values[0].string(), wanted.logical); !status)
+        if (const Status status =
+                readInfluence(call, target, use->values[0].string(), wanted.logical);
+            !status)
             return status;
         if (isOn(change.locked, wanted.logical))
             return call.fail("the weights of '" + use->values[0].string() + "' are locked");
@@ -198,8 +198,7 @@ Status readChange(const CommandCall& call, const Target& target, Change& change)
 
 }  // namespace
 
-Status runSkinPercent(const CommandCall& call, Value& result)
-{
+Status runSkinPercent(const CommandCall& call, Value& result) {
     Target target;
     if (const Status status = readTarget(call, target); !status)
         return status;
@@ -214,9 +213,10 @@ Status runSkinPercent(const CommandCall& call, Value& result)
         for (int point : target.points)
             changeVertex(weights, static_cast<std::size_t>(point), change);
     });
-    return change.refused == 0 ? Status::ok()
-                               : call.fail("the weights of " + std::to_string(change.refused) +
-                                           " points stay: all other influences are locked or have no weight");
+    return change.refused == 0
+               ? Status::ok()
+               : call.fail("the weights of " + std::to_string(change.refused) +
+                           " points stay: all other influences are locked or have no weight");
 }
 
 }  // namespace torvel

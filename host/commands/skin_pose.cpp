@@ -12,23 +12,19 @@
 namespace torvel {
 namespace {
 
-Plug posePlug(const Scene& scene, NodeHandle pose, const char* attr, std::int32_t element)
-{
+Plug posePlug(const Scene& scene, NodeHandle pose, const char* attr, std::int32_t element) {
     return scene.element(scene.findPlug(pose, attr), element);
 }
 
 // Members by node: a pose of a thousand joints asks for a thousand parents.
-class MemberTable
-{
+class MemberTable {
   public:
-    MemberTable(const Scene& scene, NodeHandle pose)
-    {
+    MemberTable(const Scene& scene, NodeHandle pose) {
         for (const PoseMember& member : poseMembers(scene, pose))
             m_index.try_emplace(key(member.node), member.logical);
     }
     /// -1: no member.
-    std::int32_t find(NodeHandle node) const
-    {
+    std::int32_t find(NodeHandle node) const {
         const auto at = m_index.find(key(node));
         return at == m_index.end() ? -1 : at->second;
     }
@@ -40,9 +36,9 @@ class MemberTable
     std::map<Key, std::int32_t> m_index;
 };
 
-// World matrices of joints come from their bindPose attribute, those of other nodes are held by the pose itself.
-void takeValues(Scene& scene, NodeHandle pose, NodeHandle node, std::int32_t at)
-{
+// World matrices of joints come from their bindPose attribute, those of other nodes are held by the
+// pose itself.
+void takeValues(Scene& scene, NodeHandle pose, NodeHandle node, std::int32_t at) {
     const M44d world = worldMatrix(scene, node);
     if (const auto xform = captureXform(scene, node))
         scene.setData(posePlug(scene, pose, "xformMatrix", at), xform);
@@ -57,19 +53,20 @@ void takeValues(Scene& scene, NodeHandle pose, NodeHandle node, std::int32_t at)
         ignore(scene.connect(bindPose, target));
 }
 
-void linkParent(Scene& scene, NodeHandle pose, const MemberTable& table, NodeHandle node, std::int32_t at)
-{
+void linkParent(Scene& scene, NodeHandle pose, const MemberTable& table, NodeHandle node,
+                std::int32_t at) {
     const Plug target = posePlug(scene, pose, "parents", at);
     if (!scene.source(target).isNull())
         ignore(scene.disconnect(scene.source(target), target));
     const std::int32_t parent = table.find(parentOf(scene, node));
-    ignore(scene.connect(parent < 0 ? scene.findPlug(pose, "world") : posePlug(scene, pose, "members", parent), target));
+    ignore(scene.connect(
+        parent < 0 ? scene.findPlug(pose, "world") : posePlug(scene, pose, "members", parent),
+        target));
 }
 
 }  // namespace
 
-std::vector<PoseMember> poseMembers(const Scene& scene, NodeHandle pose)
-{
+std::vector<PoseMember> poseMembers(const Scene& scene, NodeHandle pose) {
     std::vector<PoseMember> out;
     const Plug members = scene.findPlug(pose, "members");
     for (std::size_t i = 0; !members.isNull() && i < scene.elementCount(members); ++i) {
@@ -80,8 +77,7 @@ std::vector<PoseMember> poseMembers(const Scene& scene, NodeHandle pose)
     return out;
 }
 
-std::vector<NodeHandle> posesOf(const Scene& scene, NodeHandle node, bool bindOnly)
-{
+std::vector<NodeHandle> posesOf(const Scene& scene, NodeHandle node, bool bindOnly) {
     NodeHandle top = node;
     for (NodeHandle up = parentOf(scene, node); isTransform(scene, up); up = parentOf(scene, up))
         top = up;
@@ -102,10 +98,10 @@ std::vector<NodeHandle> posesOf(const Scene& scene, NodeHandle node, bool bindOn
     return found;
 }
 
-Status createPose(Scene& scene, const std::vector<NodeHandle>& nodes, bool bindPose, const std::string& name,
-                  NodeHandle& pose)
-{
-    const std::string wanted = name.empty() ? scene.names().numbered(bindPose ? "bindPose" : "dagPose") : name;
+Status createPose(Scene& scene, const std::vector<NodeHandle>& nodes, bool bindPose,
+                  const std::string& name, NodeHandle& pose) {
+    const std::string wanted =
+        name.empty() ? scene.names().numbered(bindPose ? "bindPose" : "dagPose") : name;
     if (const Status made = scene.createNode("dagPose", wanted, {}, pose); !made)
         return made;
     scene.setNumber(scene.findPlug(pose, "bindPose"), bindPose ? 1.0 : 0.0);
@@ -113,14 +109,14 @@ Status createPose(Scene& scene, const std::vector<NodeHandle>& nodes, bool bindP
     return Status::ok();
 }
 
-void addToPose(Scene& scene, NodeHandle pose, const std::vector<NodeHandle>& nodes)
-{
+void addToPose(Scene& scene, NodeHandle pose, const std::vector<NodeHandle>& nodes) {
     MemberTable table(scene, pose);
     for (NodeHandle node : nodes) {
         std::int32_t at = table.find(node);
         if (at < 0) {
             at = scene.nextAvailable(scene.findPlug(pose, "members"));
-            ignore(scene.connect(scene.findPlug(node, "message"), posePlug(scene, pose, "members", at)));
+            ignore(scene.connect(scene.findPlug(node, "message"),
+                                 posePlug(scene, pose, "members", at)));
             table.add(node, at);
             linkParent(scene, pose, table, node, at);
         }
@@ -128,8 +124,7 @@ void addToPose(Scene& scene, NodeHandle pose, const std::vector<NodeHandle>& nod
     }
 }
 
-void refreshPose(Scene& scene, NodeHandle pose, const std::vector<NodeHandle>& nodes)
-{
+void refreshPose(Scene& scene, NodeHandle pose, const std::vector<NodeHandle>& nodes) {
     const Plug members = scene.findPlug(pose, "members");
     for (std::int32_t at : scene.elementIndices(members)) {
         if (!scene.source(scene.element(members, at)).isNull())
@@ -145,18 +140,17 @@ void refreshPose(Scene& scene, NodeHandle pose, const std::vector<NodeHandle>& n
     }
 }
 
-bool resetMember(Scene& scene, NodeHandle pose, NodeHandle node)
-{
+bool resetMember(Scene& scene, NodeHandle pose, NodeHandle node) {
     const std::int32_t at = MemberTable(scene, pose).find(node);
     if (at >= 0)
         takeValues(scene, pose, node, at);
     return at >= 0;
 }
 
-bool isAtPose(const Scene& scene, NodeHandle pose)
-{
+bool isAtPose(const Scene& scene, NodeHandle pose) {
     for (const PoseMember& member : poseMembers(scene, pose)) {
-        const auto held = scene.dataAs<MatrixData>(posePlug(scene, pose, "worldMatrix", member.logical));
+        const auto held =
+            scene.dataAs<MatrixData>(posePlug(scene, pose, "worldMatrix", member.logical));
         if (held && !nearlyEqual(held->matrix, worldMatrix(scene, member.node), 1e-6))
             return false;
     }
@@ -165,22 +159,21 @@ bool isAtPose(const Scene& scene, NodeHandle pose)
 
 namespace {
 
-struct PlannedMember
-{
+struct PlannedMember {
     NodeHandle node;
     Channels channels;
     ChannelValues values;
 };
 
-Status unreachable(const Scene& scene, const Plug& plug)
-{
+Status unreachable(const Scene& scene, const Plug& plug) {
     return Status::failure("The skeleton cannot reach the bind pose: '" + scene.plugName(plug) +
                            "' is locked or connected.");
 }
 
-Status planMember(const Scene& scene, NodeHandle pose, const PoseMember& member, std::vector<PlannedMember>& plan)
-{
-    const auto xform = scene.dataAs<XformData>(posePlug(scene, pose, "xformMatrix", member.logical));
+Status planMember(const Scene& scene, NodeHandle pose, const PoseMember& member,
+                  std::vector<PlannedMember>& plan) {
+    const auto xform =
+        scene.dataAs<XformData>(posePlug(scene, pose, "xformMatrix", member.logical));
     if (!xform)
         return Status::ok();  // held by its world matrix only: moves with its parent
     const Channels wanted = posedChannels(scene, member.node, *xform);
@@ -192,16 +185,14 @@ Status planMember(const Scene& scene, NodeHandle pose, const PoseMember& member,
     return Status::ok();
 }
 
-bool isTopMember(const Scene& scene, NodeHandle pose, const PoseMember& member)
-{
+bool isTopMember(const Scene& scene, NodeHandle pose, const PoseMember& member) {
     const Plug from = scene.source(posePlug(scene, pose, "parents", member.logical));
     return from.isNull() || from.attr == scene.findPlug(pose, "world").attr;
 }
 
 }  // namespace
 
-Status restorePose(Scene& scene, NodeHandle pose, bool global)
-{
+Status restorePose(Scene& scene, NodeHandle pose, bool global) {
     std::vector<PlannedMember> plan;
     const std::vector<PoseMember> members = poseMembers(scene, pose);
     for (const PoseMember& member : members)
@@ -215,7 +206,8 @@ Status restorePose(Scene& scene, NodeHandle pose, bool global)
             return status;
     }
     for (const PoseMember& member : members) {
-        const auto held = scene.dataAs<MatrixData>(posePlug(scene, pose, "worldMatrix", member.logical));
+        const auto held =
+            scene.dataAs<MatrixData>(posePlug(scene, pose, "worldMatrix", member.logical));
         if (!global || !held || !isTopMember(scene, pose, member) ||
             nearlyEqual(held->matrix, worldMatrix(scene, member.node), 1e-9))
             continue;
@@ -225,13 +217,13 @@ Status restorePose(Scene& scene, NodeHandle pose, bool global)
     return Status::ok();
 }
 
-std::vector<NodeHandle> withJointParents(const Scene& scene, const std::vector<NodeHandle>& nodes)
-{
+std::vector<NodeHandle> withJointParents(const Scene& scene, const std::vector<NodeHandle>& nodes) {
     std::vector<NodeHandle> out;
     std::set<std::uint32_t> taken;
     for (NodeHandle node : nodes) {
         std::vector<NodeHandle> chain{node};
-        for (NodeHandle up = parentOf(scene, node); isJoint(scene, node) && isJoint(scene, up) && !taken.count(up.index);
+        for (NodeHandle up = parentOf(scene, node);
+             isJoint(scene, node) && isJoint(scene, up) && !taken.count(up.index);
              up = parentOf(scene, up))
             chain.push_back(up);
         for (auto it = chain.rbegin(); it != chain.rend(); ++it)

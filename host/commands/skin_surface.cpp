@@ -5,8 +5,7 @@
 
 namespace torvel {
 
-V3d closestOnTriangle(const V3d& p, const V3d& a, const V3d& b, const V3d& c, double (&share)[3])
-{
+V3d closestOnTriangle(const V3d& p, const V3d& a, const V3d& b, const V3d& c, double (&share)[3]) {
     const V3d ab = b - a, ac = c - a, ap = p - a;
     const auto set = [&](double u, double v) {
         share[0] = 1.0 - u - v;
@@ -38,8 +37,7 @@ V3d closestOnTriangle(const V3d& p, const V3d& a, const V3d& b, const V3d& c, do
     return sum > 0.0 ? set(vb / sum, vc / sum) : set(0, 0);
 }
 
-Status SkinSurface::read(const Scene& scene, NodeHandle cluster, SkinSurface& out)
-{
+Status SkinSurface::read(const Scene& scene, NodeHandle cluster, SkinSurface& out) {
     const std::vector<NodeHandle> shapes = outputShapes(scene, cluster);
     out.m_weights = weightsOf(scene, cluster);
     if (!out.m_weights || shapes.empty() || !scene.isType(shapes.front(), "mesh"))
@@ -55,11 +53,11 @@ Status SkinSurface::read(const Scene& scene, NodeHandle cluster, SkinSurface& ou
     for (std::int32_t vertex : out.m_topology->faceVertices)
         good = good && vertex >= 0 && static_cast<std::size_t>(vertex) < out.m_points.size();
     return good ? Status::ok()
-                : Status::failure("the faces of '" + scene.names().shortest(shapes.front()) + "' are damaged");
+                : Status::failure("the faces of '" + scene.names().shortest(shapes.front()) +
+                                  "' are damaged");
 }
 
-void SkinSurface::prepare(bool faces)
-{
+void SkinSurface::prepare(bool faces) {
     m_triangles.clear();
     std::vector<Imath::Box3d> boxes;
     std::size_t at = 0;
@@ -67,7 +65,8 @@ void SkinSurface::prepare(bool faces)
         const std::int32_t* face = m_topology->faceVertices.data() + at;
         const std::int32_t count = m_topology->faceCounts[f];
         for (std::int32_t i = 1; i + 1 < count; ++i) {
-            const Triangle triangle{{static_cast<std::size_t>(face[0]), static_cast<std::size_t>(face[i]),
+            const Triangle triangle{{static_cast<std::size_t>(face[0]),
+                                     static_cast<std::size_t>(face[i]),
                                      static_cast<std::size_t>(face[i + 1])}};
             Imath::Box3d box;
             for (std::size_t corner : triangle.corner)
@@ -83,25 +82,27 @@ void SkinSurface::prepare(bool faces)
     m_tree = BoxTree(boxes);
 }
 
-SurfaceMix SkinSurface::nearestPoint(const V3d& at) const
-{
+SurfaceMix SkinSurface::nearestPoint(const V3d& at) const {
     SurfaceMix mix;
-    const std::size_t found = m_tree.nearest(at, [&](std::size_t i) { return (m_points[i] - at).length2(); });
+    const std::size_t found =
+        m_tree.nearest(at, [&](std::size_t i) { return (m_points[i] - at).length2(); });
     mix.point[0] = found == BoxTree::kNone ? 0 : found;
     return mix;
 }
 
-SurfaceMix SkinSurface::nearestPlace(const V3d& at) const
-{
+SurfaceMix SkinSurface::nearestPlace(const V3d& at) const {
     if (m_triangles.empty())
         return nearestPoint(at);
     const auto place = [&](std::size_t i, double(&share)[3]) {
         const Triangle& t = m_triangles[i];
-        return closestOnTriangle(at, m_points[t.corner[0]], m_points[t.corner[1]], m_points[t.corner[2]], share);
+        return closestOnTriangle(at, m_points[t.corner[0]], m_points[t.corner[1]],
+                                 m_points[t.corner[2]], share);
     };
     SurfaceMix mix;
-    const std::size_t found =
-        m_tree.nearest(at, [&](std::size_t i) { double share[3]; return (place(i, share) - at).length2(); });
+    const std::size_t found = m_tree.nearest(at, [&](std::size_t i) {
+        double share[3];
+        return (place(i, share) - at).length2();
+    });
     place(found, mix.share);
     for (int c = 0; c < 3; ++c)
         mix.point[c] = m_triangles[found].corner[c];

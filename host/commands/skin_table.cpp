@@ -53,14 +53,10 @@ constexpr FlagRow kCopySkinWeightsFlags[] = {
 };
 
 constexpr FlagRow kCopyDeformerWeightsFlags[] = {
-    {"sourceDeformer", "sd", "s", kCreate},
-    {"destinationDeformer", "dd", "s", kCreate},
-    {"sourceShape", "ss", "s", kCreate},
-    {"destinationShape", "ds", "s", kCreate},
-    {"noMirror", "nm", "", kCreate},
-    {"mirrorMode", "mm", "s", kCreate},
-    {"mirrorInverse", "mi", "", kCreate},
-    {"surfaceAssociation", "sa", "s", kCreate},
+    {"sourceDeformer", "sd", "s", kCreate}, {"destinationDeformer", "dd", "s", kCreate},
+    {"sourceShape", "ss", "s", kCreate},    {"destinationShape", "ds", "s", kCreate},
+    {"noMirror", "nm", "", kCreate},        {"mirrorMode", "mm", "s", kCreate},
+    {"mirrorInverse", "mi", "", kCreate},   {"surfaceAssociation", "sa", "s", kCreate},
 };
 
 constexpr FlagRow kDagPoseFlags[] = {
@@ -85,9 +81,10 @@ const Command kSkinCommands[] = {
      "Sets and asks the weights of points."},
     {"copySkinWeights", kCopySkinWeightsFlags, countOf(kCopySkinWeightsFlags), runCopySkinWeights,
      "Copies or mirrors the weights of one skin to another."},
-    {"copyDeformerWeights", kCopyDeformerWeightsFlags, countOf(kCopyDeformerWeightsFlags), runCopyDeformerWeights,
-     "Refused: weights of deformers other than skins are not worked on."},
-    {"dagPose", kDagPoseFlags, countOf(kDagPoseFlags), runDagPose, "Saves, restores and asks poses of a skeleton."},
+    {"copyDeformerWeights", kCopyDeformerWeightsFlags, countOf(kCopyDeformerWeightsFlags),
+     runCopyDeformerWeights, "Refused: weights of deformers other than skins are not worked on."},
+    {"dagPose", kDagPoseFlags, countOf(kDagPoseFlags), runDagPose,
+     "Saves, restores and asks poses of a skeleton."},
 };
 const std::size_t kSkinCommandCount = sizeof kSkinCommands / sizeof *kSkinCommands;
 

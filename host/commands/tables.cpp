@@ -5,16 +5,38 @@
 
 namespace torvel {
 
-void addSceneCommands(Session& session)
-{
+void addSceneCommands(Session& session) {
     const CommandTable tables[] = {
-        attributeCommands(), attributeEditCommands(), connectionCommands(), constraintCommands(), createCommands(),
-        deleteCommands(),    duplicateCommands(),     freezeCommands(),     ikCommands(), jointCommands(),
-        listCommands(), locatorCommands(),      matchCommands(),         miscCommands(),       moveCommands(),
-        parentCommands(),    relationCommands(),      renameCommands(),     selectCommands(),
-        setCommands(),       shadingCommands(),       transformCommands(),     circleCommands(),     curveCommands(),
-        measureCommands(),       {kSkinCommands, kSkinCommandCount},
-        attributeInfoCommands(), keyCommands(), keyEditCommands(), timeCommands(),
+        attributeCommands(),
+        attributeEditCommands(),
+        connectionCommands(),
+        constraintCommands(),
+        createCommands(),
+        deleteCommands(),
+        duplicateCommands(),
+        freezeCommands(),
+        ikCommands(),
+        jointCommands(),
+        listCommands(),
+        locatorCommands(),
+        matchCommands(),
+        miscCommands(),
+        moveCommands(),
+        parentCommands(),
+        relationCommands(),
+        renameCommands(),
+        selectCommands(),
+        setCommands(),
+        shadingCommands(),
+        transformCommands(),
+        circleCommands(),
+        curveCommands(),
+        measureCommands(),
+        {kSkinCommands, kSkinCommandCount},
+        attributeInfoCommands(),
+        keyCommands(),
+        keyEditCommands(),
+        timeCommands(),
         {kPolyCommands, kPolyCommandCount},
     };
     for (const CommandTable& table : tables)

@@ -2,11 +2,22 @@
 
 #include "graph/scene.h"
 
-/// What playback and new keys go by. These values belong to the scene but are no attributes that anybody lists.
+/// What playback and new keys go by. These values belong to the scene but are no attributes that
+/// anybody lists.
 namespace torvel {
 
 enum class PlaySetting {
-    MinTime, MaxTime, AnimationStart, AnimationEnd, Speed, MaxSpeed, By, Loop, View, InTangent, OutTangent
+    MinTime,
+    MaxTime,
+    AnimationStart,
+    AnimationEnd,
+    Speed,
+    MaxSpeed,
+    By,
+    Loop,
+    View,
+    InTangent,
+    OutTangent
 };
 
 double playSetting(const Scene& scene, PlaySetting setting);

@@ -8,42 +8,53 @@ namespace torvel {
 namespace {
 
 const FlagRow kXformFlags[] = {
-    {"absolute", "a"},          {"boundingBox", "bb"},    {"centerPivots", "cp"},   {"euler", "eu"},
-    {"matrix", "m", "dddddddddddddddd"},                  {"objectSpace", "os"},    {"pivots", "piv", "lll"},
-    {"preserve", "p", "b"},     {"relative", "r"},        {"rotateAxis", "ra", "aaa"},
-    {"rotateOrder", "roo", "s"}, {"rotatePivot", "rp", "lll"},                      {"rotation", "ro", "aaa"},
-    {"scale", "s", "ddd"},      {"scalePivot", "sp", "lll"}, {"shear", "sh", "ddd"}, {"translation", "t", "lll"},
-    {"worldSpace", "ws"},       {"zeroTransformPivots", "ztp"},
+    {"absolute", "a"},
+    {"boundingBox", "bb"},
+    {"centerPivots", "cp"},
+    {"euler", "eu"},
+    {"matrix", "m", "dddddddddddddddd"},
+    {"objectSpace", "os"},
+    {"pivots", "piv", "lll"},
+    {"preserve", "p", "b"},
+    {"relative", "r"},
+    {"rotateAxis", "ra", "aaa"},
+    {"rotateOrder", "roo", "s"},
+    {"rotatePivot", "rp", "lll"},
+    {"rotation", "ro", "aaa"},
+    {"scale", "s", "ddd"},
+    {"scalePivot", "sp", "lll"},
+    {"shear", "sh", "ddd"},
+    {"translation", "t", "lll"},
+    {"worldSpace", "ws"},
+    {"zeroTransformPivots", "ztp"},
 };
 
-V3d vectorOf(const CommandCall& call, const char* flag)
-{
+V3d vectorOf(const CommandCall& call, const char* flag) {
     return {call.number(flag, 0.0, 0), call.number(flag, 0.0, 1), call.number(flag, 0.0, 2)};
 }
 
-Value listOf(const V3d& v)
-{
+Value listOf(const V3d& v) {
     return Value::doubles({v.x, v.y, v.z});
 }
 
-Value listOf(const M44d& m)
-{
+Value listOf(const M44d& m) {
     std::vector<double> numbers;
     for (int i = 0; i < 16; ++i)
         numbers.push_back(m[i / 4][i % 4]);
     return Value::doubles(numbers);
 }
 
-// --- query -------------------------------------------------------------------------------------------------------
+// --- query
+// -------------------------------------------------------------------------------------------------------
 
-Value boxValue(const CommandCall& call, NodeHandle node)
-{
+Value boxValue(const CommandCall& call, NodeHandle node) {
     Box3d box = worldBounds(call.scene(), node);
     if (!call.has("worldSpace")) {
         const M44d toParent = inverseOf(parentWorldMatrix(call.scene(), node));
         Box3d local;
         for (int corner = 0; corner < 8; ++corner)
-            local.extendBy(V3d(corner & 1 ? box.min.x : box.max.x, corner & 2 ? box.min.y : box.max.y,
+            local.extendBy(V3d(corner & 1 ? box.min.x : box.max.x,
+                               corner & 2 ? box.min.y : box.max.y,
                                corner & 4 ? box.min.z : box.max.z) *
                            toParent);
         box = local;
@@ -51,18 +62,15 @@ Value boxValue(const CommandCall& call, NodeHandle node)
     return Value::doubles({box.min.x, box.min.y, box.min.z, box.max.x, box.max.y, box.max.z});
 }
 
-Value pivotsValue(const V3d& rotate, const V3d& scale)
-{
+Value pivotsValue(const V3d& rotate, const V3d& scale) {
     return Value::doubles({rotate.x, rotate.y, rotate.z, scale.x, scale.y, scale.z});
 }
 
-V3d worldAngles(const Scene& scene, NodeHandle node, int order)
-{
+V3d worldAngles(const Scene& scene, NodeHandle node, int order) {
     return eulerFromMatrix(worldRotation(scene, node), order) * kRadToDeg;
 }
 
-Status queryNode(const CommandCall& call, NodeHandle node, Value& result)
-{
+Status queryNode(const CommandCall& call, NodeHandle node, Value& result) {
     const Scene& scene = call.scene();
     const Channels c = channelsOf(scene, node);
     const bool world = call.has("worldSpace");
@@ -95,14 +103,14 @@ Status queryNode(const CommandCall& call, NodeHandle node, Value& result)
 }
 
 // Positions of points; everything else is answered by their transform.
-Status queryTargets(const CommandCall& call, const std::vector<Target>& targets, Value& result)
-{
+Status queryTargets(const CommandCall& call, const std::vector<Target>& targets, Value& result) {
     if (!targets.front().isPoints || !call.has("translation"))
         return queryNode(call, targets.front().node, result);
     std::vector<double> numbers;
     for (const Target& target : targets) {
         const std::vector<V3d> points = shapePoints(call.scene(), target.points.shape);
-        const M44d matrix = call.has("worldSpace") ? worldMatrix(call.scene(), target.points.shape) : M44d();
+        const M44d matrix =
+            call.has("worldSpace") ? worldMatrix(call.scene(), target.points.shape) : M44d();
         for (int index : target.points.points) {
             const V3d point = points[static_cast<std::size_t>(index)] * matrix;
             numbers.insert(numbers.end(), {point.x, point.y, point.z});
@@ -112,10 +120,10 @@ Status queryTargets(const CommandCall& call, const std::vector<Target>& targets,
     return Status::ok();
 }
 
-// --- set ---------------------------------------------------------------------------------------------------------
+// --- set
+// ---------------------------------------------------------------------------------------------------------
 
-void placePivots(const CommandCall& call, NodeHandle node, Channels& c)
-{
+void placePivots(const CommandCall& call, NodeHandle node, Channels& c) {
     const bool preserve = call.flag("preserve", true);
     const M44d toLocal = inverseOf(worldMatrix(call.scene(), node));
     const auto place = [&](const char* flag, bool rotate, bool scale) {
@@ -144,21 +152,19 @@ void placePivots(const CommandCall& call, NodeHandle node, Channels& c)
         c.rotatePivot = c.scalePivot = c.rotatePivotTranslate = c.scalePivotTranslate = V3d(0.0);
 }
 
-void turn(const CommandCall& call, NodeHandle node, Channels& c)
-{
+void turn(const CommandCall& call, NodeHandle node, Channels& c) {
     const V3d angles = vectorOf(call, "rotation") * kDegToRad;
     const bool relative = call.has("relative");
     if (!call.has("worldSpace"))
         c.rotate = relative ? c.rotate + angles : angles;
     else if (relative)
-        setWorldRotation(call.scene(), node, worldRotation(call.scene(), node) * eulerMatrix(angles, c.rotateOrder),
-                         c);
+        setWorldRotation(call.scene(), node,
+                         worldRotation(call.scene(), node) * eulerMatrix(angles, c.rotateOrder), c);
     else
         setWorldRotation(call.scene(), node, eulerMatrix(angles, c.rotateOrder), c);
 }
 
-void shift(const CommandCall& call, NodeHandle node, Channels& c)
-{
+void shift(const CommandCall& call, NodeHandle node, Channels& c) {
     const V3d offset = vectorOf(call, "translation");
     const bool relative = call.has("relative");
     if (call.has("worldSpace"))
@@ -168,27 +174,25 @@ void shift(const CommandCall& call, NodeHandle node, Channels& c)
         c.translate = relative ? c.translate + offset : offset;
 }
 
-void resize(const CommandCall& call, Channels& c)
-{
+void resize(const CommandCall& call, Channels& c) {
     const V3d scale = vectorOf(call, "scale");
     c.scale = call.has("relative") ? c.scale * scale : scale;
 }
 
-void placeByMatrix(const CommandCall& call, NodeHandle node, Channels& c)
-{
+void placeByMatrix(const CommandCall& call, NodeHandle node, Channels& c) {
     M44d matrix;
     for (int i = 0; i < 16; ++i)
         matrix[i / 4][i % 4] = call.number("matrix", 0.0, static_cast<std::size_t>(i));
     if (call.has("worldSpace")) {
-        setWorldMatrixChannels(call.scene(), node,
-                               call.has("relative") ? worldMatrix(call.scene(), node) * matrix : matrix, c);
+        setWorldMatrixChannels(
+            call.scene(), node,
+            call.has("relative") ? worldMatrix(call.scene(), node) * matrix : matrix, c);
         return;
     }
     channelsForLocalByRotate(c, call.has("relative") ? localMatrixOf(c) * matrix : matrix);
 }
 
-Status editNode(const CommandCall& call, NodeHandle node)
-{
+Status editNode(const CommandCall& call, NodeHandle node) {
     Channels c = channelsOf(call.scene(), node);
     if (call.has("rotateOrder")) {
         const int order = rotateOrderOf(call.text("rotateOrder"));
@@ -213,8 +217,7 @@ Status editNode(const CommandCall& call, NodeHandle node)
     return Status::ok();
 }
 
-Status editPoints(const CommandCall& call, const PointSet& set)
-{
+Status editPoints(const CommandCall& call, const PointSet& set) {
     if (!call.has("translation"))
         return call.fail("Points take translations only.");
     const Scene& scene = call.scene();
@@ -229,15 +232,16 @@ Status editPoints(const CommandCall& call, const PointSet& set)
     return movePoints(call.scene(), set, points);
 }
 
-Status xform(const CommandCall& call, Value& result)
-{
+Status xform(const CommandCall& call, Value& result) {
     std::vector<Target> targets;
     if (Status found = targetsOf(call, targets); !found)
         return found;
     if (call.isQuery())
         return queryTargets(call, targets, result);
     for (const Target& target : targets)
-        if (Status done = target.isPoints ? editPoints(call, target.points) : editNode(call, target.node); !done)
+        if (Status done =
+                target.isPoints ? editPoints(call, target.points) : editNode(call, target.node);
+            !done)
             return done;
     return Status::ok();
 }
@@ -247,8 +251,7 @@ const Command kTransformCommands[] = {
 
 }  // namespace
 
-CommandTable transformCommands()
-{
+CommandTable transformCommands() {
     return {kTransformCommands, std::size(kTransformCommands)};
 }
 

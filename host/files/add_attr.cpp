@@ -9,38 +9,34 @@ namespace torvel {
 namespace {
 
 // What the flags of one statement say.
-struct Wanted
-{
+struct Wanted {
     AttrInfo info;
     std::string parent;
     bool hasType = false;
 };
 
-struct Flag
-{
+struct Flag {
     const char* shortName;
     const char* longName;
     enum class Kind { Text, Number, Truth, Switch, Ignored } kind;
     bool (*take)(Wanted& wanted, const std::string& text, double number);
 };
 
-void mark(AttrInfo& info, std::uint32_t flag, bool on)
-{
+void mark(AttrInfo& info, std::uint32_t flag, bool on) {
     info.flags = on ? info.flags | flag : info.flags & ~flag;
 }
 
-void splitEnum(const std::string& text, std::vector<std::string>& names)
-{
+void splitEnum(const std::string& text, std::vector<std::string>& names) {
     std::size_t at = 0;
-    for (std::size_t colon = text.find(':'); colon != std::string::npos; colon = text.find(':', at)) {
+    for (std::size_t colon = text.find(':'); colon != std::string::npos;
+         colon = text.find(':', at)) {
         names.push_back(text.substr(at, colon - at));
         at = colon + 1;
     }
     names.push_back(text.substr(at));
 }
 
-bool takeType(Wanted& w, const std::string& name)
-{
+bool takeType(Wanted& w, const std::string& name) {
     w.hasType = true;
     if (!attrTypeFromName(name, w.info.type))
         w.info.type = AttrType::Text;
@@ -48,46 +44,111 @@ bool takeType(Wanted& w, const std::string& name)
 }
 
 using Kind = Flag::Kind;
-const Flag kFlags[] = {
-    {"sn", "shortName", Kind::Text, [](Wanted& w, const std::string& t, double) { w.info.shortName = t; return true; }},
-    {"ln", "longName", Kind::Text, [](Wanted& w, const std::string& t, double) { w.info.longName = t; return true; }},
-    {"nn", "niceName", Kind::Text, [](Wanted& w, const std::string& t, double) { w.info.niceName = t; return true; }},
-    {"p", "parent", Kind::Text, [](Wanted& w, const std::string& t, double) { w.parent = t; return true; }},
-    {"en", "enumName", Kind::Text,
-     [](Wanted& w, const std::string& t, double) { splitEnum(t, w.info.enumNames); return true; }},
-    {"at", "attributeType", Kind::Text, [](Wanted& w, const std::string& t, double) { return takeType(w, t); }},
-    {"dt", "dataType", Kind::Text, [](Wanted& w, const std::string& t, double) { return takeType(w, t); }},
-    {"dv", "defaultValue", Kind::Number,
-     [](Wanted& w, const std::string&, double n) { w.info.defaultValue = n; return true; }},
-    {"min", "minValue", Kind::Number, [](Wanted& w, const std::string&, double n) { w.info.minimum = n; return true; }},
-    {"max", "maxValue", Kind::Number, [](Wanted& w, const std::string&, double n) { w.info.maximum = n; return true; }},
-    {"smn", "softMinValue", Kind::Number,
-     [](Wanted& w, const std::string&, double n) { w.info.softMinimum = n; return true; }},
-    {"smx", "softMaxValue", Kind::Number,
-     [](Wanted& w, const std::string&, double n) { w.info.softMaximum = n; return true; }},
-    {"dcb", "disconnectBehaviour", Kind::Number,
-     [](Wanted& w, const std::string&, double n) { mark(w.info, kDeleteElement, n == 0.0); return true; }},
-    {"k", "keyable", Kind::Truth,
-     [](Wanted& w, const std::string&, double on) { mark(w.info, kKeyable, on != 0.0); return true; }},
-    {"h", "hidden", Kind::Truth,
-     [](Wanted& w, const std::string&, double on) { mark(w.info, kHidden, on != 0.0); return true; }},
-    {"im", "indexMatters", Kind::Truth,
-     [](Wanted& w, const std::string&, double on) { mark(w.info, kNextAvailable, on == 0.0); return true; }},
-    {"r", "readable", Kind::Truth,
-     [](Wanted& w, const std::string&, double on) { mark(w.info, kNotReadable, on == 0.0); return true; }},
-    {"s", "storable", Kind::Truth,
-     [](Wanted& w, const std::string&, double on) { mark(w.info, kNotStored, on == 0.0); return true; }},
-    {"m", "multi", Kind::Switch, [](Wanted& w, const std::string&, double) { mark(w.info, kArray, true); return true; }},
-    {"nc", "numberOfChildren", Kind::Number, nullptr}, {"ct", "category", Kind::Text, nullptr},
-    {"bt", "binaryTag", Kind::Text, nullptr}, {"ci", "cachedInternally", Kind::Truth, nullptr},
-    {"is", "internalSet", Kind::Truth, nullptr}, {"w", "writable", Kind::Truth, nullptr},
-    {"hnv", "hasMinValue", Kind::Truth, nullptr}, {"hxv", "hasMaxValue", Kind::Truth, nullptr},
-    {"hsn", "hasSoftMinValue", Kind::Truth, nullptr}, {"hsx", "hasSoftMaxValue", Kind::Truth, nullptr},
-    {"uac", "usedAsColor", Kind::Switch, nullptr}, {"uap", "usedAsProxy", Kind::Switch, nullptr},
-    {"uaf", "usedAsFilename", Kind::Switch, nullptr}, {"pxy", "proxy", Kind::Text, nullptr}};
+const Flag kFlags[] = {{"sn", "shortName", Kind::Text,
+                        [](Wanted& w, const std::string& t, double) {
+                            w.info.shortName = t;
+                            return true;
+                        }},
+                       {"ln", "longName", Kind::Text,
+                        [](Wanted& w, const std::string& t, double) {
+                            w.info.longName = t;
+                            return true;
+                        }},
+                       {"nn", "niceName", Kind::Text,
+                        [](Wanted& w, const std::string& t, double) {
+                            w.info.niceName = t;
+                            return true;
+                        }},
+                       {"p", "parent", Kind::Text,
+                        [](Wanted& w, const std::string& t, double) {
+                            w.parent = t;
+                            return true;
+                        }},
+                       {"en", "enumName", Kind::Text,
+                        [](Wanted& w, const std::string& t, double) {
+                            splitEnum(t, w.info.enumNames);
+                            return true;
+                        }},
+                       {"at", "attributeType", Kind::Text,
+                        [](Wanted& w, const std::string& t, double) { return takeType(w, t); }},
+                       {"dt", "dataType", Kind::Text,
+                        [](Wanted& w, const std::string& t, double) { return takeType(w, t); }},
+                       {"dv", "defaultValue", Kind::Number,
+                        [](Wanted& w, const std::string&, double n) {
+                            w.info.defaultValue = n;
+                            return true;
+                        }},
+                       {"min", "minValue", Kind::Number,
+                        [](Wanted& w, const std::string&, double n) {
+                            w.info.minimum = n;
+                            return true;
+                        }},
+                       {"max", "maxValue", Kind::Number,
+                        [](Wanted& w, const std::string&, double n) {
+                            w.info.maximum = n;
+                            return true;
+                        }},
+                       {"smn", "softMinValue", Kind::Number,
+                        [](Wanted& w, const std::string&, double n) {
+                            w.info.softMinimum = n;
+                            return true;
+                        }},
+                       {"smx", "softMaxValue", Kind::Number,
+                        [](Wanted& w, const std::string&, double n) {
+                            w.info.softMaximum = n;
+                            return true;
+                        }},
+                       {"dcb", "disconnectBehaviour", Kind::Number,
+                        [](Wanted& w, const std::string&, double n) {
+                            mark(w.info, kDeleteElement, n == 0.0);
+                            return true;
+                        }},
+                       {"k", "keyable", Kind::Truth,
+                        [](Wanted& w, const std::string&, double on) {
+                            mark(w.info, kKeyable, on != 0.0);
+                            return true;
+                        }},
+                       {"h", "hidden", Kind::Truth,
+                        [](Wanted& w, const std::string&, double on) {
+                            mark(w.info, kHidden, on != 0.0);
+                            return true;
+                        }},
+                       {"im", "indexMatters", Kind::Truth,
+                        [](Wanted& w, const std::string&, double on) {
+                            mark(w.info, kNextAvailable, on == 0.0);
+                            return true;
+                        }},
+                       {"r", "readable", Kind::Truth,
+                        [](Wanted& w, const std::string&, double on) {
+                            mark(w.info, kNotReadable, on == 0.0);
+                            return true;
+                        }},
+                       {"s", "storable", Kind::Truth,
+                        [](Wanted& w, const std::string&, double on) {
+                            mark(w.info, kNotStored, on == 0.0);
+                            return true;
+                        }},
+                       {"m", "multi", Kind::Switch,
+                        [](Wanted& w, const std::string&, double) {
+                            mark(w.info, kArray, true);
+                            return true;
+                        }},
+                       {"nc", "numberOfChildren", Kind::Number, nullptr},
+                       {"ct", "category", Kind::Text, nullptr},
+                       {"bt", "binaryTag", Kind::Text, nullptr},
+                       {"ci", "cachedInternally", Kind::Truth, nullptr},
+                       {"is", "internalSet", Kind::Truth, nullptr},
+                       {"w", "writable", Kind::Truth, nullptr},
+                       {"hnv", "hasMinValue", Kind::Truth, nullptr},
+                       {"hxv", "hasMaxValue", Kind::Truth, nullptr},
+                       {"hsn", "hasSoftMinValue", Kind::Truth, nullptr},
+                       {"hsx", "hasSoftMaxValue", Kind::Truth, nullptr},
+                       {"uac", "usedAsColor", Kind::Switch, nullptr},
+                       {"uap", "usedAsProxy", Kind::Switch, nullptr},
+                       {"uaf", "usedAsFilename", Kind::Switch, nullptr},
+                       {"pxy", "proxy", Kind::Text, nullptr}};
 
-const Flag* findFlag(std::string_view name)
-{
+const Flag* findFlag(std::string_view name) {
     name.remove_prefix(1);
     for (const Flag& flag : kFlags)
         if (name == flag.shortName || name == flag.longName)
@@ -95,8 +156,7 @@ const Flag* findFlag(std::string_view name)
     return nullptr;
 }
 
-bool readTruth(TokenCursor& cursor, double& number)
-{
+bool readTruth(TokenCursor& cursor, double& number) {
     bool on = true;
     if (wordToFlag(cursor.peek().text, on))
         cursor.next();
@@ -105,25 +165,23 @@ bool readTruth(TokenCursor& cursor, double& number)
 }
 
 // The value of a flag; false when it is missing or of the wrong kind.
-bool readFlagValue(TokenCursor& cursor, const Flag& flag, std::string& text, double& number)
-{
+bool readFlagValue(TokenCursor& cursor, const Flag& flag, std::string& text, double& number) {
     switch (flag.kind) {
-    case Kind::Text: return cursor.text(text);
-    case Kind::Number: {
-        NumberSource source(cursor.next().text);
-        bool on = false;
-        if (source.number(number))
-            return source.atEnd();
-        const bool good = wordToFlag(source.word(), on);
-        number = on ? 1.0 : 0.0;
-        return good;
-    }
-    default: return readTruth(cursor, number);
+        case Kind::Text: return cursor.text(text);
+        case Kind::Number: {
+            NumberSource source(cursor.next().text);
+            bool on = false;
+            if (source.number(number))
+                return source.atEnd();
+            const bool good = wordToFlag(source.word(), on);
+            number = on ? 1.0 : 0.0;
+            return good;
+        }
+        default: return readTruth(cursor, number);
     }
 }
 
-Status readFlags(std::string_view statement, Wanted& wanted, std::string& warning)
-{
+Status readFlags(std::string_view statement, Wanted& wanted, std::string& warning) {
     TokenCursor cursor(statement);
     cursor.next();
     while (true) {
@@ -142,35 +200,34 @@ Status readFlags(std::string_view statement, Wanted& wanted, std::string& warnin
         std::string text;
         double number = 0.0;
         if (!readFlagValue(cursor, *flag, text, number))
-            return Status::failure("addAttr: flag " + std::string(token.text) + " without its value");
+            return Status::failure("addAttr: flag " + std::string(token.text) +
+                                   " without its value");
         if (flag->take)
             flag->take(wanted, text, number);
     }
 }
 
-AttrIndex findParent(const Node& node, const std::string& name)
-{
+AttrIndex findParent(const Node& node, const std::string& name) {
     const AttrIndex found = node.findAttr(name);
-    return found != kNoAttr && found >= node.type->attrs.size() && !node.attr(found).is(kOpaque) ? found : kNoAttr;
+    return found != kNoAttr && found >= node.type->attrs.size() && !node.attr(found).is(kOpaque)
+               ? found
+               : kNoAttr;
 }
 
-void appendLimit(std::string& out, const char* flag, double value, double none)
-{
+void appendLimit(std::string& out, const char* flag, double value, double none) {
     if (value == none)
         return;
     out += std::string(" ") + flag + ' ';
     appendDouble(out, value);
 }
 
-std::string typeText(const AttrInfo& info)
-{
-    const bool isData = !isNumeric(info.type) && !isCompound(info.type) && info.type != AttrType::Message &&
-                        info.type != AttrType::Matrix;
+std::string typeText(const AttrInfo& info) {
+    const bool isData = !isNumeric(info.type) && !isCompound(info.type) &&
+                        info.type != AttrType::Message && info.type != AttrType::Matrix;
     return std::string(isData ? " -dt " : " -at ") + inQuotes(attrTypeName(info.type));
 }
 
-std::string enumText(const std::vector<std::string>& names)
-{
+std::string enumText(const std::vector<std::string>& names) {
     std::string joined;
     for (const std::string& name : names)
         joined += (joined.empty() ? "" : ":") + name;
@@ -179,8 +236,8 @@ std::string enumText(const std::vector<std::string>& names)
 
 }  // namespace
 
-Status readAddAttr(Scene& scene, NodeHandle current, std::string_view statement, std::string& warning)
-{
+Status readAddAttr(Scene& scene, NodeHandle current, std::string_view statement,
+                   std::string& warning) {
     Node* node = scene.node(current);
     if (!node) {
         warning = "addAttr: no node to add to";
@@ -203,8 +260,7 @@ Status readAddAttr(Scene& scene, NodeHandle current, std::string_view statement,
     return Status::ok();
 }
 
-std::string addAttrText(const Node& node, AttrIndex index)
-{
+std::string addAttrText(const Node& node, AttrIndex index) {
     const AttrInfo& info = node.attr(index);
     if (!info.addAttrText.empty())
         return info.addAttrText;

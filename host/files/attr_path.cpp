@@ -6,8 +6,7 @@
 namespace torvel {
 namespace {
 
-AttrPath::Cut readIndex(std::string_view text, PathStep& step)
-{
+AttrPath::Cut readIndex(std::string_view text, PathStep& step) {
     const char* end = text.data() + text.size();
     std::from_chars_result r = std::from_chars(text.data(), end, step.first);
     if (r.ec == std::errc::result_out_of_range)
@@ -21,13 +20,13 @@ AttrPath::Cut readIndex(std::string_view text, PathStep& step)
         return AttrPath::Cut::HugeIndex;
     if (r.ec != std::errc() || r.ptr != end)
         return AttrPath::Cut::Malformed;
-    const bool fits = step.last < std::numeric_limits<std::int32_t>::max() && step.last >= step.first;
+    const bool fits =
+        step.last < std::numeric_limits<std::int32_t>::max() && step.last >= step.first;
     return fits ? AttrPath::Cut::Good : AttrPath::Cut::HugeIndex;
 }
 
 // A child by name, also below children that are no arrays.
-AttrIndex findBelow(const Node& node, AttrIndex parent, std::string_view name)
-{
+AttrIndex findBelow(const Node& node, AttrIndex parent, std::string_view name) {
     for (AttrIndex child : node.attr(parent).children) {
         const AttrInfo& info = node.attr(child);
         if (info.shortName == name || info.longName == name)
@@ -40,8 +39,7 @@ AttrIndex findBelow(const Node& node, AttrIndex parent, std::string_view name)
 }
 
 // Enters the indices of one step; false when the step and the attribute do not agree.
-bool enterStep(const AttrInfo& info, const PathStep& step, bool isLast, PathTarget& target)
-{
+bool enterStep(const AttrInfo& info, const PathStep& step, bool isLast, PathTarget& target) {
     if (!info.isArray())
         return step.first < 0;
     if (step.first < 0) {
@@ -64,8 +62,7 @@ bool enterStep(const AttrInfo& info, const PathStep& step, bool isLast, PathTarg
 
 }  // namespace
 
-AttrPath::Cut AttrPath::cut(std::string_view text)
-{
+AttrPath::Cut AttrPath::cut(std::string_view text) {
     count = 0;
     while (true) {
         if (count == kMaxSteps)
@@ -97,8 +94,7 @@ AttrPath::Cut AttrPath::cut(std::string_view text)
     }
 }
 
-bool resolvePath(const Node& node, const AttrPath& path, PathTarget& target)
-{
+bool resolvePath(const Node& node, const AttrPath& path, PathTarget& target) {
     target = PathTarget();
     target.plug.node = node.self;
     AttrIndex at = kNoAttr;

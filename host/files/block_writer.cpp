@@ -7,26 +7,27 @@
 namespace torvel {
 namespace {
 
-constexpr std::uint32_t kFlagStates = kLocked | kKeyableOn | kKeyableOff | kChannelBoxOn | kChannelBoxOff;
+constexpr std::uint32_t kFlagStates =
+    kLocked | kKeyableOn | kKeyableOff | kChannelBoxOn | kChannelBoxOff;
 // Elements with more numbers than this are written one number at a time.
 constexpr int kRowNumbers = 4;
 
-std::string typeFlag(AttrType type)
-{
-    return isCompound(type) && type != AttrType::Compound ? std::string(" -type \"") + attrTypeName(type) + "\"" : "";
+std::string typeFlag(AttrType type) {
+    return isCompound(type) && type != AttrType::Compound
+               ? std::string(" -type \"") + attrTypeName(type) + "\""
+               : "";
 }
 
 // Files name only the arrays on the way: ".tx", ".tg[0].tot".
-std::string joined(const std::string& path, const AttrInfo& child)
-{
+std::string joined(const std::string& path, const AttrInfo& child) {
     const std::size_t bracket = path.rfind(']');
-    return (bracket == std::string::npos ? "" : path.substr(0, bracket + 1)) + "." + child.shortName;
+    return (bracket == std::string::npos ? "" : path.substr(0, bracket + 1)) + "." +
+           child.shortName;
 }
 
 }  // namespace
 
-void BlockWriter::write(const Node& node, bool withUid)
-{
+void BlockWriter::write(const Node& node, bool withUid) {
     if (withUid && !node.uuid.empty())
         m_out += "\trename -uid " + inQuotes(node.uuid) + ";\n";
     const AttrIndex first = static_cast<AttrIndex>(node.type->attrs.size());
@@ -41,8 +42,7 @@ void BlockWriter::write(const Node& node, bool withUid)
             attribute(node, attr);
 }
 
-void BlockWriter::attribute(const Node& node, AttrIndex attr)
-{
+void BlockWriter::attribute(const Node& node, AttrIndex attr) {
     const AttrInfo& info = node.attr(attr);
     if (info.is(kOpaque | kOutput | kNotStored) || info.type == AttrType::Any)
         return;
@@ -56,15 +56,13 @@ void BlockWriter::attribute(const Node& node, AttrIndex attr)
     value(plug, "." + info.shortName, false);
 }
 
-bool BlockWriter::isDriven(const Plug& plug) const
-{
+bool BlockWriter::isDriven(const Plug& plug) const {
     const Slot* slot = m_scene.peekSlot(plug);
     return slot && slot->links && !slot->links->source.isNull();
 }
 
 // The lock of a driven plug goes with its connection: a locked plug takes none.
-std::string BlockWriter::flagsOf(const Plug& plug) const
-{
+std::string BlockWriter::flagsOf(const Plug& plug) const {
     const Slot* slot = m_scene.peekSlot(plug);
     const std::uint32_t state = slot ? slot->state : 0;
     std::string flags;
@@ -74,13 +72,12 @@ std::string BlockWriter::flagsOf(const Plug& plug) const
     return flags;
 }
 
-void BlockWriter::line(const std::string& flags, const std::string& path, const std::string& value)
-{
+void BlockWriter::line(const std::string& flags, const std::string& path,
+                       const std::string& value) {
     m_out += "\tsetAttr" + flags + " \"" + path + "\"" + value + ";\n";
 }
 
-void BlockWriter::value(const Plug& plug, const std::string& path, bool driven)
-{
+void BlockWriter::value(const Plug& plug, const std::string& path, bool driven) {
     const AttrInfo& info = m_scene.info(plug);
     if (info.is(kOpaque | kOutput | kNotStored))
         return;
@@ -95,8 +92,8 @@ void BlockWriter::value(const Plug& plug, const std::string& path, bool driven)
     single(plug, path, flags, has);
 }
 
-void BlockWriter::single(const Plug& plug, const std::string& path, const std::string& flags, bool hasValue)
-{
+void BlockWriter::single(const Plug& plug, const std::string& path, const std::string& flags,
+                         bool hasValue) {
     const AttrInfo& info = m_scene.info(plug);
     std::string text;
     if (hasValue && isNumeric(info.type)) {
@@ -112,8 +109,7 @@ void BlockWriter::single(const Plug& plug, const std::string& path, const std::s
 }
 
 // True when the plug can stand as one row of numbers: nothing connected, no flags of its own.
-bool BlockWriter::isPlain(const Plug& plug, bool& set) const
-{
+bool BlockWriter::isPlain(const Plug& plug, bool& set) const {
     const AttrInfo& info = m_scene.info(plug);
     const Slot* slot = m_scene.peekSlot(plug);
     if (m_scene.isArrayPlug(plug) || info.is(kOpaque | kOutput | kNotStored))
@@ -130,8 +126,7 @@ bool BlockWriter::isPlain(const Plug& plug, bool& set) const
     return true;
 }
 
-int BlockWriter::leaves(const Plug& plug) const
-{
+int BlockWriter::leaves(const Plug& plug) const {
     const AttrInfo& info = m_scene.info(plug);
     int count = info.children.empty() ? 1 : 0;
     for (std::size_t i = 0; i < info.children.size(); ++i)
@@ -139,8 +134,7 @@ int BlockWriter::leaves(const Plug& plug) const
     return count;
 }
 
-void BlockWriter::appendRow(std::string& text, const Plug& plug) const
-{
+void BlockWriter::appendRow(std::string& text, const Plug& plug) const {
     const AttrInfo& info = m_scene.info(plug);
     if (info.children.empty()) {
         text += ' ';
@@ -152,8 +146,8 @@ void BlockWriter::appendRow(std::string& text, const Plug& plug) const
 }
 
 // One line for double3 and its like where no child has flags or a connection; else child by child.
-void BlockWriter::compound(const Plug& plug, const std::string& path, bool driven, const std::string& flags)
-{
+void BlockWriter::compound(const Plug& plug, const std::string& path, bool driven,
+                           const std::string& flags) {
     const AttrInfo& info = m_scene.info(plug);
     bool set = false, plain = !driven && info.type != AttrType::Compound;
     for (std::size_t i = 0; plain && i < info.children.size(); ++i)
@@ -173,8 +167,8 @@ void BlockWriter::compound(const Plug& plug, const std::string& path, bool drive
     }
 }
 
-void BlockWriter::run(const std::string& path, const Plug& firstPlug, const std::vector<std::int32_t>& indices)
-{
+void BlockWriter::run(const std::string& path, const Plug& firstPlug,
+                      const std::vector<std::int32_t>& indices) {
     const AttrInfo& info = m_scene.info(firstPlug);
     const std::string first = std::to_string(indices.front());
     const bool several = indices.size() > 1;
@@ -188,8 +182,7 @@ void BlockWriter::run(const std::string& path, const Plug& firstPlug, const std:
     line(several ? " -s " + std::to_string(indices.size()) : "", path + "[" + range + "]", row);
 }
 
-void BlockWriter::array(const Plug& plug, const std::string& path, bool driven)
-{
+void BlockWriter::array(const Plug& plug, const std::string& path, bool driven) {
     if (const std::string flags = flagsOf(plug); !flags.empty())
         line(flags, path, "");
     const std::size_t count = m_scene.elementCount(plug);

@@ -7,19 +7,16 @@
 
 namespace torvel {
 
-/// Writes what stands inside one node's block of a file: uid, addAttr, kept statements and set values, each statement
-/// on a line of its own behind a tab.
-class BlockWriter
-{
-public:
+/// Writes what stands inside one node's block of a file: uid, addAttr, kept statements and set
+/// values, each statement on a line of its own behind a tab.
+class BlockWriter {
+  public:
     BlockWriter(const Scene& scene, const FileUnits& units, std::string& out)
-        : m_scene(scene), m_units(units), m_out(out)
-    {
-    }
+        : m_scene(scene), m_units(units), m_out(out) {}
 
     void write(const Node& node, bool withUid);
 
-private:
+  private:
     void attribute(const Node& node, AttrIndex attr);
     void value(const Plug& plug, const std::string& path, bool driven);
     void array(const Plug& plug, const std::string& path, bool driven);

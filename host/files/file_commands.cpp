@@ -37,25 +37,23 @@ const FlagRow kFileFlags[] = {
     {"unloadReference", "ur", "s", kCreate},
 };
 
-const char* const kRefused[] = {"import",          "reference",     "exportAll",      "exportSelected",
-                                "removeReference", "loadReference", "unloadReference"};
+const char* const kRefused[] = {"import",         "reference",       "exportAll",
+                                "exportSelected", "removeReference", "loadReference",
+                                "unloadReference"};
 
-std::string firstText(const CommandCall& call)
-{
+std::string firstText(const CommandCall& call) {
     const std::vector<std::string> texts = call.texts();
     return texts.empty() ? std::string() : texts.front();
 }
 
-Status checkType(const CommandCall& call)
-{
+Status checkType(const CommandCall& call) {
     const std::string type = call.text("type", "mayaAscii");
     if (type == "mayaAscii" || type == "Maya ASCII")
         return Status::ok();
     return call.fail("the file type '" + type + "' is not supported; only mayaAscii is");
 }
 
-Status query(const CommandCall& call, Value& result)
-{
+Status query(const CommandCall& call, Value& result) {
     const std::string& path = call.scene().fileName;
     if (call.has("sceneName"))
         result = Value(path);
@@ -72,8 +70,7 @@ Status query(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-Status open(const CommandCall& call, Value& result)
-{
+Status open(const CommandCall& call, Value& result) {
     const std::string path = firstText(call);
     if (path.empty())
         return call.fail("open needs the path of a file");
@@ -83,8 +80,7 @@ Status open(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-Status save(const CommandCall& call, Value& result)
-{
+Status save(const CommandCall& call, Value& result) {
     const std::string path = call.scene().fileName;
     if (path.empty())
         return call.fail("the scene has no name; give it one with rename");
@@ -94,8 +90,7 @@ Status save(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-Status run(const CommandCall& call, Value& result)
-{
+Status run(const CommandCall& call, Value& result) {
     if (call.isQuery())
         return query(call, result);
     for (const char* flag : kRefused)
@@ -125,13 +120,12 @@ Status run(const CommandCall& call, Value& result)
     return did ? Status::ok() : call.fail("nothing to do: give newFile, open, save or rename");
 }
 
-const Command kFileCommands[] = {
-    {"file", kFileFlags, countOf(kFileFlags), run, "Makes, opens and saves scenes as Maya ASCII files."}};
+const Command kFileCommands[] = {{"file", kFileFlags, countOf(kFileFlags), run,
+                                  "Makes, opens and saves scenes as Maya ASCII files."}};
 
 }  // namespace
 
-CommandTable fileCommands()
-{
+CommandTable fileCommands() {
     return {kFileCommands, std::size(kFileCommands)};
 }
 

@@ -13,37 +13,33 @@
 namespace torvel {
 namespace {
 
-class Descriptor
-{
-public:
+class Descriptor {
+  public:
     explicit Descriptor(int number) : m_number(number) {}
     ~Descriptor() { close(); }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     int get() const { return m_number; }
-    bool close()
-    {
+    bool close() {
         const int number = m_number;
         m_number = -1;
         return number < 0 || ::close(number) == 0;
     }
 
-private:
+  private:
     int m_number;
 };
 
-// A file that grows past the limit of the process is an error of write(), not the end of the program.
-class NoSizeSignal
-{
-public:
-    NoSizeSignal()
-    {
+// A file that grows past the limit of the process is an error of write(), not the end of the
+// program.
+class NoSizeSignal {
+  public:
+    NoSizeSignal() {
         sigemptyset(&m_signal);
         sigaddset(&m_signal, SIGXFSZ);
         m_blocked = pthread_sigmask(SIG_BLOCK, &m_signal, &m_old) == 0;
     }
-    ~NoSizeSignal()
-    {
+    ~NoSizeSignal() {
         if (!m_blocked)
             return;
         if (!sigismember(&m_old, SIGXFSZ)) {
@@ -56,18 +52,16 @@ public:
     NoSizeSignal(const NoSizeSignal&) = delete;
     NoSizeSignal& operator=(const NoSizeSignal&) = delete;
 
-private:
+  private:
     sigset_t m_signal{}, m_old{};
     bool m_blocked = false;
 };
 
-std::string reason()
-{
+std::string reason() {
     return std::strerror(errno);
 }
 
-bool writeAll(int file, const std::string& text)
-{
+bool writeAll(int file, const std::string& text) {
     for (std::size_t done = 0; done < text.size();) {
         const ssize_t count = ::write(file, text.data() + done, text.size() - done);
         if (count < 0 && errno == EINTR)
@@ -79,9 +73,8 @@ bool writeAll(int file, const std::string& text)
     return true;
 }
 
-mode_t modeFor(const std::string& path)
-{
-    struct stat old{};
+mode_t modeFor(const std::string& path) {
+    struct stat old {};
     if (::stat(path.c_str(), &old) == 0)
         return old.st_mode & 07777;
     const mode_t mask = ::umask(0);
@@ -90,27 +83,25 @@ mode_t modeFor(const std::string& path)
 }
 
 // A link keeps standing: the file that it leads to is the one replaced.
-std::string behindLinks(const std::string& path)
-{
+std::string behindLinks(const std::string& path) {
     std::error_code error;
     const std::filesystem::path real = std::filesystem::canonical(path, error);
     return error ? path : real.string();
 }
 
-void flushFolder(const std::string& path)
-{
+void flushFolder(const std::string& path) {
     const std::string folder = std::filesystem::path(path).parent_path().string();
-    const Descriptor handle(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor handle(
+        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (handle.get() >= 0)
         ::fsync(handle.get());
 }
 
 }  // namespace
 
-Status loadFile(const std::string& path, std::string& text)
-{
+Status loadFile(const std::string& path, std::string& text) {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    struct stat info{};
+    struct stat info {};
     if (file.get() < 0 || ::fstat(file.get(), &info) != 0)
         return Status::failure("Cannot open " + path + ": " + reason());
     if (S_ISDIR(info.st_mode))
@@ -131,8 +122,7 @@ Status loadFile(const std::string& path, std::string& text)
     return Status::ok();
 }
 
-Status replaceFile(const std::string& wanted, const std::string& text)
-{
+Status replaceFile(const std::string& wanted, const std::string& text) {
     const std::string path = behindLinks(wanted);
     const auto failed = [&wanted](const std::string& why) {
         return Status::failure("Cannot save " + wanted + ": " + why);
@@ -148,8 +138,9 @@ Status replaceFile(const std::string& wanted, const std::string& text)
     Descriptor file(::mkstemp(beside.data()));
     if (file.get() < 0)
         return failed(reason());
-    const bool written = writeAll(file.get(), text) && ::fchmod(file.get(), mode) == 0 && ::fsync(file.get()) == 0 &&
-                         file.close() && std::rename(beside.c_str(), path.c_str()) == 0;
+    const bool written = writeAll(file.get(), text) && ::fchmod(file.get(), mode) == 0 &&
+                         ::fsync(file.get()) == 0 && file.close() &&
+                         std::rename(beside.c_str(), path.c_str()) == 0;
     if (!written) {
         const std::string why = reason();
         ::unlink(beside.c_str());
@@ -159,8 +150,7 @@ Status replaceFile(const std::string& wanted, const std::string& text)
     return Status::ok();
 }
 
-std::string absolutePath(const std::string& path)
-{
+std::string absolutePath(const std::string& path) {
     std::error_code error;
     const std::filesystem::path full = std::filesystem::absolute(path, error);
     return error ? path : full.lexically_normal().string();

@@ -10,17 +10,16 @@
 namespace torvel {
 
 /// What the user is told once after a scene was opened.
-struct OpenReport
-{
+struct OpenReport {
     static constexpr std::size_t kShownLines = 20;
 
-    std::vector<std::string> skipped;          ///< "line 12: ...", the first kShownLines of them
+    std::vector<std::string> skipped;  ///< "line 12: ...", the first kShownLines of them
     std::size_t skippedCount = 0;
-    std::vector<std::string> references;       ///< paths of files that were not read in
-    std::map<std::string, std::size_t> kept;   ///< node types kept without evaluation: how many
-    std::size_t keptBetween = 0;               ///< of those: on the way from a skin to a mesh
-    std::size_t scripts = 0;                   ///< script nodes kept and not run
-    bool noEndLine = false;                    ///< the text has no "// End of" line: perhaps it was cut off
+    std::vector<std::string> references;      ///< paths of files that were not read in
+    std::map<std::string, std::size_t> kept;  ///< node types kept without evaluation: how many
+    std::size_t keptBetween = 0;              ///< of those: on the way from a skin to a mesh
+    std::size_t scripts = 0;                  ///< script nodes kept and not run
+    bool noEndLine = false;  ///< the text has no "// End of" line: perhaps it was cut off
 
     void skip(std::size_t line, const std::string& why);
     /// Counts what the scene holds: kept nodes, those between skin and mesh, script nodes.

@@ -11,8 +11,7 @@
 
 namespace torvel {
 
-Status openScene(Session& session, const std::string& path)
-{
+Status openScene(Session& session, const std::string& path) {
     const std::string full = absolutePath(path);
     std::string text;
     if (const Status status = loadFile(full, text); !status)
@@ -30,21 +29,20 @@ Status openScene(Session& session, const std::string& path)
     fresh.modified = false;
     scene.takeContents(fresh);
     if (const std::string told = report.text(); !told.empty())
-        session.log().write(report.skippedCount || report.noEndLine ? Channel::Warning : Channel::Info,
-                            name + ": " + told);
+        session.log().write(
+            report.skippedCount || report.noEndLine ? Channel::Warning : Channel::Info,
+            name + ": " + told);
     return Status::ok();
 }
 
-void newScene(Session& session)
-{
+void newScene(Session& session) {
     Scene& scene = session.scene();
     scene.clear();
     createDefaultNodes(scene);
     scene.modified = false;
 }
 
-Status saveScene(Scene& scene, const std::string& path)
-{
+Status saveScene(Scene& scene, const std::string& path) {
     const std::string full = absolutePath(path);
     if (const Status status = replaceFile(full, sceneToText(scene)); !status)
         return status;

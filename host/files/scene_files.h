@@ -9,12 +9,14 @@ namespace torvel {
 class Scene;
 class Session;
 
-/// Opens a Maya ASCII file in place of the scene and tells in the log, once, what was kept and what was left out.
-/// After a failure (it names the file and, inside it, the line) the former scene is as it was.
+/// Opens a Maya ASCII file in place of the scene and tells in the log, once, what was kept and what
+/// was left out. After a failure (it names the file and, inside it, the line) the former scene is
+/// as it was.
 Status openScene(Session& session, const std::string& path);
 /// An empty, untitled scene with its default nodes.
 void newScene(Session& session);
-/// Writes the scene to a file and makes that the scene's file. After a failure the old file is as it was.
+/// Writes the scene to a file and makes that the scene's file. After a failure the old file is as
+/// it was.
 Status saveScene(Scene& scene, const std::string& path);
 
 }  // namespace torvel

@@ -1,44 +1,49 @@
 #include "files/set_attr.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "files/data_values.h"
 
 namespace torvel {
 namespace {
 
-// Elements of a dense bulk array cost memory up to the highest index: one statement may not claim more than this
-// beyond what its text can fill.
+// Elements of a dense bulk array cost memory up to the highest index: one statement may not claim
+// more than this beyond what its text can fill.
 constexpr std::int64_t kBulkReserve = std::int64_t(1) << 24;
 
-struct FlagName
-{
+struct FlagName {
     const char* shortName;
     const char* longName;
 };
 
-bool is(std::string_view word, const FlagName& flag)
-{
+bool is(std::string_view word, const FlagName& flag) {
     word.remove_prefix(1);
     return word == flag.shortName || word == flag.longName;
 }
 
-constexpr FlagName kLock{"l", "lock"}, kKey{"k", "keyable"}, kBox{"cb", "channelBox"}, kType{"typ", "type"};
+constexpr FlagName kLock{"l", "lock"}, kKey{"k", "keyable"}, kBox{"cb", "channelBox"},
+    kType{"typ", "type"};
 constexpr FlagName kWithValue[] = {{"ca", "caching"}, {"s", "size"}, {"ch", "capacityHint"}};
 constexpr FlagName kSwitches[] = {{"av", "alteredValue"}, {"c", "clamp"}};
 
-bool isNoNumber(std::string_view word)
-{
+bool isNoNumber(std::string_view word) {
     word.remove_prefix(1);
     const std::string_view head = word.substr(0, 3);
-    return head == "nan" || head == "inf" || head == "NaN" || head == "Inf" || head == "NAN" || head == "INF";
+    return head == "nan" || head == "inf" || head == "NaN" || head == "Inf" || head == "NAN" ||
+           head == "INF";
 }
 
-// A number, or a word for one: files write truth values as yes and no.
-bool readNumber(NumberSource& source, double& value)
-{
+// A number, or a word for one: files write truth values as yes and no. One too large for a double
+// is none.
+bool readNumber(NumberSource& source, double& value) {
+    source.skipBlanks();
+    const char* start = source.position();
+    value = std::numeric_limits<double>::quiet_NaN();  // what such a number leaves untouched
     if (source.number(value))
         return true;
+    if (source.position() != start)
+        return false;
     bool on = false;
     if (!wordToFlag(source.word(), on))
         return false;
@@ -46,27 +51,25 @@ bool readNumber(NumberSource& source, double& value)
     return true;
 }
 
-std::string shown(std::string_view text)
-{
-    const std::string_view word = text.substr(0, std::min<std::size_t>(text.find_first_of(" \t\r\n"), 24));
+std::string shown(std::string_view text) {
+    const std::string_view word =
+        text.substr(0, std::min<std::size_t>(text.find_first_of(" \t\r\n"), 24));
     return word.empty() ? "the end of the statement" : "'" + std::string(word) + "'";
 }
 
-Status notNumber(std::string_view where)
-{
+Status notNumber(std::string_view where) {
     return Status::failure("setAttr: a number was expected, not " + shown(where));
 }
 
 }  // namespace
 
-bool wordToFlag(std::string_view word, bool& on)
-{
+bool wordToFlag(std::string_view word, bool& on) {
     on = word == "yes" || word == "on" || word == "true" || word == "1";
     return on || word == "no" || word == "off" || word == "false" || word == "0";
 }
 
-Status AttrSetter::readFlag(TokenCursor& cursor, const Token& name, Flags& flags, std::string& warning)
-{
+Status AttrSetter::readFlag(TokenCursor& cursor, const Token& name, Flags& flags,
+                            std::string& warning) {
     const auto state = [&cursor](int& out) {
         bool on = true;
         if (wordToFlag(cursor.peek().text, on))
@@ -87,7 +90,8 @@ Status AttrSetter::readFlag(TokenCursor& cursor, const Token& name, Flags& flags
     }
     for (const FlagName& flag : kWithValue)
         if (is(name.text, flag))
-            return cursor.next().isEnd() ? Status::failure("setAttr: a flag without its value") : Status::ok();
+            return cursor.next().isEnd() ? Status::failure("setAttr: a flag without its value")
+                                         : Status::ok();
     for (const FlagName& flag : kSwitches)
         if (is(name.text, flag))
             return Status::ok();
@@ -98,8 +102,8 @@ Status AttrSetter::readFlag(TokenCursor& cursor, const Token& name, Flags& flags
 }
 
 // Flags stand before and behind the plug; what follows them are the values.
-Status AttrSetter::readHead(TokenCursor& cursor, Flags& flags, std::string_view& plug, std::string& warning)
-{
+Status AttrSetter::readHead(TokenCursor& cursor, Flags& flags, std::string_view& plug,
+                            std::string& warning) {
     for (Token token = cursor.peek(); token.isFlag() || plug.empty(); token = cursor.peek()) {
         cursor.next();
         if (token.isFlag()) {
@@ -108,14 +112,14 @@ Status AttrSetter::readHead(TokenCursor& cursor, Flags& flags, std::string_view&
         } else if (token.kind == Token::Kind::Quoted && !token.text.empty()) {
             plug = token.text;
         } else {
-            return Status::failure("setAttr: an attribute name in quotes was expected, not " + shown(token.text));
+            return Status::failure("setAttr: an attribute name in quotes was expected, not " +
+                                   shown(token.text));
         }
     }
     return Status::ok();
 }
 
-Status AttrSetter::read(std::string_view statement, NodeHandle current, std::string& warning)
-{
+Status AttrSetter::read(std::string_view statement, NodeHandle current, std::string& warning) {
     TokenCursor cursor(statement);
     cursor.next();
     Flags flags;
@@ -148,8 +152,7 @@ Status AttrSetter::read(std::string_view statement, NodeHandle current, std::str
     return Status::ok();
 }
 
-void AttrSetter::setFlags(const PathTarget& target, const Flags& flags)
-{
+void AttrSetter::setFlags(const PathTarget& target, const Flags& flags) {
     if (target.rangeDepth >= 0 || m_scene.info(target.plug).bulkOwner != kNoAttr)
         return;
     if (flags.lock >= 0)
@@ -160,9 +163,9 @@ void AttrSetter::setFlags(const PathTarget& target, const Flags& flags)
         m_scene.setChannelBox(target.plug, flags.channelBox != 0);
 }
 
-// Whether the values can belong to the attribute at all: the host's table may differ from the file's program.
-bool AttrSetter::fits(const Plug& plug, std::string_view type, std::string_view values) const
-{
+// Whether the values can belong to the attribute at all: the host's table may differ from the
+// file's program.
+bool AttrSetter::fits(const Plug& plug, std::string_view type, std::string_view values) const {
     const AttrInfo& info = m_scene.info(plug);
     AttrType named = info.type;
     const bool isNamed = type.empty() || attrTypeFromName(type, named);
@@ -181,8 +184,7 @@ bool AttrSetter::fits(const Plug& plug, std::string_view type, std::string_view 
            std::all_of(info.children.begin(), info.children.end(), isNumberChild);
 }
 
-Status AttrSetter::setNumbers(const Plug& plug, NumberSource& source)
-{
+Status AttrSetter::setNumbers(const Plug& plug, NumberSource& source) {
     const AttrInfo& info = m_scene.info(plug);
     if (info.children.empty()) {
         source.skipBlanks();
@@ -194,19 +196,20 @@ Status AttrSetter::setNumbers(const Plug& plug, NumberSource& source)
         return Status::ok();
     }
     for (std::size_t i = 0; i < info.children.size(); ++i)
-        if (const Status status = setNumbers(m_scene.child(plug, static_cast<int>(i)), source); !status)
+        if (const Status status = setNumbers(m_scene.child(plug, static_cast<int>(i)), source);
+            !status)
             return status;
     return Status::ok();
 }
 
-Status AttrSetter::setBulk(const PathTarget& target, std::string_view values, bool& known)
-{
+Status AttrSetter::setBulk(const PathTarget& target, std::string_view values, bool& known) {
     const AttrInfo& info = m_scene.info(target.plug);
     known = target.bulkLevel >= 0 && m_scene.bulk(target.plug) != nullptr;
     if (!known)
         return Status::ok();
-    if (target.last - static_cast<std::int64_t>(values.size()) > kBulkReserve)
-        return Status::failure("setAttr: index " + std::to_string(target.last) + " is out of range");
+    const std::int64_t highest = std::max<std::int64_t>(target.last, target.plug.index[0]);
+    if (highest - static_cast<std::int64_t>(values.size()) > kBulkReserve)
+        return Status::failure("setAttr: index " + std::to_string(highest) + " is out of range");
     NumberSource source(values);
     Status status;
     m_scene.changeBulk(target.plug, [&](BulkArray& array) {
@@ -217,8 +220,8 @@ Status AttrSetter::setBulk(const PathTarget& target, std::string_view values, bo
                 array.setNumber(target.plug.index, info.childNumber, value);
             else
                 status = notNumber(values);
-        } else if (!array.read(target.plug.index, target.bulkLevel, target.bulkInner, target.first, target.last,
-                               source, error)) {
+        } else if (!array.read(target.plug.index, target.bulkLevel, target.bulkInner, target.first,
+                               target.last, source, error)) {
             status = Status::failure("setAttr: " + error);
         }
     });
@@ -227,9 +230,8 @@ Status AttrSetter::setBulk(const PathTarget& target, std::string_view values, bo
     return status;
 }
 
-Status AttrSetter::setValues(Node& node, const PathTarget& target, const Flags& flags, std::string_view values,
-                             bool& known)
-{
+Status AttrSetter::setValues(Node& node, const PathTarget& target, const Flags& flags,
+                             std::string_view values, bool& known) {
     const AttrInfo& info = node.attr(target.plug.attr);
     if (values.empty() && (flags.type.empty() || isNumeric(info.type) || isCompound(info.type)))
         return Status::ok();

@@ -6,19 +6,18 @@
 namespace torvel {
 namespace {
 
-bool isBlank(char c)
-{
+bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
 }
 
-const char* findByte(const char* at, const char* end, char byte)
-{
-    return at == end ? nullptr : static_cast<const char*>(std::memchr(at, byte, static_cast<std::size_t>(end - at)));
+const char* findByte(const char* at, const char* end, char byte) {
+    return at == end ? nullptr
+                     : static_cast<const char*>(
+                           std::memchr(at, byte, static_cast<std::size_t>(end - at)));
 }
 
 // Behind the closing quote of a text that opens at `quote`; null when it does not close.
-const char* behindString(const char* quote, const char* end)
-{
+const char* behindString(const char* quote, const char* end) {
     for (const char* at = quote + 1;;) {
         const char* close = findByte(at, end, '"');
         if (!close)
@@ -34,8 +33,7 @@ const char* behindString(const char* quote, const char* end)
 
 }  // namespace
 
-void StatementScanner::skipLineComment()
-{
+void StatementScanner::skipLineComment() {
     const char* line = m_at;
     const char* newline = findByte(m_at, m_end, '\n');
     m_at = newline ? newline : m_end;
@@ -44,8 +42,7 @@ void StatementScanner::skipLineComment()
 }
 
 // False when a block comment does not end.
-bool StatementScanner::skipBetween()
-{
+bool StatementScanner::skipBetween() {
     while (m_at != m_end) {
         if (isBlank(*m_at) || *m_at == ';') {
             ++m_at;
@@ -64,8 +61,7 @@ bool StatementScanner::skipBetween()
     return true;
 }
 
-StatementScanner::Found StatementScanner::next(std::string_view& statement)
-{
+StatementScanner::Found StatementScanner::next(std::string_view& statement) {
     const bool closed = skipBetween();
     const char* start = m_at;
     statement = {start, static_cast<std::size_t>(m_end - start)};
@@ -94,8 +90,7 @@ StatementScanner::Found StatementScanner::next(std::string_view& statement)
     return Found::Statement;
 }
 
-std::size_t StatementScanner::lineOf(const char* place)
-{
+std::size_t StatementScanner::lineOf(const char* place) {
     if (!m_counted || place < m_counted) {
         m_counted = m_begin;
         m_line = 1;
@@ -105,28 +100,24 @@ std::size_t StatementScanner::lineOf(const char* place)
     return m_line;
 }
 
-bool Token::isFlag() const
-{
+bool Token::isFlag() const {
     if (kind != Kind::Word || text.size() < 2 || text[0] != '-')
         return false;
     const char c = text[1];
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-void TokenCursor::skipBlanks()
-{
+void TokenCursor::skipBlanks() {
     while (m_at != m_end && isBlank(*m_at))
         ++m_at;
 }
 
-std::string_view TokenCursor::rest()
-{
+std::string_view TokenCursor::rest() {
     skipBlanks();
     return {m_at, static_cast<std::size_t>(m_end - m_at)};
 }
 
-Token TokenCursor::next()
-{
+Token TokenCursor::next() {
     skipBlanks();
     if (m_at == m_end)
         return {};
@@ -134,9 +125,12 @@ Token TokenCursor::next()
     if (*m_at == '"') {
         const char* behind = behindString(m_at, m_end);
         m_at = behind ? behind : m_end;
-        return {Token::Kind::Quoted, {start + 1, static_cast<std::size_t>(m_at - start - (behind ? 2 : 1))}};
+        return {Token::Kind::Quoted,
+                {start + 1, static_cast<std::size_t>(m_at - start - (behind ? 2 : 1))}};
     }
-    const auto isMark = [](char c) { return c == '(' || c == ')' || c == '{' || c == '}' || c == ','; };
+    const auto isMark = [](char c) {
+        return c == '(' || c == ')' || c == '{' || c == '}' || c == ',';
+    };
     const bool plus = *m_at == '+' && (m_at + 1 == m_end || isBlank(m_at[1]) || m_at[1] == '"');
     if (isMark(*m_at) || plus)
         return {Token::Kind::Mark, {m_at++, 1}};
@@ -145,8 +139,7 @@ Token TokenCursor::next()
     return {Token::Kind::Word, {start, static_cast<std::size_t>(m_at - start)}};
 }
 
-bool TokenCursor::text(std::string& out)
-{
+bool TokenCursor::text(std::string& out) {
     Token token = next();
     const bool joined = token.isMark('(');
     if (joined)
@@ -162,8 +155,7 @@ bool TokenCursor::text(std::string& out)
     return true;
 }
 
-std::string unescaped(std::string_view raw)
-{
+std::string unescaped(std::string_view raw) {
     std::string out;
     out.reserve(raw.size());
     for (std::size_t i = 0; i < raw.size(); ++i) {
@@ -177,31 +169,28 @@ std::string unescaped(std::string_view raw)
     return out;
 }
 
-std::string inQuotes(std::string_view text)
-{
+std::string inQuotes(std::string_view text) {
     std::string out = "\"";
     for (char c : text) {
         switch (c) {
-        case '\n': out += "\\n"; break;
-        case '\t': out += "\\t"; break;
-        case '\r': out += "\\r"; break;
-        case '"': out += "\\\""; break;
-        case '\\': out += "\\\\"; break;
-        default: out += c;
+            case '\n': out += "\\n"; break;
+            case '\t': out += "\\t"; break;
+            case '\r': out += "\\r"; break;
+            case '"': out += "\\\""; break;
+            case '\\': out += "\\\\"; break;
+            default: out += c;
         }
     }
     return out + '"';
 }
 
-std::string withoutReturns(std::string_view text)
-{
+std::string withoutReturns(std::string_view text) {
     std::string out(text);
     out.erase(std::remove(out.begin(), out.end(), '\r'), out.end());
     return out;
 }
 
-std::string onOneLine(std::string_view text)
-{
+std::string onOneLine(std::string_view text) {
     std::string out;
     bool inside = false;
     for (std::size_t i = 0; i < text.size(); ++i) {

@@ -8,17 +8,14 @@ namespace torvel {
 
 /// Cuts the text of a scene file into statements. A statement ends at the first `;` outside quotes;
 /// comments between statements are passed over. Nothing is copied.
-class StatementScanner
-{
-public:
+class StatementScanner {
+  public:
     explicit StatementScanner(std::string_view text)
-        : m_begin(text.data()), m_at(text.data()), m_end(text.data() + text.size())
-    {
-    }
+        : m_begin(text.data()), m_at(text.data()), m_end(text.data() + text.size()) {}
 
     enum class Found { Statement, End, Unfinished };
-    /// `statement` comes without its `;` and without blanks around it. Unfinished: the text ends inside a statement,
-    /// a string or a block comment; `statement` is what there is of it.
+    /// `statement` comes without its `;` and without blanks around it. Unfinished: the text ends
+    /// inside a statement, a string or a block comment; `statement` is what there is of it.
     Found next(std::string_view& statement);
 
     /// Line of a place in the text, from 1. Cheap for places that ascend.
@@ -28,7 +25,7 @@ public:
     const char* position() const { return m_at; }
     const char* end() const { return m_end; }
 
-private:
+  private:
     bool skipBetween();
     void skipLineComment();
 
@@ -41,8 +38,7 @@ private:
 };
 
 /// One word of a statement.
-struct Token
-{
+struct Token {
     enum class Kind { End, Word, Quoted, Mark };
     Kind kind = Kind::End;
     std::string_view text;  ///< a quoted text without its quotes, escapes as they stand
@@ -54,18 +50,19 @@ struct Token
 };
 
 /// Walks over the words of one statement.
-class TokenCursor
-{
-public:
-    explicit TokenCursor(std::string_view text) : m_at(text.data()), m_end(text.data() + text.size()) {}
+class TokenCursor {
+  public:
+    explicit TokenCursor(std::string_view text)
+        : m_at(text.data()), m_end(text.data() + text.size()) {}
 
     Token next();
     Token peek() const { return TokenCursor(*this).next(); }
-    /// A text value: one quoted text, or several joined by + in parentheses. False when none stands here.
+    /// A text value: one quoted text, or several joined by + in parentheses. False when none stands
+    /// here.
     bool text(std::string& out);
     std::string_view rest();
 
-private:
+  private:
     void skipBlanks();
 
     const char* m_at;

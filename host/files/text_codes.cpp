@@ -7,14 +7,14 @@
 namespace torvel {
 namespace {
 
-// Code points of the bytes 0x80 to 0x9f in code page 1252; the rest of the upper half stands for itself.
+// Code points of the bytes 0x80 to 0x9f in code page 1252; the rest of the upper half stands for
+// itself.
 const std::uint16_t kUpper[32] = {0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
                                   0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x8D,   0x017D, 0x8F,
                                   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                   0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
-bool isAscii(const std::string& text)
-{
+bool isAscii(const std::string& text) {
     const char* at = text.data();
     const char* end = at + text.size();
     for (; end - at >= 8; at += 8) {
@@ -26,12 +26,14 @@ bool isAscii(const std::string& text)
     return std::all_of(at, end, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-bool isUtf8(const std::string& text)
-{
+bool isUtf8(const std::string& text) {
     for (std::size_t i = 0; i < text.size();) {
         const unsigned char lead = static_cast<unsigned char>(text[i]);
-        const std::size_t length = lead < 0x80 ? 1 : lead >= 0xF0 && lead < 0xF5 ? 4 : lead >= 0xE0 && lead < 0xF0 ? 3
-                                 : lead >= 0xC2 && lead < 0xE0 ? 2 : 0;
+        const std::size_t length = lead < 0x80                   ? 1
+                                   : lead >= 0xF0 && lead < 0xF5 ? 4
+                                   : lead >= 0xE0 && lead < 0xF0 ? 3
+                                   : lead >= 0xC2 && lead < 0xE0 ? 2
+                                                                 : 0;
         if (length == 0 || i + length > text.size())
             return false;
         for (std::size_t k = 1; k < length; ++k)
@@ -42,8 +44,7 @@ bool isUtf8(const std::string& text)
     return true;
 }
 
-void appendCode(std::string& out, std::uint32_t code)
-{
+void appendCode(std::string& out, std::uint32_t code) {
     if (code < 0x80) {
         out += static_cast<char>(code);
     } else if (code < 0x800) {
@@ -58,8 +59,7 @@ void appendCode(std::string& out, std::uint32_t code)
 
 }  // namespace
 
-void toUtf8(std::string& text)
-{
+void toUtf8(std::string& text) {
     if (isAscii(text) || isUtf8(text))
         return;
     std::string out;

@@ -8,15 +8,14 @@
 namespace torvel {
 
 /// How numbers of a file become internal ones: internal = number * factor.
-struct FileUnits
-{
+struct FileUnits {
     double angle = kDegreeFactor;
     double length = 1.0;
 
-    /// Units of a "currentUnit" statement; degrees and centimetres where it says nothing or something unknown.
+    /// Units of a "currentUnit" statement; degrees and centimetres where it says nothing or
+    /// something unknown.
     static FileUnits of(std::string_view statement);
-    double factor(AttrType type) const
-    {
+    double factor(AttrType type) const {
         return type == AttrType::Angle ? angle : type == AttrType::Distance ? length : 1.0;
     }
     static constexpr double kDegreeFactor = 3.14159265358979323846 / 180.0;
@@ -26,8 +25,8 @@ struct FileUnits
 void appendDouble(std::string& out, double value);
 /// The same for a value kept in single precision.
 void appendFloat(std::string& out, double value);
-/// Text of an internal value in file units. Where some file number gives exactly this value back, one of them is taken,
-/// the shortest that was found.
+/// Text of an internal value in file units. Where some file number gives exactly this value back,
+/// one of them is taken, the shortest that was found.
 void appendInUnits(std::string& out, double internal, double factor);
 /// A number as an attribute of this type is written: yes/no, whole numbers, file units.
 void appendNumber(std::string& out, AttrType type, double value, const FileUnits& units);

@@ -9,21 +9,19 @@
 namespace torvel {
 namespace {
 
-// Push side: marks everything that hangs below a change, iteratively, and stops at what is dirty already.
-class DirtySpread
-{
-public:
+// Push side: marks everything that hangs below a change, iteratively, and stops at what is dirty
+// already.
+class DirtySpread {
+  public:
     explicit DirtySpread(Scene& scene) : m_scene(scene) {}
 
-    void run(const Plug& changed)
-    {
+    void run(const Plug& changed) {
         m_queue.push_back(changed);
         workOff();
     }
 
     // An output that is to be evaluated again, clean or not.
-    void runOutput(const Plug& output)
-    {
+    void runOutput(const Plug& output) {
         Node* node = m_scene.node(output.node);
         if (!node)
             return;
@@ -32,9 +30,8 @@ public:
         workOff();
     }
 
-private:
-    void workOff()
-    {
+  private:
+    void workOff() {
         while (!m_queue.empty()) {
             const Plug plug = m_queue.back();
             m_queue.pop_back();
@@ -43,8 +40,7 @@ private:
         }
     }
 
-    void spread(Node& node, const Plug& plug)
-    {
+    void spread(Node& node, const Plug& plug) {
         for (AttrIndex a = plug.attr; a != kNoAttr; a = node.attr(a).parent)
             markOutputs(node, node.attr(a).affects);
         affectsOfChildren(node, plug.attr);
@@ -58,22 +54,19 @@ private:
             spreadUnknown(node, plug);
     }
 
-    void affectsOfChildren(Node& node, AttrIndex attr)
-    {
+    void affectsOfChildren(Node& node, AttrIndex attr) {
         for (AttrIndex child : node.attr(attr).children) {
             markOutputs(node, node.attr(child).affects);
             affectsOfChildren(node, child);
         }
     }
 
-    void markOutputs(Node& node, const std::vector<AttrIndex>& outputs)
-    {
+    void markOutputs(Node& node, const std::vector<AttrIndex>& outputs) {
         for (AttrIndex output : outputs)
             markOutput(node, outputRoot(node, output));
     }
 
-    void markOutput(Node& node, AttrIndex output)
-    {
+    void markOutput(Node& node, AttrIndex output) {
         if (!node.peek(output) || !(node.peek(output)->state & kClean))
             return;  // what hangs below it is dirty, too
         node.slot(output).state &= ~kClean;
@@ -86,24 +79,23 @@ private:
                 markParentMoved(*m_scene.node(child));
     }
 
-    void tellReaders(const Node& node, AttrIndex output)
-    {
+    void tellReaders(const Node& node, AttrIndex output) {
         for (const WriterLinks::Reader& reader : node.writerLinks->readers)
             if (Node* writer = reader.output == output ? m_scene.node(reader.writer.node) : nullptr)
                 markOutput(*writer, reader.writer.attr);
     }
 
-    void tellWriterLinks(const Node& node, AttrIndex output)
-    {
+    void tellWriterLinks(const Node& node, AttrIndex output) {
         tellReaders(node, output);
         if (output == node.writerLinks->output)
-            m_queue.insert(m_queue.end(), node.writerLinks->writes.begin(), node.writerLinks->writes.end());
+            m_queue.insert(m_queue.end(), node.writerLinks->writes.begin(),
+                           node.writerLinks->writes.end());
     }
 
-    void markParentMoved(Node& child)
-    {
+    void markParentMoved(Node& child) {
         const WorldAttrs& world = worldAttrs(*child.type);
-        const AttrIndex all[] = {world.parent, world.parentInverse, world.world, world.worldInverse};
+        const AttrIndex all[] = {world.parent, world.parentInverse, world.world,
+                                 world.worldInverse};
         for (AttrIndex attr : all)
             if (attr != kNoAttr)
                 m_outputs.push_back({child.self, attr});
@@ -118,38 +110,37 @@ private:
         m_draining = false;
     }
 
-    void queueTargets(const Slot& slot)
-    {
+    void queueTargets(const Slot& slot) {
         if (slot.links)
             m_queue.insert(m_queue.end(), slot.links->targets.begin(), slot.links->targets.end());
     }
 
-    void queueTargetsBelow(Node& node, const Plug& plug)
-    {
+    void queueTargetsBelow(Node& node, const Plug& plug) {
         walkSlot(node, plug, nullptr, [this](const Plug&, Slot& slot) { queueTargets(slot); });
     }
 
-    // A plain plug feeds what is connected to it, to a compound or array above it, or to its children.
-    void tellTargets(Node& node, const Plug& plug)
-    {
+    // A plain plug feeds what is connected to it, to a compound or array above it, or to its
+    // children.
+    void tellTargets(Node& node, const Plug& plug) {
         for (Plug at = plug; !at.isNull(); at = m_scene.parentPlug(at))
             if (const Slot* slot = m_scene.peekSlot(at))
                 queueTargets(*slot);
-        for (std::size_t i = 0; !m_scene.isArrayPlug(plug) && i < node.attr(plug.attr).children.size(); ++i)
+        for (std::size_t i = 0;
+             !m_scene.isArrayPlug(plug) && i < node.attr(plug.attr).children.size(); ++i)
             tellChildren(node, m_scene.child(plug, static_cast<int>(i)));
     }
 
-    void tellChildren(Node& node, const Plug& plug)
-    {
+    void tellChildren(Node& node, const Plug& plug) {
         if (const Slot* slot = m_scene.peekSlot(plug))
             queueTargets(*slot);
-        for (std::size_t i = 0; !m_scene.isArrayPlug(plug) && i < node.attr(plug.attr).children.size(); ++i)
+        for (std::size_t i = 0;
+             !m_scene.isArrayPlug(plug) && i < node.attr(plug.attr).children.size(); ++i)
             tellChildren(node, m_scene.child(plug, static_cast<int>(i)));
     }
 
-    // An unknown node may hand geometry on: whatever changes in it is passed to all it feeds, once for a change.
-    void spreadUnknown(Node& node, const Plug& changed)
-    {
+    // An unknown node may hand geometry on: whatever changes in it is passed to all it feeds, once
+    // for a change.
+    void spreadUnknown(Node& node, const Plug& changed) {
         if (m_scene.source(changed).isNull() || !m_unknownSeen.insert(node.self.index).second)
             return;
         for (const Scene::Connection& c : m_scene.outgoing(node.self))
@@ -166,18 +157,15 @@ private:
 
 }  // namespace
 
-void Scene::changed(const Plug& plug)
-{
+void Scene::changed(const Plug& plug) {
     DirtySpread(*this).run(plug);
 }
 
-void Scene::outputChanged(const Plug& output)
-{
+void Scene::outputChanged(const Plug& output) {
     DirtySpread(*this).runOutput(output);
 }
 
-void Scene::setDirty(const Plug& plug)
-{
+void Scene::setDirty(const Plug& plug) {
     const Node* n = node(plug.node);
     if (n && plug.attr < n->attrCount())
         changed(plug);

@@ -11,29 +11,25 @@ namespace torvel {
 struct Slot;
 
 /// What an evaluate function keeps about where its inputs stand.
-struct NodePlan
-{
+struct NodePlan {
     virtual ~NodePlan() = default;
 };
 
-/// What the evaluator found out about a node's inputs. Holds for one structure number of the scene: connections,
-/// hierarchy and attributes; values do not matter.
-struct EvaluationPlan
-{
+/// What the evaluator found out about a node's inputs. Holds for one structure number of the scene:
+/// connections, hierarchy and attributes; values do not matter.
+struct EvaluationPlan {
     /// An output that has to be clean before.
-    struct Need
-    {
+    struct Need {
         Slot* slot;
         NodeHandle node;
         AttrIndex output;
     };
-    struct Output
-    {
+    struct Output {
         AttrIndex output;
         std::vector<Need> needs;
     };
     std::uint64_t structure = 0;
-    std::vector<Output> outputs;     ///< those evaluated so far
+    std::vector<Output> outputs;  ///< those evaluated so far
     std::unique_ptr<NodePlan> own;
 };
 

@@ -12,21 +12,21 @@ namespace {
 
 constexpr int kMaxHops = 100000;  // a chain of plain plugs longer than this is a ring
 
-// Geometry that an unknown node hands on: the inputs it may come in by, in the order they are tried.
+// Geometry that an unknown node hands on: the inputs it may come in by, in the order they are
+// tried.
 const char* const kGeometryInputs[] = {"ip", "ig", "inputPolymesh", "inMesh"};
 const char* const kGeometryOutputs[] = {"og", "op", "output", "out", "outMesh"};
 
-bool isOneOf(const std::string& name, const char* const* names, std::size_t count)
-{
+bool isOneOf(const std::string& name, const char* const* names, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i)
         if (name == names[i])
             return true;
     return false;
 }
 
-// First connected geometry input of an unknown node; for several, the element of the output's own index.
-Plug passThroughInput(const Scene& scene, const Plug& output)
-{
+// First connected geometry input of an unknown node; for several, the element of the output's own
+// index.
+Plug passThroughInput(const Scene& scene, const Plug& output) {
     const Node* node = scene.node(output.node);
     if (!node || !node->attr(output.attr).is(kOpaque) || node->unknownType.empty() ||
         !isOneOf(node->attr(output.attr).longName, kGeometryOutputs, std::size(kGeometryOutputs)))
@@ -36,14 +36,15 @@ Plug passThroughInput(const Scene& scene, const Plug& output)
         if (attr == kNoAttr)
             continue;
         Plug first, same;
-        walkSlot(const_cast<Node&>(*node), Plug(output.node, attr), nullptr, [&](const Plug& plug, Slot& slot) {
-            if (!slot.links || slot.links->source.isNull())
-                return;
-            if (first.isNull())
-                first = plug;
-            if (same.isNull() && plug.index[0] == output.index[0])
-                same = plug;
-        });
+        walkSlot(const_cast<Node&>(*node), Plug(output.node, attr), nullptr,
+                 [&](const Plug& plug, Slot& slot) {
+                     if (!slot.links || slot.links->source.isNull())
+                         return;
+                     if (first.isNull())
+                         first = plug;
+                     if (same.isNull() && plug.index[0] == output.index[0])
+                         same = plug;
+                 });
         if (!first.isNull())
             return same.isNull() ? first : same;
     }
@@ -52,15 +53,13 @@ Plug passThroughInput(const Scene& scene, const Plug& output)
 
 }  // namespace
 
-AttrIndex outputRoot(const Node& node, AttrIndex attr)
-{
+AttrIndex outputRoot(const Node& node, AttrIndex attr) {
     while (node.attr(attr).parent != kNoAttr && node.attr(node.attr(attr).parent).is(kOutput))
         attr = node.attr(attr).parent;
     return attr;
 }
 
-const WorldAttrs& worldAttrs(const NodeType& type)
-{
+const WorldAttrs& worldAttrs(const NodeType& type) {
     static const WorldAttrs kNoWorld;
     if (!type.is(kDagType))
         return kNoWorld;
@@ -73,12 +72,12 @@ const WorldAttrs& worldAttrs(const NodeType& type)
         const auto at = type.byName.find(name);
         return at == type.byName.end() ? kNoAttr : at->second;
     };
-    found = {look("worldMatrix"), look("worldInverseMatrix"), look("parentMatrix"), look("parentInverseMatrix")};
+    found = {look("worldMatrix"), look("worldInverseMatrix"), look("parentMatrix"),
+             look("parentInverseMatrix")};
     return known.emplace(&type, found).first->second;
 }
 
-Plug Evaluator::resolve(const Scene& scene, const Plug& plug)
-{
+Plug Evaluator::resolve(const Scene& scene, const Plug& plug) {
     Plug at = plug;
     for (int hop = 0; hop < kMaxHops; ++hop) {
         const Node* node = scene.node(at.node);
@@ -94,8 +93,7 @@ Plug Evaluator::resolve(const Scene& scene, const Plug& plug)
     return plug;
 }
 
-void Evaluator::pushOutput(NodeHandle handle, AttrIndex attr)
-{
+void Evaluator::pushOutput(NodeHandle handle, AttrIndex attr) {
     Node* node = m_scene.node(handle);
     if (!node)
         return;
@@ -109,9 +107,9 @@ void Evaluator::pushOutput(NodeHandle handle, AttrIndex attr)
         m_stack.push_back({handle, attr, false});
 }
 
-// Queues what a read of this plug needs: the output at the end of its chain, or those of its children.
-void Evaluator::push(const Plug& plug)
-{
+// Queues what a read of this plug needs: the output at the end of its chain, or those of its
+// children.
+void Evaluator::push(const Plug& plug) {
     const Plug from = resolve(m_scene, plug);
     const Node* node = m_scene.node(from.node);
     if (!node || from.attr >= node->attrCount())
@@ -129,9 +127,9 @@ void Evaluator::push(const Plug& plug)
         push(m_scene.child(from, static_cast<int>(i)));
 }
 
-void Evaluator::pushLinked(Node& node, AttrIndex input)
-{
-    for (AttrIndex above = node.attr(input).parent; above != kNoAttr; above = node.attr(above).parent)
+void Evaluator::pushLinked(Node& node, AttrIndex input) {
+    for (AttrIndex above = node.attr(input).parent; above != kNoAttr;
+         above = node.attr(above).parent)
         if (const Slot* slot = node.attr(above).arrayDepth == 0 ? node.peek(above) : nullptr;
             slot && slot->links && !slot->links->source.isNull())
             push(Plug(node.self, input));
@@ -145,15 +143,13 @@ void Evaluator::pushLinked(Node& node, AttrIndex input)
 }
 
 // What writes this attribute or a child of it.
-void Evaluator::pushWriters(const Node& node, AttrIndex attr)
-{
+void Evaluator::pushWriters(const Node& node, AttrIndex attr) {
     for (const WriterLinks::Written& w : node.writerLinks->written)
         if (w.attr == attr || node.attr(w.attr).parent == attr)
             pushOutput(w.writer.node, w.writer.attr);
 }
 
-void Evaluator::pushWriterLinks(const Node& node, AttrIndex output)
-{
+void Evaluator::pushWriterLinks(const Node& node, AttrIndex output) {
     NodeHandle last;
     for (const WriterLinks::Written& w : node.writerLinks->written) {
         if (w.writer.node == last)
@@ -169,15 +165,13 @@ void Evaluator::pushWriterLinks(const Node& node, AttrIndex output)
             push(read);
 }
 
-void Evaluator::pushDependencies(Node& node, AttrIndex output)
-{
+void Evaluator::pushDependencies(Node& node, AttrIndex output) {
     for (const EvaluationPlan::Need& need : needsOf(node, output))
         if (!(need.slot->state & kClean))
             m_stack.push_back({need.node, need.output, false});
 }
 
-const std::vector<EvaluationPlan::Need>& Evaluator::needsOf(Node& node, AttrIndex output)
-{
+const std::vector<EvaluationPlan::Need>& Evaluator::needsOf(Node& node, AttrIndex output) {
     if (!node.plan)
         node.plan = std::make_unique<EvaluationPlan>();
     EvaluationPlan& plan = *node.plan;
@@ -196,15 +190,15 @@ const std::vector<EvaluationPlan::Need>& Evaluator::needsOf(Node& node, AttrInde
     return plan.outputs.back().needs;
 }
 
-void Evaluator::gatherNeeds(Node& node, AttrIndex output)
-{
+void Evaluator::gatherNeeds(Node& node, AttrIndex output) {
     const NodeHandle self = node.self;
     const WorldAttrs& world = worldAttrs(*node.type);
-    const bool needsParent = output == world.world || output == world.worldInverse || output == world.parent ||
-                             output == world.parentInverse;
+    const bool needsParent = output == world.world || output == world.worldInverse ||
+                             output == world.parent || output == world.parentInverse;
     if (node.isDag() && needsParent && world.world != kNoAttr)
         for (NodeHandle parent : node.parents)
-            if (const AttrIndex attr = worldAttrs(*m_scene.node(parent)->type).world; attr != kNoAttr)
+            if (const AttrIndex attr = worldAttrs(*m_scene.node(parent)->type).world;
+                attr != kNoAttr)
                 pushOutput(parent, attr);
     if (node.writerLinks)
         pushWriterLinks(node, output);
@@ -216,8 +210,7 @@ void Evaluator::gatherNeeds(Node& node, AttrIndex output)
     }
 }
 
-void Evaluator::finish(Node& node, AttrIndex output)
-{
+void Evaluator::finish(Node& node, AttrIndex output) {
     if (node.type->evaluate) {
         Evaluation evaluation(m_scene, node, output);
         node.type->evaluate(evaluation);
@@ -226,8 +219,7 @@ void Evaluator::finish(Node& node, AttrIndex output)
     slot.state = (slot.state | kClean) & ~kComputing;
 }
 
-void Evaluator::reportCycle(Node& node, AttrIndex output)
-{
+void Evaluator::reportCycle(Node& node, AttrIndex output) {
     Slot& slot = node.slot(output);
     if (slot.state & kReported)
         return;
@@ -237,8 +229,7 @@ void Evaluator::reportCycle(Node& node, AttrIndex output)
 }
 
 // The output whose inputs are being worked off.
-void Evaluator::rememberRingReader()
-{
+void Evaluator::rememberRingReader() {
     for (std::size_t i = m_stack.size(); i-- > 0;)
         if (m_stack[i].expanded) {
             m_ringReaders.push_back(Plug(m_stack[i].node, m_stack[i].output));
@@ -246,8 +237,7 @@ void Evaluator::rememberRingReader()
         }
 }
 
-void Evaluator::bringUpToDate(const Plug& plug)
-{
+void Evaluator::bringUpToDate(const Plug& plug) {
     push(plug);
     workOff();
     if (m_ringReaders.empty())
@@ -258,8 +248,7 @@ void Evaluator::bringUpToDate(const Plug& plug)
     workOff();
 }
 
-void Evaluator::workOff()
-{
+void Evaluator::workOff() {
     while (!m_stack.empty()) {
         const Step step = m_stack.back();
         Node* node = m_scene.node(step.node);
@@ -274,7 +263,8 @@ void Evaluator::workOff()
         } else if (slot.state & kClean) {
             m_stack.pop_back();
         } else if (slot.state & kComputing) {
-            m_stack.pop_back();  // met again on its own road: the value of the last evaluation stands in
+            m_stack.pop_back();  // met again on its own road: the value of the last evaluation
+                                 // stands in
             rememberRingReader();
             reportCycle(*node, step.output);
         } else {
@@ -285,8 +275,7 @@ void Evaluator::workOff()
     }
 }
 
-void Scene::evaluate(const Plug& plug) const
-{
+void Scene::evaluate(const Plug& plug) const {
     if (m_writersStale)
         const_cast<Scene*>(this)->refreshWriters();
     const Node* n = node(plug.node);

@@ -6,21 +6,20 @@
 
 namespace torvel {
 
-/// Pull side of the graph: brings one plug up to date with an explicit stack, so that depth does not matter.
-/// A cycle is told once; the value of the last evaluation is used where it closes, and what took it is evaluated once
-/// more with the new one: rings through parts that do not depend on each other come out right.
-class Evaluator
-{
-public:
+/// Pull side of the graph: brings one plug up to date with an explicit stack, so that depth does
+/// not matter. A cycle is told once; the value of the last evaluation is used where it closes, and
+/// what took it is evaluated once more with the new one: rings through parts that do not depend on
+/// each other come out right.
+class Evaluator {
+  public:
     explicit Evaluator(Scene& scene) : m_scene(scene) {}
 
     void bringUpToDate(const Plug& plug);
     /// The plug whose stored value a read of `plug` delivers: the end of its chain of sources.
     static Plug resolve(const Scene& scene, const Plug& plug);
 
-private:
-    struct Step
-    {
+  private:
+    struct Step {
         NodeHandle node;
         AttrIndex output;
         bool expanded;
@@ -40,16 +39,17 @@ private:
 
     Scene& m_scene;
     std::vector<Step> m_stack;
-    std::vector<EvaluationPlan::Need>* m_gathered = nullptr;  // while a plan is made: instead of the stack
-    std::vector<Plug> m_ringReaders;  // outputs that took a value of the last evaluation where a ring closes
+    std::vector<EvaluationPlan::Need>* m_gathered =
+        nullptr;  // while a plan is made: instead of the stack
+    std::vector<Plug>
+        m_ringReaders;  // outputs that took a value of the last evaluation where a ring closes
 };
 
 /// Root attribute of an output: the unit that is dirty or clean as a whole.
 AttrIndex outputRoot(const Node& node, AttrIndex attr);
 
 /// DAG attributes that the core ties to the parent's world matrix; all kNoAttr on other nodes.
-struct WorldAttrs
-{
+struct WorldAttrs {
     AttrIndex world = kNoAttr, worldInverse = kNoAttr, parent = kNoAttr, parentInverse = kNoAttr;
 };
 const WorldAttrs& worldAttrs(const NodeType& type);

@@ -4,7 +4,8 @@
 #include <Imath/ImathQuat.h>
 #include <Imath/ImathVec.h>
 
-/// Row vectors, double precision: p' = p * M, world = local * parentWorld. Angles in radians, lengths in centimetres.
+/// Row vectors, double precision: p' = p * M, world = local * parentWorld. Angles in radians,
+/// lengths in centimetres.
 namespace torvel {
 
 using V3d = Imath::V3d;

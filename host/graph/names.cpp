@@ -7,18 +7,15 @@
 namespace torvel {
 namespace {
 
-bool isLetter(char c)
-{
+bool isLetter(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
 }
 
-bool isDigit(char c)
-{
+bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-std::string legalPart(std::string_view part)
-{
+std::string legalPart(std::string_view part) {
     while (!part.empty() && !isLetter(part.front()))
         part.remove_prefix(1);
     std::string out(part);
@@ -28,8 +25,7 @@ std::string legalPart(std::string_view part)
     return out;
 }
 
-std::vector<std::string_view> splitPath(std::string_view text)
-{
+std::vector<std::string_view> splitPath(std::string_view text) {
     std::vector<std::string_view> parts;
     while (!text.empty()) {
         const std::size_t bar = text.find('|');
@@ -43,28 +39,24 @@ std::vector<std::string_view> splitPath(std::string_view text)
     return parts;
 }
 
-std::string_view leafOf(std::string_view text)
-{
+std::string_view leafOf(std::string_view text) {
     const std::size_t bar = text.rfind('|');
     return bar == std::string_view::npos ? text : text.substr(bar + 1);
 }
 
 // A leading colon names the root namespace.
-std::string_view withoutRootColon(std::string_view name)
-{
+std::string_view withoutRootColon(std::string_view name) {
     return !name.empty() && name.front() == ':' ? name.substr(1) : name;
 }
 
 // "arm_01" gives stem "arm_", 1 and width 2; no digits: number 0, width 0.
-struct Numbered
-{
+struct Numbered {
     std::string stem;
     unsigned long long number = 0;
     std::size_t width = 0;
 };
 
-Numbered splitNumber(const std::string& name)
-{
+Numbered splitNumber(const std::string& name) {
     std::size_t at = name.size();
     while (at > 1 && isDigit(name[at - 1]) && name.size() - at < 18)
         --at;
@@ -74,8 +66,7 @@ Numbered splitNumber(const std::string& name)
     return out;
 }
 
-std::string join(const Numbered& base, unsigned long long number)
-{
+std::string join(const Numbered& base, unsigned long long number) {
     std::string digits = std::to_string(number);
     if (digits.size() < base.width)
         digits.insert(0, base.width - digits.size(), '0');
@@ -84,8 +75,7 @@ std::string join(const Numbered& base, unsigned long long number)
 
 }  // namespace
 
-std::string Names::legal(std::string_view wanted)
-{
+std::string Names::legal(std::string_view wanted) {
     std::string out;
     for (std::string_view rest = wanted;;) {
         const std::size_t colon = rest.find(':');
@@ -98,8 +88,7 @@ std::string Names::legal(std::string_view wanted)
     }
 }
 
-std::string_view Names::trimmed(std::string_view text)
-{
+std::string_view Names::trimmed(std::string_view text) {
     const auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; };
     while (!text.empty() && blank(text.front()))
         text.remove_prefix(1);
@@ -110,11 +99,11 @@ std::string_view Names::trimmed(std::string_view text)
     return text;
 }
 
-bool Names::matches(std::string_view pattern, std::string_view name)
-{
+bool Names::matches(std::string_view pattern, std::string_view name) {
     std::size_t p = 0, n = 0, star = std::string_view::npos, mark = 0;
     while (n < name.size()) {
-        if (p < pattern.size() && (pattern[p] == name[n] || (pattern[p] == '?' && name[n] != ':'))) {
+        if (p < pattern.size() &&
+            (pattern[p] == name[n] || (pattern[p] == '?' && name[n] != ':'))) {
             ++p;
             ++n;
         } else if (p < pattern.size() && pattern[p] == '*') {
@@ -132,16 +121,15 @@ bool Names::matches(std::string_view pattern, std::string_view name)
     return p == pattern.size();
 }
 
-bool Names::anywhere(const std::string& name, NodeHandle self) const
-{
+bool Names::anywhere(const std::string& name, NodeHandle self) const {
     const auto it = m_byLeaf.find(name);
     if (it == m_byLeaf.end())
         return false;
-    return std::any_of(it->second.begin(), it->second.end(), [self](NodeHandle n) { return n != self; });
+    return std::any_of(it->second.begin(), it->second.end(),
+                       [self](NodeHandle n) { return n != self; });
 }
 
-bool Names::taken(const std::string& name, NodeHandle parent, bool isDag, NodeHandle self) const
-{
+bool Names::taken(const std::string& name, NodeHandle parent, bool isDag, NodeHandle self) const {
     const auto it = m_byLeaf.find(name);
     if (it == m_byLeaf.end())
         return false;
@@ -157,8 +145,8 @@ bool Names::taken(const std::string& name, NodeHandle parent, bool isDag, NodeHa
     return false;
 }
 
-std::string Names::unique(const std::string& legalName, NodeHandle parent, bool isDag, NodeHandle self) const
-{
+std::string Names::unique(const std::string& legalName, NodeHandle parent, bool isDag,
+                          NodeHandle self) const {
     if (!taken(legalName, parent, isDag, self))
         return legalName;
     const Numbered base = splitNumber(legalName);
@@ -169,8 +157,7 @@ std::string Names::unique(const std::string& legalName, NodeHandle parent, bool 
     }
 }
 
-std::string Names::numbered(const std::string& stem) const
-{
+std::string Names::numbered(const std::string& stem) const {
     unsigned long long& lowest = m_lowestFree[stem];
     for (lowest = std::max(lowest, 1ull);; ++lowest) {
         std::string candidate = stem + std::to_string(lowest);
@@ -179,8 +166,8 @@ std::string Names::numbered(const std::string& stem) const
     }
 }
 
-bool Names::endsWithPath(NodeHandle node, const std::vector<std::string_view>& parts, bool fromWorld) const
-{
+bool Names::endsWithPath(NodeHandle node, const std::vector<std::string_view>& parts,
+                         bool fromWorld) const {
     const int count = m_scene.instanceCount(node);
     for (int instance = 0; instance < count; ++instance) {
         const std::vector<NodeHandle> path = m_scene.path(node, instance);
@@ -188,15 +175,15 @@ bool Names::endsWithPath(NodeHandle node, const std::vector<std::string_view>& p
             continue;
         bool same = true;
         for (std::size_t i = 0; same && i < parts.size(); ++i)
-            same = matches(parts[parts.size() - 1 - i], m_scene.node(path[path.size() - 1 - i])->name);
+            same =
+                matches(parts[parts.size() - 1 - i], m_scene.node(path[path.size() - 1 - i])->name);
         if (same)
             return true;
     }
     return false;
 }
 
-NodeHandle Names::lookUp(std::string_view text) const
-{
+NodeHandle Names::lookUp(std::string_view text) const {
     text = trimmed(text);
     const std::string_view leaf = withoutRootColon(leafOf(text));
     thread_local std::string key;  // reused: look-ups allocate nothing
@@ -210,8 +197,7 @@ NodeHandle Names::lookUp(std::string_view text) const
     return found.size() == 1 ? found.front() : NodeHandle();
 }
 
-std::vector<NodeHandle> Names::find(std::string_view text) const
-{
+std::vector<NodeHandle> Names::find(std::string_view text) const {
     text = trimmed(text);
     std::vector<std::string_view> parts = splitPath(text);
     std::vector<NodeHandle> out;
@@ -225,7 +211,8 @@ std::vector<NodeHandle> Names::find(std::string_view text) const
         if (!node || handle == m_scene.world())
             return;
         const bool simple = parts.size() == 1 && !fromWorld;
-        if (simple ? matches(parts[0], node->name) : node->isDag() && endsWithPath(handle, parts, fromWorld))
+        if (simple ? matches(parts[0], node->name)
+                   : node->isDag() && endsWithPath(handle, parts, fromWorld))
             out.push_back(handle);
     };
     if (isPattern(parts.back())) {
@@ -242,10 +229,8 @@ std::vector<NodeHandle> Names::find(std::string_view text) const
 }
 
 // Fewest path components first, ties in DAG pre-order, DG nodes after by creation.
-void Names::sortMatches(std::vector<NodeHandle>& nodes) const
-{
-    struct Key
-    {
+void Names::sortMatches(std::vector<NodeHandle>& nodes) const {
+    struct Key {
         std::size_t depth;  // of DG nodes: beyond every path
         std::uint64_t place;
         NodeHandle node;
@@ -268,8 +253,7 @@ void Names::sortMatches(std::vector<NodeHandle>& nodes) const
 
 // Numbers the asked-for nodes by one pre-order walk that only enters what leads to them.
 void Names::preOrderPlaces(const std::vector<NodeHandle>& nodes,
-                           std::unordered_map<std::uint32_t, std::uint64_t>& place) const
-{
+                           std::unordered_map<std::uint32_t, std::uint64_t>& place) const {
     const std::uint64_t wanted = m_scene.nextVisit();
     for (NodeHandle handle : nodes)
         for (NodeHandle step : m_scene.path(handle))
@@ -285,8 +269,7 @@ void Names::preOrderPlaces(const std::vector<NodeHandle>& nodes,
     }
 }
 
-Status Names::findOne(std::string_view text, NodeHandle& found) const
-{
+Status Names::findOne(std::string_view text, NodeHandle& found) const {
     found = lookUp(text);
     if (!found.isNull())
         return Status::ok();
@@ -300,8 +283,7 @@ Status Names::findOne(std::string_view text, NodeHandle& found) const
     return Status::ok();
 }
 
-std::string Names::fullPath(NodeHandle handle, int instance) const
-{
+std::string Names::fullPath(NodeHandle handle, int instance) const {
     const Node* node = m_scene.node(handle);
     if (!node || handle == m_scene.world())
         return {};
@@ -313,8 +295,7 @@ std::string Names::fullPath(NodeHandle handle, int instance) const
     return out;
 }
 
-std::string Names::shortest(NodeHandle handle) const
-{
+std::string Names::shortest(NodeHandle handle) const {
     const Node* node = m_scene.node(handle);
     if (!node)
         return {};
@@ -331,13 +312,11 @@ std::string Names::shortest(NodeHandle handle) const
     return "|" + text;
 }
 
-void Names::added(NodeHandle node, const std::string& name)
-{
+void Names::added(NodeHandle node, const std::string& name) {
     m_byLeaf[name].push_back(node);
 }
 
-void Names::removed(NodeHandle node, const std::string& name)
-{
+void Names::removed(NodeHandle node, const std::string& name) {
     const auto it = m_byLeaf.find(name);
     if (it == m_byLeaf.end())
         return;

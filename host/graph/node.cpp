@@ -4,18 +4,15 @@
 
 namespace torvel {
 
-std::size_t BulkArray::innerSize(std::int32_t) const
-{
+std::size_t BulkArray::innerSize(std::int32_t) const {
     return 0;
 }
 
-std::int32_t BulkArray::innerLogicalAt(std::int32_t, std::size_t physical) const
-{
+std::int32_t BulkArray::innerLogicalAt(std::int32_t, std::size_t physical) const {
     return static_cast<std::int32_t>(physical);
 }
 
-int ArrayStore::find(std::int32_t logicalIndex) const
-{
+int ArrayStore::find(std::int32_t logicalIndex) const {
     const std::size_t guess = static_cast<std::size_t>(logicalIndex);
     if (logicalIndex >= 0 && guess < logical.size() && logical[guess] == logicalIndex)
         return logicalIndex;
@@ -28,8 +25,7 @@ Node::~Node() = default;
 
 namespace {
 
-AttrIndex findIn(const std::unordered_map<std::string, AttrIndex>& names, std::string_view name)
-{
+AttrIndex findIn(const std::unordered_map<std::string, AttrIndex>& names, std::string_view name) {
     thread_local std::string key;  // reused: look-ups allocate nothing
     key.assign(name);
     const auto it = names.find(key);
@@ -38,14 +34,12 @@ AttrIndex findIn(const std::unordered_map<std::string, AttrIndex>& names, std::s
 
 }  // namespace
 
-AttrIndex Node::findAttr(std::string_view attrName) const
-{
+AttrIndex Node::findAttr(std::string_view attrName) const {
     const AttrIndex index = findIn(type->byName, attrName);
     return index == kNoAttr && dynamic ? findIn(dynamic->byName, attrName) : index;
 }
 
-Slot& Node::slot(AttrIndex index)
-{
+Slot& Node::slot(AttrIndex index) {
     const std::uint32_t position = attr(index).slot;
     const std::size_t page = position / kPageSize;
     if (page >= pages.size())

@@ -7,30 +7,36 @@
 namespace torvel {
 namespace {
 
-int childCountOf(AttrType type)
-{
+int childCountOf(AttrType type) {
     switch (type) {
-    case AttrType::Double2: case AttrType::Float2: case AttrType::Long2: case AttrType::Short2: return 2;
-    case AttrType::Double3: case AttrType::Float3: case AttrType::Long3: case AttrType::Short3: return 3;
-    case AttrType::Double4: return 4;
-    default: return 0;
+        case AttrType::Double2:
+        case AttrType::Float2:
+        case AttrType::Long2:
+        case AttrType::Short2: return 2;
+        case AttrType::Double3:
+        case AttrType::Float3:
+        case AttrType::Long3:
+        case AttrType::Short3: return 3;
+        case AttrType::Double4: return 4;
+        default: return 0;
     }
 }
 
-AttrType naturalChild(const AttrRow& row)
-{
+AttrType naturalChild(const AttrRow& row) {
     if (row.childType != AttrType::Double)
         return row.childType;
     switch (row.type) {
-    case AttrType::Float2: case AttrType::Float3: return AttrType::Float;
-    case AttrType::Long2: case AttrType::Long3: return AttrType::Long;
-    case AttrType::Short2: case AttrType::Short3: return AttrType::Short;
-    default: return AttrType::Double;
+        case AttrType::Float2:
+        case AttrType::Float3: return AttrType::Float;
+        case AttrType::Long2:
+        case AttrType::Long3: return AttrType::Long;
+        case AttrType::Short2:
+        case AttrType::Short3: return AttrType::Short;
+        default: return AttrType::Double;
     }
 }
 
-std::vector<std::string> splitEnum(const char* text)
-{
+std::vector<std::string> splitEnum(const char* text) {
     std::vector<std::string> names;
     std::stringstream stream(text);
     for (std::string part; std::getline(stream, part, ':');)
@@ -38,8 +44,7 @@ std::vector<std::string> splitEnum(const char* text)
     return names;
 }
 
-std::vector<std::string> words(const char* text)
-{
+std::vector<std::string> words(const char* text) {
     std::vector<std::string> out;
     std::istringstream stream(text);
     for (std::string word; stream >> word;)
@@ -47,8 +52,7 @@ std::vector<std::string> words(const char* text)
     return out;
 }
 
-AttrInfo infoOfRow(const AttrRow& row)
-{
+AttrInfo infoOfRow(const AttrRow& row) {
     AttrInfo info;
     info.longName = row.longName;
     info.shortName = row.shortName;
@@ -63,8 +67,7 @@ AttrInfo infoOfRow(const AttrRow& row)
 }
 
 // "translate" + X: long names take the upper-case letter, short ones the lower-case letter.
-AttrInfo childInfo(const AttrRow& row, int number)
-{
+AttrInfo childInfo(const AttrRow& row, int number) {
     const char letter = row.childSuffixes[number];
     AttrInfo info;
     info.longName = std::string(row.longName) + letter;
@@ -75,22 +78,20 @@ AttrInfo childInfo(const AttrRow& row, int number)
     return info;
 }
 
-class TypeBuilder
-{
-public:
+class TypeBuilder {
+  public:
     explicit TypeBuilder(NodeType& type) : m_type(type) {}
 
-    void addRow(const AttrRow& row)
-    {
+    void addRow(const AttrRow& row) {
         const AttrIndex parent = row.parent ? find(row.parent) : kNoAttr;
-        const AttrIndex index = layOutAttribute(m_type.attrs, m_type.slotCount, infoOfRow(row), parent);
+        const AttrIndex index =
+            layOutAttribute(m_type.attrs, m_type.slotCount, infoOfRow(row), parent);
         enter(index);
         for (int i = 0; i < childCountOf(row.type) && row.childSuffixes[0]; ++i)
             enter(layOutAttribute(m_type.attrs, m_type.slotCount, childInfo(row, i), index));
     }
 
-    void addAffect(const char* from, const char* to)
-    {
+    void addAffect(const char* from, const char* to) {
         const AttrIndex input = find(from);
         for (const std::string& word : words(to)) {
             const AttrIndex output = find(word);
@@ -98,22 +99,20 @@ public:
         }
     }
 
-private:
-    AttrIndex find(const std::string& name) const
-    {
+  private:
+    AttrIndex find(const std::string& name) const {
         const auto it = m_type.byName.find(name);
-        assert(it != m_type.byName.end() && "an attribute row names an attribute that does not exist");
+        assert(it != m_type.byName.end() &&
+               "an attribute row names an attribute that does not exist");
         return it->second;
     }
 
-    void enter(AttrIndex index)
-    {
+    void enter(AttrIndex index) {
         m_type.byName.emplace(m_type.attrs[index].longName, index);
         m_type.byName.emplace(m_type.attrs[index].shortName, index);
     }
 
-    void link(AttrIndex input, AttrIndex output)
-    {
+    void link(AttrIndex input, AttrIndex output) {
         std::vector<AttrIndex>& to = m_type.attrs[input].affects;
         if (std::find(to.begin(), to.end(), output) == to.end()) {
             to.push_back(output);
@@ -124,8 +123,7 @@ private:
     NodeType& m_type;
 };
 
-std::unique_ptr<NodeType> makeType(const NodeTypeRow& row, const NodeType* base)
-{
+std::unique_ptr<NodeType> makeType(const NodeTypeRow& row, const NodeType* base) {
     auto type = std::make_unique<NodeType>();
     if (base)
         *type = *base;
@@ -152,9 +150,8 @@ std::unique_ptr<NodeType> makeType(const NodeTypeRow& row, const NodeType* base)
 
 }  // namespace
 
-AttrIndex layOutAttribute(std::vector<AttrInfo>& attrs, std::uint32_t& slotCount, AttrInfo info, AttrIndex parent,
-                          AttrIndex first)
-{
+AttrIndex layOutAttribute(std::vector<AttrInfo>& attrs, std::uint32_t& slotCount, AttrInfo info,
+                          AttrIndex parent, AttrIndex first) {
     const AttrIndex index = first + static_cast<AttrIndex>(attrs.size());
     AttrInfo* above = parent == kNoAttr ? nullptr : &attrs[parent - first];
     const AttrIndex owner = above ? above->arrayOwner : kNoAttr;
@@ -175,24 +172,21 @@ AttrIndex layOutAttribute(std::vector<AttrInfo>& attrs, std::uint32_t& slotCount
     return index;
 }
 
-bool NodeType::derivesFrom(std::string_view typeName) const
-{
+bool NodeType::derivesFrom(std::string_view typeName) const {
     for (const NodeType* t = this; t; t = t->base)
         if (t->name == typeName)
             return true;
     return false;
 }
 
-bool NodeType::hasFn(int fn) const
-{
+bool NodeType::hasFn(int fn) const {
     for (const NodeType* t = this; t; t = t->base)
         if (t->apiType == fn)
             return true;
     return false;
 }
 
-void TypeRegistry::add(const NodeTypeRow* const* rows, std::size_t count)
-{
+void TypeRegistry::add(const NodeTypeRow* const* rows, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         const NodeTypeRow& row = *rows[i];
         const NodeType* base = row.base[0] ? find(row.base) : nullptr;
@@ -203,8 +197,7 @@ void TypeRegistry::add(const NodeTypeRow* const* rows, std::size_t count)
     }
 }
 
-const NodeType* TypeRegistry::find(std::string_view name) const
-{
+const NodeType* TypeRegistry::find(std::string_view name) const {
     const auto it = m_byName.find(std::string(name));
     return it == m_byName.end() ? nullptr : it->second;
 }

@@ -21,39 +21,39 @@ enum TypeFlag : std::uint32_t {
     kShapeType = 1u << 2,
     kAbstractType = 1u << 3,
     kDeformerType = 1u << 4,
-    kUniqueType = 1u << 5,     ///< a default node of the scene (time1, ikSystem); not written as createNode
+    kUniqueType =
+        1u << 5,  ///< a default node of the scene (time1, ikSystem); not written as createNode
     kConstraintType = 1u << 6,
-    kHistoryMaker = 1u << 7    ///< poly*, makeNurb*: deleted with the shape it makes
+    kHistoryMaker = 1u << 7  ///< poly*, makeNurb*: deleted with the shape it makes
 };
 
-struct AffectRow
-{
+struct AffectRow {
     const char* from;  ///< long name
     const char* to;    ///< blank-separated long names of outputs
 };
 
 /// One node type as data. Derived types inherit attributes, affects and flags of `base`.
-struct NodeTypeRow
-{
+struct NodeTypeRow {
     const char* name;
-    const char* base;                       ///< "" for a root type
-    int apiType;                            ///< MFn number
-    const char* apiTypeName;                ///< "kTransform"
+    const char* base;         ///< "" for a root type
+    int apiType;              ///< MFn number
+    const char* apiTypeName;  ///< "kTransform"
     const AttrRow* attrs;
     std::size_t attrCount;
     const AffectRow* affects;
     std::size_t affectCount;
-    /// Computes the output `evaluation.output()` (it may set further outputs at once). Null: inherited, then none.
+    /// Computes the output `evaluation.output()` (it may set further outputs at once). Null:
+    /// inherited, then none.
     void (*evaluate)(Evaluation& evaluation);
     std::uint32_t flags;
-    /// Called once after creation (defaults that are no plain numbers); may be null; the base's runs first.
+    /// Called once after creation (defaults that are no plain numbers); may be null; the base's
+    /// runs first.
     void (*created)(Scene& scene, Node& node);
     /// Of a type whose nodes write plugs of other nodes; null: inherited, then none.
     DeclareWrites declareWrites = nullptr;
 };
 
-struct NodeType
-{
+struct NodeType {
     std::string name;
     const NodeType* base = nullptr;
     int apiType = 0;
@@ -74,22 +74,23 @@ struct NodeType
 };
 
 /// All node types, in table order (bases before derived types).
-class TypeRegistry
-{
-public:
-    /// Adds the rows in order. A base that is missing or a name taken twice is a fault of the tables: asserts.
+class TypeRegistry {
+  public:
+    /// Adds the rows in order. A base that is missing or a name taken twice is a fault of the
+    /// tables: asserts.
     void add(const NodeTypeRow* const* rows, std::size_t count);
     const NodeType* find(std::string_view name) const;  ///< null when unknown
     const std::vector<std::unique_ptr<NodeType>>& all() const { return m_types; }
 
-private:
+  private:
     std::vector<std::unique_ptr<NodeType>> m_types;
     std::unordered_map<std::string, NodeType*> m_byName;
 };
 
-/// Lays out one attribute after those already in `attrs`: index, array depth, slot. Used for tables and addAttr.
-/// `first` is the index of attrs[0] (dynamic attributes follow those of the type); `parent` stands in `attrs`, too.
-AttrIndex layOutAttribute(std::vector<AttrInfo>& attrs, std::uint32_t& slotCount, AttrInfo info, AttrIndex parent,
-                          AttrIndex first = 0);
+/// Lays out one attribute after those already in `attrs`: index, array depth, slot. Used for tables
+/// and addAttr. `first` is the index of attrs[0] (dynamic attributes follow those of the type);
+/// `parent` stands in `attrs`, too.
+AttrIndex layOutAttribute(std::vector<AttrInfo>& attrs, std::uint32_t& slotCount, AttrInfo info,
+                          AttrIndex parent, AttrIndex first = 0);
 
 }  // namespace torvel

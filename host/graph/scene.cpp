@@ -7,15 +7,17 @@
 namespace torvel {
 
 Scene::Scene(const TypeRegistry& types, Log& log)
-    : m_types(types), m_log(log), m_names(*this), m_selection(*this), m_writers(std::make_unique<WriterTable>())
-{
+    : m_types(types),
+      m_log(log),
+      m_names(*this),
+      m_selection(*this),
+      m_writers(std::make_unique<WriterTable>()) {
     clear();
 }
 
 Scene::~Scene() = default;
 
-void Scene::clear()
-{
+void Scene::clear() {
     m_names.clear();
     m_nodes.clear();
     ++m_structure;
@@ -33,7 +35,8 @@ void Scene::clear()
     m_connections = 0;
     m_world = m_time = NodeHandle();
     fileName.clear();
-    for (std::vector<std::string>* kept : {&requiresText, &fileInfoText, &referenceText, &trailingText})
+    for (std::vector<std::string>* kept :
+         {&requiresText, &fileInfoText, &referenceText, &trailingText})
         kept->clear();
     unitsText.clear();
     auto world = std::make_unique<Node>();
@@ -49,8 +52,7 @@ void Scene::clear()
     tell([](SceneListener& l) { l.sceneCleared(); });
 }
 
-NodeHandle Scene::add(std::unique_ptr<Node> made)
-{
+NodeHandle Scene::add(std::unique_ptr<Node> made) {
     std::uint32_t index;
     if (m_free.empty()) {
         index = static_cast<std::uint32_t>(m_nodes.size());
@@ -74,8 +76,7 @@ NodeHandle Scene::add(std::unique_ptr<Node> made)
 
 namespace {
 
-std::string defaultStem(const NodeType& type, const Node* parent)
-{
+std::string defaultStem(const NodeType& type, const Node* parent) {
     if (type.is(kShapeType) && parent && parent->type->is(kTransformType))
         return parent->name + "Shape";
     return type.name;
@@ -83,8 +84,8 @@ std::string defaultStem(const NodeType& type, const Node* parent)
 
 }  // namespace
 
-Status Scene::createNode(std::string_view typeName, std::string_view wantedName, NodeHandle parent, NodeHandle& made)
-{
+Status Scene::createNode(std::string_view typeName, std::string_view wantedName, NodeHandle parent,
+                         NodeHandle& made) {
     made = NodeHandle();
     const NodeType* type = m_types.find(typeName);
     if (!type || type->is(kAbstractType))
@@ -94,9 +95,11 @@ Status Scene::createNode(std::string_view typeName, std::string_view wantedName,
         parent = commonWorld(parent);
     const Node* above = isDag ? node(parent) : nullptr;
     if (isDag && !above)
-        return Status::failure("createNode: the parent of a new " + std::string(typeName) + " does not exist");
+        return Status::failure("createNode: the parent of a new " + std::string(typeName) +
+                               " does not exist");
     if (type->is(kShapeType) && (parent == m_world || !above->type->is(kTransformType)))
-        return Status::failure("createNode: a " + std::string(typeName) + " needs a transform as its parent");
+        return Status::failure("createNode: a " + std::string(typeName) +
+                               " needs a transform as its parent");
     auto fresh = std::make_unique<Node>();
     fresh->type = type;
     const std::string legal = Names::legal(wantedName);
@@ -121,8 +124,7 @@ Status Scene::createNode(std::string_view typeName, std::string_view wantedName,
     return Status::ok();
 }
 
-void Scene::collectBelow(NodeHandle top, std::vector<NodeHandle>& out) const
-{
+void Scene::collectBelow(NodeHandle top, std::vector<NodeHandle>& out) const {
     std::vector<NodeHandle> stack{top};
     while (!stack.empty()) {
         const Node* n = node(stack.back());
@@ -133,16 +135,16 @@ void Scene::collectBelow(NodeHandle top, std::vector<NodeHandle>& out) const
         out.push_back(n->self);
         for (std::size_t i = n->children.size(); i-- > 0;) {
             const Node* child = node(n->children[i]);
-            const bool alsoElsewhere = std::any_of(child->parents.begin(), child->parents.end(),
-                                                   [&](NodeHandle p) { return node(p)->visit != m_visit; });
+            const bool alsoElsewhere =
+                std::any_of(child->parents.begin(), child->parents.end(),
+                            [&](NodeHandle p) { return node(p)->visit != m_visit; });
             if (!alsoElsewhere)  // an instance lives on under its other parents
                 stack.push_back(child->self);
         }
     }
 }
 
-void Scene::deleteNodes(const std::vector<NodeHandle>& nodes)
-{
+void Scene::deleteNodes(const std::vector<NodeHandle>& nodes) {
     std::vector<NodeHandle> doomed;
     nextVisit();
     for (NodeHandle handle : nodes)
@@ -158,31 +160,31 @@ void Scene::deleteNodes(const std::vector<NodeHandle>& nodes)
     modified = modified || !doomed.empty();
 }
 
-// Numbers that nodes outside the walk `stamp` get from this one stay as they are: taken before any of its inputs goes.
-void Scene::leaveValues(NodeHandle handle, std::uint64_t stamp)
-{
+// Numbers that nodes outside the walk `stamp` get from this one stay as they are: taken before any
+// of its inputs goes.
+void Scene::leaveValues(NodeHandle handle, std::uint64_t stamp) {
     if (!isValid(handle) || node(handle)->linkedInputs == 0)
         return;
     for (const Connection& c : outgoing(handle)) {
         const Node* fed = node(c.target.node);
-        if (fed && fed->visit != stamp && (isNumeric(info(c.target).type) || info(c.target).children.size() == 3))
+        if (fed && fed->visit != stamp &&
+            (isNumeric(info(c.target).type) || info(c.target).children.size() == 3))
             unlink(c.source, c.target, true);
     }
 }
 
-void Scene::detachFromParents(Node& self)
-{
+void Scene::detachFromParents(Node& self) {
     for (NodeHandle parent : self.parents) {
         Node* above = node(parent);
         if (above)
-            above->children.erase(std::remove(above->children.begin(), above->children.end(), self.self),
-                                  above->children.end());
+            above->children.erase(
+                std::remove(above->children.begin(), above->children.end(), self.self),
+                above->children.end());
     }
     self.parents.clear();
 }
 
-void Scene::removeOne(NodeHandle handle)
-{
+void Scene::removeOne(NodeHandle handle) {
     Node* doomed = node(handle);
     if (!doomed)
         return;
@@ -205,8 +207,7 @@ void Scene::removeOne(NodeHandle handle)
     --m_alive;
 }
 
-std::string Scene::rename(NodeHandle handle, std::string_view wantedName)
-{
+std::string Scene::rename(NodeHandle handle, std::string_view wantedName) {
     Node* self = node(handle);
     const std::string legal = Names::legal(wantedName);
     if (!self || legal.empty())
@@ -224,12 +225,12 @@ std::string Scene::rename(NodeHandle handle, std::string_view wantedName)
     return name;
 }
 
-std::vector<NodeHandle> Scene::allNodes() const
-{
+std::vector<NodeHandle> Scene::allNodes() const {
     std::vector<const Node*> nodes;
     nodes.reserve(m_alive);
     forEachNode([&](const Node& n) { nodes.push_back(&n); });
-    std::sort(nodes.begin(), nodes.end(), [](const Node* a, const Node* b) { return a->created < b->created; });
+    std::sort(nodes.begin(), nodes.end(),
+              [](const Node* a, const Node* b) { return a->created < b->created; });
     std::vector<NodeHandle> out;
     out.reserve(nodes.size());
     for (const Node* n : nodes)
@@ -237,34 +238,31 @@ std::vector<NodeHandle> Scene::allNodes() const
     return out;
 }
 
-bool Scene::hasFn(NodeHandle handle, int fn) const
-{
+bool Scene::hasFn(NodeHandle handle, int fn) const {
     const Node* n = node(handle);
     return n && n->type->hasFn(fn);
 }
 
-bool Scene::isType(NodeHandle handle, std::string_view typeName) const
-{
+bool Scene::isType(NodeHandle handle, std::string_view typeName) const {
     const Node* n = node(handle);
-    return n && (n->type->derivesFrom(typeName) || (!n->unknownType.empty() && n->unknownType == typeName));
+    return n && (n->type->derivesFrom(typeName) ||
+                 (!n->unknownType.empty() && n->unknownType == typeName));
 }
 
-std::string Scene::typeName(NodeHandle handle) const
-{
+std::string Scene::typeName(NodeHandle handle) const {
     const Node* n = node(handle);
     if (!n)
         return {};
     return n->unknownType.empty() ? n->type->name : n->unknownType;
 }
 
-void Scene::addListener(SceneListener* listener)
-{
+void Scene::addListener(SceneListener* listener) {
     m_listeners.push_back(listener);
 }
 
-void Scene::removeListener(SceneListener* listener)
-{
-    m_listeners.erase(std::remove(m_listeners.begin(), m_listeners.end(), listener), m_listeners.end());
+void Scene::removeListener(SceneListener* listener) {
+    m_listeners.erase(std::remove(m_listeners.begin(), m_listeners.end(), listener),
+                      m_listeners.end());
 }
 
 }  // namespace torvel

@@ -19,9 +19,8 @@ struct WriterDeclaration;
 struct WriterTable;
 
 /// Told after each change. All members do nothing by default.
-class SceneListener
-{
-public:
+class SceneListener {
+  public:
     virtual ~SceneListener() = default;
     virtual void nodeCreated(NodeHandle) {}
     virtual void nodeDeleted(NodeHandle) {}  ///< just before it goes
@@ -33,12 +32,12 @@ public:
     virtual void sceneCleared() {}
 };
 
-/// The dependency graph with its DAG, names, selection and time: the one place where a scene changes.
-/// Every edit goes through a member of this class, keeps dirty states right and tells the listeners.
-/// Values in internal units (radians, centimetres, seconds*6000 ticks never: time in frames).
-class Scene
-{
-public:
+/// The dependency graph with its DAG, names, selection and time: the one place where a scene
+/// changes. Every edit goes through a member of this class, keeps dirty states right and tells the
+/// listeners. Values in internal units (radians, centimetres, seconds*6000 ticks never: time in
+/// frames).
+class Scene {
+  public:
     explicit Scene(const TypeRegistry& types, Log& log);
     ~Scene();
     Scene(const Scene&) = delete;
@@ -53,26 +52,30 @@ public:
 
     /// Back to the state after construction: world and default nodes only.
     void clear();
-    /// Empties this scene and makes it follow another one: handles of that scene never become valid here.
+    /// Empties this scene and makes it follow another one: handles of that scene never become valid
+    /// here.
     void succeed(const Scene& former);
-    /// Exchanges everything but the listeners with a scene over the same types. Selections end; the listeners of this
-    /// scene are told sceneCleared. The other one is good for deletion only.
+    /// Exchanges everything but the listeners with a scene over the same types. Selections end; the
+    /// listeners of this scene are told sceneCleared. The other one is good for deletion only.
     void takeContents(Scene& other);
 
-    // --- nodes -----------------------------------------------------------------------------------------------
+    // --- nodes
+    // -----------------------------------------------------------------------------------------------
     /// Null for a null, stale or foreign handle.
-    Node* node(NodeHandle handle)
-    {
-        const bool alive = handle.index < m_generations.size() && m_generations[handle.index] == handle.generation;
+    Node* node(NodeHandle handle) {
+        const bool alive =
+            handle.index < m_generations.size() && m_generations[handle.index] == handle.generation;
         return alive ? m_nodes[handle.index].get() : nullptr;
     }
     const Node* node(NodeHandle handle) const { return const_cast<Scene*>(this)->node(handle); }
     bool isValid(NodeHandle handle) const { return node(handle) != nullptr; }
     NodeHandle world() const { return m_world; }
-    /// Makes a node of a known, not abstract type. `wantedName` is made legal and unique; empty: type + number
-    /// (shapes: parent's name + "Shape"). DAG nodes go under `parent` (null: the world), last among its children.
-    /// A shape with no parent is refused here (the commands make its transform). Selects nothing.
-    Status createNode(std::string_view typeName, std::string_view wantedName, NodeHandle parent, NodeHandle& made);
+    /// Makes a node of a known, not abstract type. `wantedName` is made legal and unique; empty:
+    /// type + number (shapes: parent's name + "Shape"). DAG nodes go under `parent` (null: the
+    /// world), last among its children. A shape with no parent is refused here (the commands make
+    /// its transform). Selects nothing.
+    Status createNode(std::string_view typeName, std::string_view wantedName, NodeHandle parent,
+                      NodeHandle& made);
     /// Deletes exactly these nodes and everything below them in the DAG, with their connections.
     void deleteNodes(const std::vector<NodeHandle>& nodes);
     /// Gives a node a name made legal and unique; returns the name given.
@@ -81,45 +84,51 @@ public:
     /// All nodes by creation; the world first.
     std::vector<NodeHandle> allNodes() const;
     template <class F>
-    void forEachNode(F&& f) const
-    {
+    void forEachNode(F&& f) const {
         for (const auto& n : m_nodes)
             if (n)
                 f(*n);
     }
     bool hasFn(NodeHandle handle, int fn) const;
     bool isType(NodeHandle handle, std::string_view typeName) const;  ///< derived types included
-    std::string typeName(NodeHandle handle) const;                    ///< real name, of unknown nodes too
+    std::string typeName(NodeHandle handle) const;  ///< real name, of unknown nodes too
 
-    // --- DAG -------------------------------------------------------------------------------------------------
-    /// Moves `child` (all its paths collapse to this one parent) last under `newParent`, local values kept. The name is made unique.
-    /// Refuses cycles, the world, shapes under non-transforms.
+    // --- DAG
+    // -------------------------------------------------------------------------------------------------
+    /// Moves `child` (all its paths collapse to this one parent) last under `newParent`, local
+    /// values kept. The name is made unique. Refuses cycles, the world, shapes under
+    /// non-transforms.
     Status reparent(NodeHandle child, NodeHandle newParent);
-    Status addParent(NodeHandle child, NodeHandle newParent);      ///< instance
+    Status addParent(NodeHandle child, NodeHandle newParent);  ///< instance
     Status removeParent(NodeHandle child, NodeHandle oldParent);
-    bool isAncestor(NodeHandle ancestor, NodeHandle node) const;   ///< itself included
+    bool isAncestor(NodeHandle ancestor, NodeHandle node) const;  ///< itself included
     int instanceCount(NodeHandle node) const;
-    /// Nodes from just below the world down to `node` along instance number `instance`; empty when not DAG.
+    /// Nodes from just below the world down to `node` along instance number `instance`; empty when
+    /// not DAG.
     std::vector<NodeHandle> path(NodeHandle node, int instance = 0) const;
     int instanceNumber(const std::vector<NodeHandle>& path) const;
 
-    // --- attributes ------------------------------------------------------------------------------------------
+    // --- attributes
+    // ------------------------------------------------------------------------------------------
     /// Adds an attribute to one node. Refused when the name is taken or illegal.
     Status addAttribute(NodeHandle handle, const AttrInfo& info, AttrIndex parent, AttrIndex& made);
     /// Opaque attribute path for something a file names and the host does not know.
     Plug opaquePlug(NodeHandle handle, std::string_view attrPath);
     void deleteAttribute(NodeHandle handle, AttrIndex attr);
     const AttrInfo& info(const Plug& plug) const;
-    /// Resolves "translateX", "matrix[3]", "input[0].inputGeometry", "t.tx"; null plug when it does not exist. An element need not exist
-    /// yet. An array named on the way without an index means its element 0.
+    /// Resolves "translateX", "matrix[3]", "input[0].inputGeometry", "t.tx"; null plug when it does
+    /// not exist. An element need not exist yet. An array named on the way without an index means
+    /// its element 0.
     Plug findPlug(NodeHandle handle, std::string_view attrPath) const;
     /// "node.attr[3].child" with long (or short) names and the node's shortest unique path.
     std::string plugName(const Plug& plug, bool longNames = true) const;
     std::string attrPath(const Plug& plug, bool longNames) const;  ///< without the node
-    Plug child(const Plug& plug, int number) const;     ///< of a compound
-    Plug parentPlug(const Plug& plug) const;            ///< compound above, or the array of an element; null at the root
+    Plug child(const Plug& plug, int number) const;                ///< of a compound
+    Plug parentPlug(
+        const Plug& plug) const;  ///< compound above, or the array of an element; null at the root
     Plug element(const Plug& arrayPlug, std::int32_t logical) const;
-    bool isElement(const Plug& plug) const;             ///< a plug that names one element of an array attribute
+    bool isElement(
+        const Plug& plug) const;  ///< a plug that names one element of an array attribute
     bool isArrayPlug(const Plug& plug) const;           ///< the array itself
     std::int32_t logicalIndex(const Plug& plug) const;  ///< of an element; -1 otherwise
     std::size_t elementCount(const Plug& arrayPlug) const;
@@ -128,7 +137,8 @@ public:
     void removeElement(const Plug& elementPlug);
     std::int32_t nextAvailable(const Plug& arrayPlug) const;  ///< one past the highest used
 
-    // --- values ----------------------------------------------------------------------------------------------
+    // --- values
+    // ----------------------------------------------------------------------------------------------
     // Getters evaluate what feeds the plug. A plug of another kind gives 0 / null / identity.
     double number(const Plug& plug) const;
     V3d vec3(const Plug& compound) const;
@@ -136,29 +146,30 @@ public:
     PayloadPtr data(const Plug& plug) const;
     std::string text(const Plug& plug) const;
     template <class T>
-    std::shared_ptr<const T> dataAs(const Plug& plug) const
-    {
+    std::shared_ptr<const T> dataAs(const Plug& plug) const {
         return std::dynamic_pointer_cast<const T>(data(plug));
     }
-    // Setters write the stored value whatever locks or connections say (commands check with `isSettable`).
+    // Setters write the stored value whatever locks or connections say (commands check with
+    // `isSettable`).
     void setNumber(const Plug& plug, double value);
     void setVec3(const Plug& compound, const V3d& value);
     void setMatrix(const Plug& plug, const M44d& value);
     void setData(const Plug& plug, PayloadPtr value);
     void setText(const Plug& plug, std::string value);
-    /// Direct access to a bulk array for reading and for changes in place; `change` clones it only when shared.
+    /// Direct access to a bulk array for reading and for changes in place; `change` clones it only
+    /// when shared.
     const BulkArray* bulk(const Plug& arrayPlug) const;
     void changeBulk(const Plug& arrayPlug, const std::function<void(BulkArray&)>& change);
     /// The stored value, without evaluating or following connections.
     double storedNumber(const Plug& plug) const;
     PayloadPtr storedData(const Plug& plug) const;
-    /// What the plug would show without its writer: the value of its source, or the number last set by hand. Sources are
-    /// not evaluated. The stored number of a plug that nobody writes.
+    /// What the plug would show without its writer: the value of its source, or the number last set
+    /// by hand. Sources are not evaluated. The stored number of a plug that nobody writes.
     double ownNumber(const Plug& plug) const;
 
     const Slot* peekSlot(const Plug& plug) const;  ///< null while untouched or missing
-    Slot* slotFor(const Plug& plug);               ///< makes elements on the way; null for a bulk or dead plug
-    bool isLocked(const Plug& plug) const;         ///< itself or a compound above
+    Slot* slotFor(const Plug& plug);  ///< makes elements on the way; null for a bulk or dead plug
+    bool isLocked(const Plug& plug) const;  ///< itself or a compound above
     void setLocked(const Plug& plug, bool on);
     bool isKeyable(const Plug& plug) const;
     void setKeyable(const Plug& plug, bool on);
@@ -167,11 +178,14 @@ public:
     /// No lock and no connection on it, on a compound above or on a child.
     bool isSettable(const Plug& plug) const;
 
-    // --- connections -----------------------------------------------------------------------------------------
-    /// Makes one connection; the target must be free. Inserts no conversion nodes. As a source, worldMatrix and its
-    /// kin named without an index mean element 0 (here, in disconnect and in isConnected).
+    // --- connections
+    // -----------------------------------------------------------------------------------------
+    /// Makes one connection; the target must be free. Inserts no conversion nodes. As a source,
+    /// worldMatrix and its kin named without an index mean element 0 (here, in disconnect and in
+    /// isConnected).
     Status connect(const Plug& source, const Plug& target);
-    /// What connect refuses about the two plugs themselves: missing, not readable, not writable, of unlike types.
+    /// What connect refuses about the two plugs themselves: missing, not readable, not writable, of
+    /// unlike types.
     Status checkConnection(const Plug& source, const Plug& target) const;
     Status disconnect(const Plug& source, const Plug& target);
     /// The plug that feeds exactly this one; null when none.
@@ -180,8 +194,7 @@ public:
     Plug effectiveSource(const Plug& target) const;
     const std::vector<Plug>& targets(const Plug& source) const;
     bool isConnected(const Plug& source, const Plug& target) const;
-    struct Connection
-    {
+    struct Connection {
         Plug source, target;
         std::uint64_t order;
     };
@@ -190,7 +203,8 @@ public:
     std::vector<Connection> outgoing(NodeHandle handle) const;
     std::vector<Connection> allConnections() const;
 
-    // --- evaluation ------------------------------------------------------------------------------------------
+    // --- evaluation
+    // ------------------------------------------------------------------------------------------
     void setDirty(const Plug& plug);
     /// Brings the plug up to date (iteratively; depth of the graph does not matter).
     void evaluate(const Plug& plug) const;
@@ -200,27 +214,28 @@ public:
     /// Ascends with every change of connections, hierarchy or attributes.
     std::uint64_t structure() const { return m_structure; }
 
-    // --- time, files -----------------------------------------------------------------------------------------
+    // --- time, files
+    // -----------------------------------------------------------------------------------------
     NodeHandle timeNode() const { return m_time; }
-    std::string fileName;                     ///< full path; empty for an untitled scene
+    std::string fileName;  ///< full path; empty for an untitled scene
     bool modified = false;
-    std::vector<std::string> requiresText;    ///< kept statements, in order
+    std::vector<std::string> requiresText;  ///< kept statements, in order
     std::vector<std::string> fileInfoText;
     std::vector<std::string> referenceText;
     std::string unitsText;
-    std::vector<std::string> trailingText;    ///< relationship and other statements to write after connections
+    std::vector<std::string>
+        trailingText;  ///< relationship and other statements to write after connections
 
     void addListener(SceneListener* listener);
     void removeListener(SceneListener* listener);
     template <class F>
-    void tell(F&& f) const
-    {
+    void tell(F&& f) const {
         const std::vector<SceneListener*> listeners = m_listeners;
         for (SceneListener* l : listeners)
             f(*l);
     }
 
-private:
+  private:
     friend class Evaluation;
     friend class Evaluator;
     NodeHandle add(std::unique_ptr<Node> node);

@@ -10,15 +10,13 @@ namespace {
 const AttrInfo kNoInfo;
 
 // One step of an attribute path: "inputTarget[0]".
-struct Step
-{
+struct Step {
     std::string_view name;
     std::int32_t index = -1;
     bool good = false;
 };
 
-Step nextStep(std::string_view& rest)
-{
+Step nextStep(std::string_view& rest) {
     Step step;
     const std::size_t end = rest.find_first_of(".[");
     step.name = rest.substr(0, end);
@@ -29,7 +27,8 @@ Step nextStep(std::string_view& rest)
             return step;
         const std::string_view number = rest.substr(1, close - 1);
         const auto r = std::from_chars(number.data(), number.data() + number.size(), step.index);
-        if (number != "*" && (r.ec != std::errc() || r.ptr != number.data() + number.size() || step.index < 0))
+        if (number != "*" &&
+            (r.ec != std::errc() || r.ptr != number.data() + number.size() || step.index < 0))
             return step;
         rest = rest.substr(close + 1);
     }
@@ -43,16 +42,14 @@ Step nextStep(std::string_view& rest)
 }
 
 // Copies an outer plug's indices to an attribute below it.
-Plug below(const Plug& plug, AttrIndex attr)
-{
+Plug below(const Plug& plug, AttrIndex attr) {
     Plug out = plug;
     out.attr = attr;
     return out;
 }
 
 // Makes room for one more attribute in the elements that an array has already.
-void growElements(Node& node, AttrIndex parent)
-{
+void growElements(Node& node, AttrIndex parent) {
     const AttrIndex owner = parent == kNoAttr ? kNoAttr : node.attr(parent).arrayOwner;
     if (owner == kNoAttr)
         return;
@@ -70,14 +67,13 @@ void growElements(Node& node, AttrIndex parent)
 
 }  // namespace
 
-const AttrInfo& Scene::info(const Plug& plug) const
-{
+const AttrInfo& Scene::info(const Plug& plug) const {
     const Node* n = node(plug.node);
     return n && plug.attr < n->attrCount() ? n->attr(plug.attr) : kNoInfo;
 }
 
-Status Scene::addAttribute(NodeHandle handle, const AttrInfo& wanted, AttrIndex parent, AttrIndex& made)
-{
+Status Scene::addAttribute(NodeHandle handle, const AttrInfo& wanted, AttrIndex parent,
+                           AttrIndex& made) {
     made = kNoAttr;
     Node* n = node(handle);
     if (!n)
@@ -89,18 +85,21 @@ Status Scene::addAttribute(NodeHandle handle, const AttrInfo& wanted, AttrIndex 
         return Status::failure("addAttr: '" + info.longName + "' is no legal attribute name");
     for (const std::string& name : {info.longName, info.shortName})
         if (const AttrIndex old = n->findAttr(name); old != kNoAttr && !n->attr(old).is(kOpaque))
-            return Status::failure("addAttr: '" + n->name + "' has an attribute named '" + name + "' already");
+            return Status::failure("addAttr: '" + n->name + "' has an attribute named '" + name +
+                                   "' already");
     if (!n->dynamic) {
         n->dynamic = std::make_unique<AttrTable>();
         n->dynamic->slotCount = n->type->slotCount;
     }
     const AttrIndex first = static_cast<AttrIndex>(n->type->attrs.size());
     if (parent != kNoAttr && parent < first)
-        return Status::failure("addAttr: the parent of '" + info.longName + "' is no dynamic attribute");
+        return Status::failure("addAttr: the parent of '" + info.longName +
+                               "' is no dynamic attribute");
     info.flags |= kDynamic;
     growElements(*n, parent);
     ++m_structure;
-    made = layOutAttribute(n->dynamic->attrs, n->dynamic->slotCount, std::move(info), parent, first);
+    made =
+        layOutAttribute(n->dynamic->attrs, n->dynamic->slotCount, std::move(info), parent, first);
     const AttrInfo& stored = n->attr(made);
     n->dynamic->byName[stored.longName] = made;
     n->dynamic->byName[stored.shortName] = made;
@@ -109,8 +108,7 @@ Status Scene::addAttribute(NodeHandle handle, const AttrInfo& wanted, AttrIndex 
 }
 
 // Opaque attributes take indices as the file writes them: an array wherever the text has brackets.
-Plug Scene::opaquePlug(NodeHandle handle, std::string_view attrPath)
-{
+Plug Scene::opaquePlug(NodeHandle handle, std::string_view attrPath) {
     Plug plug(handle, kNoAttr);
     AttrIndex parent = kNoAttr;
     int depth = 0;
@@ -141,7 +139,8 @@ Plug Scene::opaquePlug(NodeHandle handle, std::string_view attrPath)
                 return {};  // the host knows the compound but not this child
             growElements(*n, parent);
             ++m_structure;
-            found = layOutAttribute(n->dynamic->attrs, n->dynamic->slotCount, std::move(info), parent, first);
+            found = layOutAttribute(n->dynamic->attrs, n->dynamic->slotCount, std::move(info),
+                                    parent, first);
             if (parent == kNoAttr)
                 n->dynamic->byName.emplace(std::string(step.name), found);
         }
@@ -159,8 +158,7 @@ Plug Scene::opaquePlug(NodeHandle handle, std::string_view attrPath)
     return plug.attr == kNoAttr ? Plug() : plug;
 }
 
-void Scene::deleteAttribute(NodeHandle handle, AttrIndex attr)
-{
+void Scene::deleteAttribute(NodeHandle handle, AttrIndex attr) {
     Node* n = node(handle);
     if (!n || !n->dynamic || attr < n->type->attrs.size() || attr >= n->attrCount())
         return;
@@ -187,16 +185,17 @@ void Scene::deleteAttribute(NodeHandle handle, AttrIndex attr)
     modified = true;
 }
 
-Plug Scene::findPlug(NodeHandle handle, std::string_view attrPath) const
-{
+Plug Scene::findPlug(NodeHandle handle, std::string_view attrPath) const {
     const Node* n = node(handle);
     Plug plug(handle, kNoAttr);
     if (!n)
         return {};
     if (attrPath.find_first_of(".[") == std::string_view::npos) {  // the hot case
         plug.attr = n->findAttr(attrPath);
-        return plug.attr == kNoAttr || n->attr(plug.attr).arrayDepth > (n->attr(plug.attr).isArray() ? 1 : 0) ? Plug()
-                                                                                                     : plug;
+        return plug.attr == kNoAttr ||
+                       n->attr(plug.attr).arrayDepth > (n->attr(plug.attr).isArray() ? 1 : 0)
+                   ? Plug()
+                   : plug;
     }
     while (!attrPath.empty()) {
         const Step step = nextStep(attrPath);
@@ -230,12 +229,12 @@ Plug Scene::findPlug(NodeHandle handle, std::string_view attrPath) const
     return plug;
 }
 
-std::string Scene::attrPath(const Plug& plug, bool longNames) const
-{
+std::string Scene::attrPath(const Plug& plug, bool longNames) const {
     const Node* n = node(plug.node);
     if (!n || plug.attr >= n->attrCount())
         return {};
-    // Children made for double3 and its like stand for themselves ("translateX"); so do children of plain compounds.
+    // Children made for double3 and its like stand for themselves ("translateX"); so do children of
+    // plain compounds.
     std::string text;
     for (AttrIndex a = plug.attr; a != kNoAttr; a = n->attr(a).parent) {
         const AttrInfo& info = n->attr(a);
@@ -249,21 +248,19 @@ std::string Scene::attrPath(const Plug& plug, bool longNames) const
     return text;
 }
 
-std::string Scene::plugName(const Plug& plug, bool longNames) const
-{
-    return isValid(plug.node) ? m_names.shortest(plug.node) + "." + attrPath(plug, longNames) : std::string();
+std::string Scene::plugName(const Plug& plug, bool longNames) const {
+    return isValid(plug.node) ? m_names.shortest(plug.node) + "." + attrPath(plug, longNames)
+                              : std::string();
 }
 
-Plug Scene::child(const Plug& plug, int number) const
-{
+Plug Scene::child(const Plug& plug, int number) const {
     const AttrInfo& compound = info(plug);
     if (number < 0 || static_cast<std::size_t>(number) >= compound.children.size())
         return {};
     return below(plug, compound.children[static_cast<std::size_t>(number)]);
 }
 
-Plug Scene::parentPlug(const Plug& plug) const
-{
+Plug Scene::parentPlug(const Plug& plug) const {
     const AttrInfo& self = info(plug);
     if (isElement(plug)) {
         Plug array = plug;
@@ -273,8 +270,7 @@ Plug Scene::parentPlug(const Plug& plug) const
     return self.parent == kNoAttr ? Plug() : below(plug, self.parent);
 }
 
-Plug Scene::element(const Plug& arrayPlug, std::int32_t logical) const
-{
+Plug Scene::element(const Plug& arrayPlug, std::int32_t logical) const {
     const AttrInfo& array = info(arrayPlug);
     if (!array.isArray() || logical < 0)
         return {};
@@ -283,41 +279,37 @@ Plug Scene::element(const Plug& arrayPlug, std::int32_t logical) const
     return out;
 }
 
-bool Scene::isElement(const Plug& plug) const
-{
+bool Scene::isElement(const Plug& plug) const {
     const AttrInfo& self = info(plug);
     return self.isArray() && plug.index[self.arrayDepth - 1] >= 0;
 }
 
-bool Scene::isArrayPlug(const Plug& plug) const
-{
+bool Scene::isArrayPlug(const Plug& plug) const {
     const AttrInfo& self = info(plug);
     return self.isArray() && plug.index[self.arrayDepth - 1] < 0;
 }
 
-std::int32_t Scene::logicalIndex(const Plug& plug) const
-{
+std::int32_t Scene::logicalIndex(const Plug& plug) const {
     const AttrInfo& self = info(plug);
     return self.isArray() ? plug.index[self.arrayDepth - 1] : -1;
 }
 
 namespace {
 
-const BulkArray* bulkOf(const Slot* slot)
-{
+const BulkArray* bulkOf(const Slot* slot) {
     return slot ? dynamic_cast<const BulkArray*>(slot->data.get()) : nullptr;
 }
 
 }  // namespace
 
-std::size_t Scene::elementCount(const Plug& arrayPlug) const
-{
+std::size_t Scene::elementCount(const Plug& arrayPlug) const {
     const AttrInfo& array = info(arrayPlug);
     if (array.bulkOwner != kNoAttr) {
         const BulkArray* values = bulk(arrayPlug);
         if (!values)
             return 0;
-        return arrayPlug.attr == array.bulkOwner ? values->size() : values->innerSize(arrayPlug.index[0]);
+        return arrayPlug.attr == array.bulkOwner ? values->size()
+                                                 : values->innerSize(arrayPlug.index[0]);
     }
     if (array.is(kPerInstance))
         return static_cast<std::size_t>(instanceCount(arrayPlug.node));
@@ -325,8 +317,7 @@ std::size_t Scene::elementCount(const Plug& arrayPlug) const
     return slot && slot->array ? slot->array->logical.size() : 0;
 }
 
-Plug Scene::elementAt(const Plug& arrayPlug, std::size_t physical) const
-{
+Plug Scene::elementAt(const Plug& arrayPlug, std::size_t physical) const {
     const AttrInfo& array = info(arrayPlug);
     if (array.bulkOwner != kNoAttr) {
         const BulkArray* values = bulk(arrayPlug);
@@ -340,14 +331,15 @@ Plug Scene::elementAt(const Plug& arrayPlug, std::size_t physical) const
     if (!array.isArray())
         return {};
     if (!slot || !slot->array || physical >= slot->array->logical.size())
-        return physical < elementCount(arrayPlug) ? element(arrayPlug, static_cast<std::int32_t>(physical)) : Plug();
+        return physical < elementCount(arrayPlug)
+                   ? element(arrayPlug, static_cast<std::int32_t>(physical))
+                   : Plug();
     Plug out = arrayPlug;
     out.index[array.arrayDepth - 1] = slot->array->logical[physical];
     return out;
 }
 
-std::vector<std::int32_t> Scene::elementIndices(const Plug& arrayPlug) const
-{
+std::vector<std::int32_t> Scene::elementIndices(const Plug& arrayPlug) const {
     std::vector<std::int32_t> out(elementCount(arrayPlug));
     for (std::size_t i = 0; i < out.size(); ++i)
         out[i] = logicalIndex(elementAt(arrayPlug, i));
@@ -357,12 +349,10 @@ std::vector<std::int32_t> Scene::elementIndices(const Plug& arrayPlug) const
 namespace {
 
 // The links of an element and of all below it, in slot order.
-struct ElementLinks
-{
+struct ElementLinks {
     std::vector<std::pair<Plug, Plug>> in, out;  // source, target
 
-    void collect(Node& owner, const Plug& element, Slot* block)
-    {
+    void collect(Node& owner, const Plug& element, Slot* block) {
         walkElement(owner, element, block, [this](const Plug& plug, Slot& slot) {
             if (!slot.links)
                 return;
@@ -376,21 +366,22 @@ struct ElementLinks
 
 }  // namespace
 
-void Scene::removeElement(const Plug& elementPlug)
-{
+void Scene::removeElement(const Plug& elementPlug) {
     Plug array = parentPlug(elementPlug);
     Slot* slot = isElement(elementPlug) && peekSlot(array) ? slotFor(array) : nullptr;
     const int at = slot && slot->array ? slot->array->find(logicalIndex(elementPlug)) : -1;
     if (at < 0)
         return;
     ElementLinks links;
-    links.collect(*node(array.node), elementPlug, slot->array->elements[static_cast<std::size_t>(at)].get());
+    links.collect(*node(array.node), elementPlug,
+                  slot->array->elements[static_cast<std::size_t>(at)].get());
     for (const auto& [source, target] : links.in)
         unlink(source, target, false);
     for (const auto& [source, target] : links.out)
         unlink(source, target, true);
     ++m_structure;
-    const int again = slot->array->find(logicalIndex(elementPlug));  // unlinking may have taken it already
+    const int again =
+        slot->array->find(logicalIndex(elementPlug));  // unlinking may have taken it already
     if (again >= 0) {
         slot->array->logical.erase(slot->array->logical.begin() + again);
         slot->array->elements.erase(slot->array->elements.begin() + again);
@@ -398,32 +389,31 @@ void Scene::removeElement(const Plug& elementPlug)
     changed(array);
 }
 
-std::int32_t Scene::nextAvailable(const Plug& arrayPlug) const
-{
+std::int32_t Scene::nextAvailable(const Plug& arrayPlug) const {
     const std::size_t count = elementCount(arrayPlug);
     return count == 0 ? 0 : logicalIndex(elementAt(arrayPlug, count - 1)) + 1;
 }
 
-// --- slots ---------------------------------------------------------------------------------------------------
+// --- slots
+// ---------------------------------------------------------------------------------------------------
 
 namespace {
 
 Slot* elementBlock(Scene& scene, Node& n, const Plug& plug, AttrIndex array, bool make);
 
 // Slot of the array or of a plain attribute `attr` at the plug's outer indices.
-Slot* slotAt(Scene& scene, Node& n, const Plug& plug, AttrIndex attr, bool make)
-{
+Slot* slotAt(Scene& scene, Node& n, const Plug& plug, AttrIndex attr, bool make) {
     const AttrInfo& info = n.attr(attr);
-    const AttrIndex outer = info.isArray() ? (info.parent == kNoAttr ? kNoAttr : n.attr(info.parent).arrayOwner)
-                                           : info.arrayOwner;
+    const AttrIndex outer =
+        info.isArray() ? (info.parent == kNoAttr ? kNoAttr : n.attr(info.parent).arrayOwner)
+                       : info.arrayOwner;
     if (outer == kNoAttr)
         return make ? &n.slot(attr) : const_cast<Slot*>(n.peek(attr));
     Slot* block = elementBlock(scene, n, plug, outer, make);
     return block ? block + info.slot : nullptr;
 }
 
-Slot* elementBlock(Scene& scene, Node& n, const Plug& plug, AttrIndex array, bool make)
-{
+Slot* elementBlock(Scene& scene, Node& n, const Plug& plug, AttrIndex array, bool make) {
     Slot* slot = slotAt(scene, n, plug, array, make);
     const AttrInfo& info = n.attr(array);
     const std::int32_t logical = plug.index[info.arrayDepth - 1];
@@ -443,14 +433,14 @@ Slot* elementBlock(Scene& scene, Node& n, const Plug& plug, AttrIndex array, boo
     const auto place = std::lower_bound(store.logical.begin(), store.logical.end(), logical);
     const auto offset = place - store.logical.begin();
     store.logical.insert(place, logical);
-    store.elements.insert(store.elements.begin() + offset, std::make_unique<Slot[]>(info.elementSize));
+    store.elements.insert(store.elements.begin() + offset,
+                          std::make_unique<Slot[]>(info.elementSize));
     return store.elements[static_cast<std::size_t>(offset)].get();
 }
 
 }  // namespace
 
-Slot* Scene::slotFor(const Plug& plug)
-{
+Slot* Scene::slotFor(const Plug& plug) {
     Node* n = node(plug.node);
     if (!n || plug.attr >= n->attrCount())
         return nullptr;
@@ -462,8 +452,7 @@ Slot* Scene::slotFor(const Plug& plug)
     return slotAt(*this, *n, plug, plug.attr, true);
 }
 
-const Slot* Scene::peekSlot(const Plug& plug) const
-{
+const Slot* Scene::peekSlot(const Plug& plug) const {
     Scene& self = const_cast<Scene&>(*this);
     Node* n = self.node(plug.node);
     if (!n || plug.attr >= n->attrCount())
@@ -478,14 +467,12 @@ const Slot* Scene::peekSlot(const Plug& plug) const
     return slotAt(self, *n, plug, plug.attr, false);
 }
 
-const BulkArray* Scene::bulk(const Plug& plug) const
-{
+const BulkArray* Scene::bulk(const Plug& plug) const {
     const AttrInfo& attr = info(plug);
     return attr.bulkOwner == kNoAttr ? nullptr : bulkOf(peekSlot(Plug(plug.node, attr.bulkOwner)));
 }
 
-void Scene::changeBulk(const Plug& plug, const std::function<void(BulkArray&)>& change)
-{
+void Scene::changeBulk(const Plug& plug, const std::function<void(BulkArray&)>& change) {
     const Plug root(plug.node, info(plug).bulkOwner);
     Slot* slot = root.attr == kNoAttr ? nullptr : slotFor(root);
     const BulkArray* values = bulkOf(slot);

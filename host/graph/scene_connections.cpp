@@ -8,20 +8,17 @@
 namespace torvel {
 namespace {
 
-Links& linksOf(Slot& slot)
-{
+Links& linksOf(Slot& slot) {
     if (!slot.links)
         slot.links = std::make_unique<Links>();
     return *slot.links;
 }
 
-bool isGeometry(AttrType type)
-{
+bool isGeometry(AttrType type) {
     return type == AttrType::Mesh || type == AttrType::NurbsCurve || type == AttrType::NurbsSurface;
 }
 
-bool areCompatible(const Scene& scene, const Plug& source, const Plug& target)
-{
+bool areCompatible(const Scene& scene, const Plug& source, const Plug& target) {
     const AttrInfo& from = scene.info(source);
     const AttrInfo& to = scene.info(target);
     if (from.type == AttrType::Any || to.type == AttrType::Any || from.type == to.type)
@@ -41,47 +38,53 @@ bool areCompatible(const Scene& scene, const Plug& source, const Plug& target)
 }
 
 // A world matrix named without an index means that of the first path.
-Plug firstPath(const Scene& scene, const Plug& source)
-{
-    return scene.info(source).is(kPerInstance) && scene.isArrayPlug(source) ? scene.element(source, 0) : source;
+Plug firstPath(const Scene& scene, const Plug& source) {
+    return scene.info(source).is(kPerInstance) && scene.isArrayPlug(source)
+               ? scene.element(source, 0)
+               : source;
 }
 
 }  // namespace
 
-Status Scene::checkConnection(const Plug& source, const Plug& target) const
-{
+Status Scene::checkConnection(const Plug& source, const Plug& target) const {
     if (!node(source.node) || !node(target.node) || source.attr >= node(source.node)->attrCount() ||
         target.attr >= node(target.node)->attrCount())
         return Status::failure("connectAttr: one end of the connection does not exist");
     const auto pair = [&] { return "'" + plugName(source) + "' -> '" + plugName(target) + "'"; };
     if (info(target).is(kOutput))
-        return Status::failure("Connection not made: " + pair() + ".  Destination attribute must be writable.");
-    if (info(source).is(kNotReadable))
-        return Status::failure("Connection not made: " + pair() + ".  Source attribute must be readable.");
-    if (!areCompatible(*this, source, target))
         return Status::failure("Connection not made: " + pair() +
-                               ".  Data types of source and destination are not compatible.\nThe attribute '" +
-                               plugName(source) + "' cannot be connected to '" + plugName(target) + "'.");
+                               ".  Destination attribute must be writable.");
+    if (info(source).is(kNotReadable))
+        return Status::failure("Connection not made: " + pair() +
+                               ".  Source attribute must be readable.");
+    if (!areCompatible(*this, source, target))
+        return Status::failure(
+            "Connection not made: " + pair() +
+            ".  Data types of source and destination are not compatible.\nThe attribute '" +
+            plugName(source) + "' cannot be connected to '" + plugName(target) + "'.");
     return Status::ok();
 }
 
-Status Scene::connect(const Plug& given, const Plug& target)
-{
+Status Scene::connect(const Plug& given, const Plug& target) {
     const Plug source = firstPath(*this, given);
     if (const Status refused = checkConnection(source, target); !refused)
         return refused;
     const Plug old = this->source(target);
     if (!old.isNull())
-        return Status::failure("'" + plugName(target) + "' already has an incoming connection from '" +
-                               plugName(old) + "'.");
+        return Status::failure("'" + plugName(target) +
+                               "' already has an incoming connection from '" + plugName(old) +
+                               "'.");
     const auto pair = [&] { return "'" + plugName(source) + "' -> '" + plugName(target) + "'"; };
     if (Evaluator::resolve(*this, source) == target || source == target)
-        return Status::failure("Connection not made: " + pair() + ".  It would feed the attribute by itself.");
+        return Status::failure("Connection not made: " + pair() +
+                               ".  It would feed the attribute by itself.");
     Slot* to = slotFor(target);
     Slot* from = slotFor(source);
     if (!to || !from)
-        return Status::failure("Connection not made: " + pair() + ".  The attribute takes no connections.");
-    to = slotFor(target);  // making the source's element may have moved nothing, but both must be current
+        return Status::failure("Connection not made: " + pair() +
+                               ".  The attribute takes no connections.");
+    to = slotFor(
+        target);  // making the source's element may have moved nothing, but both must be current
     Links& incoming = linksOf(*to);
     incoming.source = source;
     incoming.order = ++m_connections;
@@ -101,24 +104,22 @@ Status Scene::connect(const Plug& given, const Plug& target)
     return Status::ok();
 }
 
-bool Scene::isConnected(const Plug& source, const Plug& target) const
-{
+bool Scene::isConnected(const Plug& source, const Plug& target) const {
     return this->source(target) == firstPath(*this, source) && !source.isNull();
 }
 
-Status Scene::disconnect(const Plug& given, const Plug& target)
-{
+Status Scene::disconnect(const Plug& given, const Plug& target) {
     const Plug source = firstPath(*this, given);
     if (this->source(target).isNull() || this->source(target) != source)
-        return Status::failure("There is no connection from '" + plugName(source) + "' to '" + plugName(target) +
-                               "' to disconnect");
+        return Status::failure("There is no connection from '" + plugName(source) + "' to '" +
+                               plugName(target) + "' to disconnect");
     unlink(source, target, true);
     return Status::ok();
 }
 
-// A number keeps its last value; everything else falls back to the value stored before the connection.
-void Scene::unlink(const Plug& source, const Plug& target, bool keepValue)
-{
+// A number keeps its last value; everything else falls back to the value stored before the
+// connection.
+void Scene::unlink(const Plug& source, const Plug& target, bool keepValue) {
     const bool isNumber = isNumeric(info(target).type);
     const double last = keepValue && isNumber && node(source.node) ? number(target) : 0.0;
     if (Node* fed = keepValue && isNumber ? node(target.node) : nullptr; fed && fed->writerLinks)
@@ -152,22 +153,19 @@ void Scene::unlink(const Plug& source, const Plug& target, bool keepValue)
     tell([&](SceneListener& l) { l.connectionChanged(source, target, false); });
 }
 
-void Scene::breakLinks(Node& self)
-{
+void Scene::breakLinks(Node& self) {
     for (const Connection& c : incoming(self.self))
         unlink(c.source, c.target, false);
     for (const Connection& c : outgoing(self.self))
         unlink(c.source, c.target, true);
 }
 
-Plug Scene::source(const Plug& target) const
-{
+Plug Scene::source(const Plug& target) const {
     const Slot* slot = peekSlot(target);
     return slot && slot->links ? slot->links->source : Plug();
 }
 
-Plug Scene::effectiveSource(const Plug& target) const
-{
+Plug Scene::effectiveSource(const Plug& target) const {
     const Plug direct = source(target);
     if (!direct.isNull())
         return direct;
@@ -182,15 +180,13 @@ Plug Scene::effectiveSource(const Plug& target) const
     return child(from, info(target).childNumber);
 }
 
-const std::vector<Plug>& Scene::targets(const Plug& source) const
-{
+const std::vector<Plug>& Scene::targets(const Plug& source) const {
     static const std::vector<Plug> kNone;
     const Slot* slot = peekSlot(source);
     return slot && slot->links ? slot->links->targets : kNone;
 }
 
-std::vector<Scene::Connection> Scene::incoming(NodeHandle handle) const
-{
+std::vector<Scene::Connection> Scene::incoming(NodeHandle handle) const {
     std::vector<Connection> out;
     Node* self = const_cast<Scene*>(this)->node(handle);
     if (!self || self->linkedInputs == 0)
@@ -199,12 +195,12 @@ std::vector<Scene::Connection> Scene::incoming(NodeHandle handle) const
         if (slot.links && !slot.links->source.isNull())
             out.push_back({slot.links->source, plug, slot.links->order});
     });
-    std::sort(out.begin(), out.end(), [](const Connection& a, const Connection& b) { return a.order < b.order; });
+    std::sort(out.begin(), out.end(),
+              [](const Connection& a, const Connection& b) { return a.order < b.order; });
     return out;
 }
 
-std::vector<Scene::Connection> Scene::outgoing(NodeHandle handle) const
-{
+std::vector<Scene::Connection> Scene::outgoing(NodeHandle handle) const {
     std::vector<Connection> out;
     const Node* self = node(handle);
     if (!self)
@@ -215,18 +211,19 @@ std::vector<Scene::Connection> Scene::outgoing(NodeHandle handle) const
             out.push_back({plug, target, to && to->links ? to->links->order : 0});
         }
     }
-    std::sort(out.begin(), out.end(), [](const Connection& a, const Connection& b) { return a.order < b.order; });
+    std::sort(out.begin(), out.end(),
+              [](const Connection& a, const Connection& b) { return a.order < b.order; });
     return out;
 }
 
-std::vector<Scene::Connection> Scene::allConnections() const
-{
+std::vector<Scene::Connection> Scene::allConnections() const {
     std::vector<Connection> out;
     for (NodeHandle handle : allNodes()) {
         const std::vector<Connection> own = incoming(handle);
         out.insert(out.end(), own.begin(), own.end());
     }
-    std::sort(out.begin(), out.end(), [](const Connection& a, const Connection& b) { return a.order < b.order; });
+    std::sort(out.begin(), out.end(),
+              [](const Connection& a, const Connection& b) { return a.order < b.order; });
     return out;
 }
 

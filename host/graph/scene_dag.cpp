@@ -5,8 +5,7 @@
 
 namespace torvel {
 
-bool Scene::isAncestor(NodeHandle ancestor, NodeHandle handle) const
-{
+bool Scene::isAncestor(NodeHandle ancestor, NodeHandle handle) const {
     std::vector<NodeHandle> stack{handle};
     while (!stack.empty()) {
         const NodeHandle at = stack.back();
@@ -19,8 +18,7 @@ bool Scene::isAncestor(NodeHandle ancestor, NodeHandle handle) const
     return false;
 }
 
-Status Scene::reparent(NodeHandle child, NodeHandle newParent)
-{
+Status Scene::reparent(NodeHandle child, NodeHandle newParent) {
     newParent = commonWorld(newParent);
     Node* self = node(child);
     Node* above = node(newParent);
@@ -44,8 +42,7 @@ Status Scene::reparent(NodeHandle child, NodeHandle newParent)
     return Status::ok();
 }
 
-Status Scene::addParent(NodeHandle child, NodeHandle newParent)
-{
+Status Scene::addParent(NodeHandle child, NodeHandle newParent) {
     Node* self = node(child);
     Node* above = node(newParent);
     if (!self || !above || !self->isDag() || !above->type->is(kTransformType))
@@ -64,14 +61,15 @@ Status Scene::addParent(NodeHandle child, NodeHandle newParent)
     return Status::ok();
 }
 
-Status Scene::removeParent(NodeHandle child, NodeHandle oldParent)
-{
+Status Scene::removeParent(NodeHandle child, NodeHandle oldParent) {
     Node* self = node(child);
     Node* above = node(oldParent);
     if (!self || !above || self->parents.size() < 2)
         return Status::failure("Only one of several parents can be taken away");
-    self->parents.erase(std::remove(self->parents.begin(), self->parents.end(), oldParent), self->parents.end());
-    above->children.erase(std::remove(above->children.begin(), above->children.end(), child), above->children.end());
+    self->parents.erase(std::remove(self->parents.begin(), self->parents.end(), oldParent),
+                        self->parents.end());
+    above->children.erase(std::remove(above->children.begin(), above->children.end(), child),
+                          above->children.end());
     m_writersStale = m_writersStale || !m_writers->writers.empty();
     ++m_structure;
     setDirty(Plug(child, self->findAttr("parentMatrix")));
@@ -79,8 +77,7 @@ Status Scene::removeParent(NodeHandle child, NodeHandle oldParent)
     return Status::ok();
 }
 
-int Scene::instanceCount(NodeHandle handle) const
-{
+int Scene::instanceCount(NodeHandle handle) const {
     const Node* n = node(handle);
     int count = 1;
     while (n && n->parents.size() == 1)  // the usual case, however deep
@@ -93,8 +90,7 @@ int Scene::instanceCount(NodeHandle handle) const
     return count;
 }
 
-std::vector<NodeHandle> Scene::path(NodeHandle handle, int instance) const
-{
+std::vector<NodeHandle> Scene::path(NodeHandle handle, int instance) const {
     std::vector<NodeHandle> steps;
     const Node* n = node(handle);
     if (!n || !n->isDag())
@@ -120,8 +116,7 @@ std::vector<NodeHandle> Scene::path(NodeHandle handle, int instance) const
     return steps;
 }
 
-int Scene::instanceNumber(const std::vector<NodeHandle>& steps) const
-{
+int Scene::instanceNumber(const std::vector<NodeHandle>& steps) const {
     if (steps.empty())
         return 0;
     const int count = instanceCount(steps.back());

@@ -5,14 +5,12 @@
 
 namespace torvel {
 
-void Scene::succeed(const Scene& former)
-{
+void Scene::succeed(const Scene& former) {
     m_generations = former.m_generations;
     clear();
 }
 
-void Scene::takeContents(Scene& other)
-{
+void Scene::takeContents(Scene& other) {
     m_selection.clear();
     m_selection.hilited.clear();
     m_nodes.swap(other.m_nodes);
@@ -22,7 +20,8 @@ void Scene::takeContents(Scene& other)
     std::swap(m_creations, other.m_creations);
     std::swap(m_connections, other.m_connections);
     std::swap(m_visit, other.m_visit);
-    m_structure = other.m_structure = std::max(m_structure, other.m_structure) + 1;  // no plan of either one holds
+    m_structure = other.m_structure =
+        std::max(m_structure, other.m_structure) + 1;  // no plan of either one holds
     std::swap(m_world, other.m_world);
     std::swap(m_time, other.m_time);
     fileName.swap(other.fileName);

@@ -8,21 +8,21 @@ namespace torvel {
 namespace {
 
 // What a reader of this type gets from a stored number.
-double asType(AttrType type, double value)
-{
+double asType(AttrType type, double value) {
     switch (type) {
-    case AttrType::Bool: return value != 0.0 ? 1.0 : 0.0;
-    case AttrType::Byte: case AttrType::Short: case AttrType::Long: case AttrType::Enum:
-        return value > 0 ? std::floor(value + 0.5) : std::ceil(value - 0.5);
-    case AttrType::Float: return static_cast<double>(static_cast<float>(value));
-    default: return value;
+        case AttrType::Bool: return value != 0.0 ? 1.0 : 0.0;
+        case AttrType::Byte:
+        case AttrType::Short:
+        case AttrType::Long:
+        case AttrType::Enum: return value > 0 ? std::floor(value + 0.5) : std::ceil(value - 0.5);
+        case AttrType::Float: return static_cast<double>(static_cast<float>(value));
+        default: return value;
     }
 }
 
 }  // namespace
 
-double Scene::storedNumber(const Plug& plug) const
-{
+double Scene::storedNumber(const Plug& plug) const {
     const Node* n = node(plug.node);
     if (!n || plug.attr >= n->attrCount())
         return 0.0;
@@ -35,47 +35,42 @@ double Scene::storedNumber(const Plug& plug) const
     return slot && (slot->state & kSet) ? slot->number : attr.defaultValue;
 }
 
-PayloadPtr Scene::storedData(const Plug& plug) const
-{
+PayloadPtr Scene::storedData(const Plug& plug) const {
     const Slot* slot = peekSlot(plug);
     return slot ? slot->data : nullptr;
 }
 
-double Scene::number(const Plug& plug) const
-{
+double Scene::number(const Plug& plug) const {
     evaluate(plug);
     const Plug from = Evaluator::resolve(*this, plug);
     return from == plug ? storedNumber(plug) : asType(info(plug).type, storedNumber(from));
 }
 
-V3d Scene::vec3(const Plug& compound) const
-{
+V3d Scene::vec3(const Plug& compound) const {
     return {number(child(compound, 0)), number(child(compound, 1)), number(child(compound, 2))};
 }
 
-PayloadPtr Scene::data(const Plug& plug) const
-{
+PayloadPtr Scene::data(const Plug& plug) const {
     evaluate(plug);
     return storedData(Evaluator::resolve(*this, plug));
 }
 
-M44d Scene::matrix(const Plug& plug) const
-{
+M44d Scene::matrix(const Plug& plug) const {
     const auto held = dataAs<MatrixData>(plug);
     return held ? held->matrix : M44d();
 }
 
-std::string Scene::text(const Plug& plug) const
-{
+std::string Scene::text(const Plug& plug) const {
     const auto held = dataAs<StringData>(plug);
     return held ? held->text : std::string();
 }
 
-void Scene::setNumber(const Plug& plug, double value)
-{
+void Scene::setNumber(const Plug& plug, double value) {
     const AttrInfo& attr = info(plug);
     if (attr.bulkOwner != kNoAttr) {
-        changeBulk(plug, [&](BulkArray& values) { values.setNumber(plug.index, attr.childNumber, value); });
+        changeBulk(plug, [&](BulkArray& values) {
+            values.setNumber(plug.index, attr.childNumber, value);
+        });
         return;
     }
     Slot* slot = slotFor(plug);
@@ -90,19 +85,16 @@ void Scene::setNumber(const Plug& plug, double value)
     tell([&](SceneListener& l) { l.valueChanged(plug); });
 }
 
-void Scene::setVec3(const Plug& compound, const V3d& value)
-{
+void Scene::setVec3(const Plug& compound, const V3d& value) {
     for (int i = 0; i < 3; ++i)
         setNumber(child(compound, i), value[i]);
 }
 
-void Scene::setMatrix(const Plug& plug, const M44d& value)
-{
+void Scene::setMatrix(const Plug& plug, const M44d& value) {
     setData(plug, std::make_shared<MatrixData>(value));
 }
 
-void Scene::setData(const Plug& plug, PayloadPtr value)
-{
+void Scene::setData(const Plug& plug, PayloadPtr value) {
     Slot* slot = slotFor(plug);
     if (!slot)
         return;
@@ -113,16 +105,14 @@ void Scene::setData(const Plug& plug, PayloadPtr value)
     tell([&](SceneListener& l) { l.valueChanged(plug); });
 }
 
-void Scene::setText(const Plug& plug, std::string value)
-{
+void Scene::setText(const Plug& plug, std::string value) {
     setData(plug, std::make_shared<StringData>(std::move(value)));
 }
 
 namespace {
 
 template <class F>
-bool anyBelow(const Scene& scene, const Plug& plug, F&& test)
-{
+bool anyBelow(const Scene& scene, const Plug& plug, F&& test) {
     if (test(plug))
         return true;
     if (scene.isArrayPlug(plug))
@@ -133,22 +123,19 @@ bool anyBelow(const Scene& scene, const Plug& plug, F&& test)
     return false;
 }
 
-bool hasState(const Scene& scene, const Plug& plug, std::uint32_t state)
-{
+bool hasState(const Scene& scene, const Plug& plug, std::uint32_t state) {
     const Slot* slot = scene.peekSlot(plug);
     return slot && (slot->state & state) != 0;
 }
 
-void setState(Slot* slot, std::uint32_t on, std::uint32_t off)
-{
+void setState(Slot* slot, std::uint32_t on, std::uint32_t off) {
     if (slot)
         slot->state = (slot->state | on) & ~off;
 }
 
 }  // namespace
 
-bool Scene::isLocked(const Plug& plug) const
-{
+bool Scene::isLocked(const Plug& plug) const {
     for (Plug at = plug; !at.isNull(); at = parentPlug(at))
         if (hasState(*this, at, kLocked))
             return true;
@@ -156,43 +143,41 @@ bool Scene::isLocked(const Plug& plug) const
     return n && n->locked;
 }
 
-void Scene::setLocked(const Plug& plug, bool on)
-{
+void Scene::setLocked(const Plug& plug, bool on) {
     setState(slotFor(plug), on ? kLocked : 0u, on ? 0u : kLocked);
     for (std::size_t i = 0; !on && !isArrayPlug(plug) && i < info(plug).children.size(); ++i)
         if (peekSlot(child(plug, static_cast<int>(i))))
             setLocked(child(plug, static_cast<int>(i)), false);
 }
 
-bool Scene::isKeyable(const Plug& plug) const
-{
-    return hasState(*this, plug, kKeyableOn) || (info(plug).is(kKeyable) && !hasState(*this, plug, kKeyableOff));
+bool Scene::isKeyable(const Plug& plug) const {
+    return hasState(*this, plug, kKeyableOn) ||
+           (info(plug).is(kKeyable) && !hasState(*this, plug, kKeyableOff));
 }
 
-void Scene::setKeyable(const Plug& plug, bool on)
-{
+void Scene::setKeyable(const Plug& plug, bool on) {
     setState(slotFor(plug), on ? kKeyableOn : kKeyableOff, on ? kKeyableOff : kKeyableOn);
 }
 
-bool Scene::isChannelBox(const Plug& plug) const
-{
+bool Scene::isChannelBox(const Plug& plug) const {
     return hasState(*this, plug, kChannelBoxOn) ||
            (info(plug).is(kChannelBox) && !hasState(*this, plug, kChannelBoxOff));
 }
 
-void Scene::setChannelBox(const Plug& plug, bool on)
-{
-    setState(slotFor(plug), on ? kChannelBoxOn : kChannelBoxOff, on ? kChannelBoxOff : kChannelBoxOn);
+void Scene::setChannelBox(const Plug& plug, bool on) {
+    setState(slotFor(plug), on ? kChannelBoxOn : kChannelBoxOff,
+             on ? kChannelBoxOff : kChannelBoxOn);
 }
 
-bool Scene::isSettable(const Plug& plug) const
-{
+bool Scene::isSettable(const Plug& plug) const {
     if (isLocked(plug) || info(plug).is(kOutput))
         return false;
     for (Plug at = parentPlug(plug); !at.isNull(); at = parentPlug(at))
         if (!source(at).isNull())
             return false;
-    return !anyBelow(*this, plug, [this](const Plug& p) { return !source(p).isNull() || hasState(*this, p, kLocked); });
+    return !anyBelow(*this, plug, [this](const Plug& p) {
+        return !source(p).isNull() || hasState(*this, p, kLocked);
+    });
 }
 
 }  // namespace torvel

@@ -8,13 +8,11 @@ namespace torvel {
 namespace {
 
 template <class T, class Same>
-bool allSame(const std::vector<T>& a, const std::vector<T>& b, Same&& same)
-{
+bool allSame(const std::vector<T>& a, const std::vector<T>& b, Same&& same) {
     return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), same);
 }
 
-WriterLinks& linksOf(WriterTable& table, Node& node)
-{
+WriterLinks& linksOf(WriterTable& table, Node& node) {
     if (!node.writerLinks) {
         node.writerLinks = std::make_unique<WriterLinks>();
         table.linked.push_back(node.self);
@@ -22,8 +20,7 @@ WriterLinks& linksOf(WriterTable& table, Node& node)
     return *node.writerLinks;
 }
 
-std::vector<WriterDeclaration> declareAll(const Scene& scene, const WriterTable& table)
-{
+std::vector<WriterDeclaration> declareAll(const Scene& scene, const WriterTable& table) {
     std::vector<WriterDeclaration> out(table.writers.size());
     for (std::size_t i = 0; i < table.writers.size(); ++i)
         if (const Node* writer = scene.node(table.writers[i]))
@@ -31,15 +28,13 @@ std::vector<WriterDeclaration> declareAll(const Scene& scene, const WriterTable&
     return out;
 }
 
-struct KeptValue
-{
+struct KeptValue {
     Plug plug;
     double own;
 };
 
 // Takes all ties off their nodes; the numbers that writers made stay where they are.
-std::vector<KeptValue> takeLinks(Scene& scene, WriterTable& table)
-{
+std::vector<KeptValue> takeLinks(Scene& scene, WriterTable& table) {
     std::vector<KeptValue> kept;
     for (NodeHandle handle : table.linked) {
         Node* node = scene.node(handle);
@@ -54,8 +49,7 @@ std::vector<KeptValue> takeLinks(Scene& scene, WriterTable& table)
 }
 
 // Two writers of one number: the later one has it.
-void addWritten(WriterTable& table, Node& node, const WriterLinks::Written& written)
-{
+void addWritten(WriterTable& table, Node& node, const WriterLinks::Written& written) {
     std::vector<WriterLinks::Written>& all = linksOf(table, node).written;
     for (WriterLinks::Written& present : all)
         if (present.attr == written.attr) {
@@ -69,8 +63,7 @@ void addWritten(WriterTable& table, Node& node, const WriterLinks::Written& writ
 
 // The plugs as they are dirtied: a compound stands for its children when all of them are written,
 // one after the other.
-std::vector<Plug> Scene::gatherWritten(const WriterDeclaration& said) const
-{
+std::vector<Plug> Scene::gatherWritten(const WriterDeclaration& said) const {
     std::vector<Plug> out;
     for (const WriterDeclaration::Written& w : said.writes) {
         out.push_back(w.plug);
@@ -91,8 +84,7 @@ std::vector<Plug> Scene::gatherWritten(const WriterDeclaration& said) const
     return out;
 }
 
-bool WriterDeclaration::sameAs(const WriterDeclaration& other) const
-{
+bool WriterDeclaration::sameAs(const WriterDeclaration& other) const {
     return output == other.output && reads == other.reads &&
            allSame(writes, other.writes,
                    [](const Written& a, const Written& b) { return a.plug == b.plug; }) &&
@@ -101,8 +93,7 @@ bool WriterDeclaration::sameAs(const WriterDeclaration& other) const
            });
 }
 
-const WriterLinks::Written* WriterLinks::find(AttrIndex attr) const
-{
+const WriterLinks::Written* WriterLinks::find(AttrIndex attr) const {
     for (const Written& w : written)
         if (w.attr == attr)
             return &w;
@@ -110,8 +101,7 @@ const WriterLinks::Written* WriterLinks::find(AttrIndex attr) const
 }
 
 // Hangs the declared ties on the nodes at both ends; adds every plug that a writer now writes.
-void Scene::linkWriters(std::vector<Plug>& changedPlugs)
-{
+void Scene::linkWriters(std::vector<Plug>& changedPlugs) {
     for (std::size_t i = 0; i < m_writers->writers.size(); ++i) {
         const WriterDeclaration& said = m_writers->declared[i];
         Node* writer = node(m_writers->writers[i]);
@@ -139,8 +129,7 @@ void Scene::linkWriters(std::vector<Plug>& changedPlugs)
     }
 }
 
-void Scene::refreshWriters()
-{
+void Scene::refreshWriters() {
     m_writersStale = false;
     std::vector<NodeHandle>& writers = m_writers->writers;
     const std::size_t before = writers.size();
@@ -166,15 +155,13 @@ void Scene::refreshWriters()
         changed(plug);
 }
 
-void Scene::keepOwn(Node& node, const Plug& plug, double value)
-{
+void Scene::keepOwn(Node& node, const Plug& plug, double value) {
     for (WriterLinks::Written& w : node.writerLinks->written)
         if (w.attr == plug.attr)
             w.own = value;
 }
 
-double Scene::ownNumber(const Plug& plug) const
-{
+double Scene::ownNumber(const Plug& plug) const {
     const Node* n = node(plug.node);
     const WriterLinks::Written* written =
         n && n->writerLinks ? n->writerLinks->find(plug.attr) : nullptr;
@@ -184,8 +171,7 @@ double Scene::ownNumber(const Plug& plug) const
     return from.isNull() ? written->own : storedNumber(Evaluator::resolve(*this, from));
 }
 
-Plug Scene::writerOf(const Plug& plug) const
-{
+Plug Scene::writerOf(const Plug& plug) const {
     const Node* n = node(plug.node);
     const WriterLinks::Written* written =
         n && n->writerLinks ? n->writerLinks->find(plug.attr) : nullptr;

@@ -6,13 +6,11 @@
 
 namespace torvel {
 
-void Selection::tell()
-{
+void Selection::tell() {
     m_scene.tell([](SceneListener& l) { l.selectionChanged(); });
 }
 
-std::vector<NodeHandle> Selection::nodes() const
-{
+std::vector<NodeHandle> Selection::nodes() const {
     std::vector<NodeHandle> out;
     for (const SelectionItem& item : m_items)
         if (item.component.empty() && item.plug.isNull())
@@ -20,17 +18,16 @@ std::vector<NodeHandle> Selection::nodes() const
     return out;
 }
 
-void Selection::replace(std::vector<SelectionItem> items)
-{
+void Selection::replace(std::vector<SelectionItem> items) {
     m_items.clear();
     for (SelectionItem& item : items)
-        if (m_scene.isValid(item.node) && std::find(m_items.begin(), m_items.end(), item) == m_items.end())
+        if (m_scene.isValid(item.node) &&
+            std::find(m_items.begin(), m_items.end(), item) == m_items.end())
             m_items.push_back(std::move(item));
     tell();
 }
 
-void Selection::replaceNodes(const std::vector<NodeHandle>& nodes)
-{
+void Selection::replaceNodes(const std::vector<NodeHandle>& nodes) {
     std::vector<SelectionItem> items;
     items.reserve(nodes.size());
     for (NodeHandle node : nodes)
@@ -38,16 +35,15 @@ void Selection::replaceNodes(const std::vector<NodeHandle>& nodes)
     replace(std::move(items));
 }
 
-void Selection::add(const SelectionItem& item)
-{
-    if (!m_scene.isValid(item.node) || std::find(m_items.begin(), m_items.end(), item) != m_items.end())
+void Selection::add(const SelectionItem& item) {
+    if (!m_scene.isValid(item.node) ||
+        std::find(m_items.begin(), m_items.end(), item) != m_items.end())
         return;
     m_items.push_back(item);
     tell();
 }
 
-void Selection::remove(const SelectionItem& item)
-{
+void Selection::remove(const SelectionItem& item) {
     const auto it = std::find(m_items.begin(), m_items.end(), item);
     if (it == m_items.end())
         return;
@@ -55,16 +51,14 @@ void Selection::remove(const SelectionItem& item)
     tell();
 }
 
-void Selection::clear()
-{
+void Selection::clear() {
     if (m_items.empty())
         return;
     m_items.clear();
     tell();
 }
 
-void Selection::forget(NodeHandle node)
-{
+void Selection::forget(NodeHandle node) {
     const auto gone = [node](const SelectionItem& item) { return item.node == node; };
     const auto end = std::remove_if(m_items.begin(), m_items.end(), gone);
     hilited.erase(std::remove(hilited.begin(), hilited.end(), node), hilited.end());

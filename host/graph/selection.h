@@ -10,23 +10,21 @@ namespace torvel {
 class Scene;
 
 /// One selected thing: a node, a plug of it, or components of a shape ("vtx[0:3]").
-struct SelectionItem
-{
+struct SelectionItem {
     NodeHandle node;
     Plug plug;              ///< null unless a plug is selected
     std::string component;  ///< empty unless components are selected
     int instance = 0;
 
-    friend bool operator==(const SelectionItem& a, const SelectionItem& b)
-    {
-        return a.node == b.node && a.plug == b.plug && a.component == b.component && a.instance == b.instance;
+    friend bool operator==(const SelectionItem& a, const SelectionItem& b) {
+        return a.node == b.node && a.plug == b.plug && a.component == b.component &&
+               a.instance == b.instance;
     }
 };
 
 /// Ordered selection without repeats. Deleted nodes leave by themselves.
-class Selection
-{
-public:
+class Selection {
+  public:
     explicit Selection(Scene& scene) : m_scene(scene) {}
 
     const std::vector<SelectionItem>& items() const { return m_items; }
@@ -42,7 +40,7 @@ public:
     bool componentMode = false;
     std::vector<NodeHandle> hilited;
 
-private:
+  private:
     void tell();
     Scene& m_scene;
     std::vector<SelectionItem> m_items;

@@ -10,8 +10,7 @@ void walkElement(Node& node, const Plug& plug, Slot* block, F&& f);
 /// Visits the slot of `plug` and every existing slot below it (children, elements): f(plug, slot).
 /// `block` is the array element that holds it, null for attributes that stand in the node itself.
 template <class F>
-void walkSlot(Node& node, const Plug& plug, Slot* block, F&& f)
-{
+void walkSlot(Node& node, const Plug& plug, Slot* block, F&& f) {
     const AttrInfo& info = node.attr(plug.attr);
     Slot* slot = block ? block + info.slot : const_cast<Slot*>(node.peek(plug.attr));
     if (slot)
@@ -34,8 +33,7 @@ void walkSlot(Node& node, const Plug& plug, Slot* block, F&& f)
 }
 
 template <class F>
-void walkElement(Node& node, const Plug& plug, Slot* block, F&& f)
-{
+void walkElement(Node& node, const Plug& plug, Slot* block, F&& f) {
     f(plug, block[0]);
     for (AttrIndex child : node.attr(plug.attr).children) {
         Plug below = plug;
@@ -46,8 +44,7 @@ void walkElement(Node& node, const Plug& plug, Slot* block, F&& f)
 
 /// All existing slots of a node, by attribute.
 template <class F>
-void walkNode(Node& node, F&& f)
-{
+void walkNode(Node& node, F&& f) {
     const std::size_t count = node.attrCount();
     for (AttrIndex a = 0; a < count; ++a)
         if (node.attr(a).parent == kNoAttr)

@@ -14,15 +14,12 @@ struct Node;
 
 /// What one writer says about itself. Everything is found anew when connections or the hierarchy
 /// have changed.
-struct WriterDeclaration
-{
-    struct Written
-    {
+struct WriterDeclaration {
+    struct Written {
         Plug plug;         ///< a number of another node
         double own = 0.0;  ///< its value by hand when the tie is made
     };
-    struct Watched
-    {
+    struct Watched {
         NodeHandle node;
         AttrIndex output = kNoAttr;  ///< one output of the node; kNoAttr: any of its inputs
     };
@@ -40,16 +37,13 @@ struct WriterDeclaration
 using DeclareWrites = void (*)(const Scene& scene, const Node& writer, WriterDeclaration& out);
 
 /// The ties of one node, at both ends; nodes without any have none.
-struct WriterLinks
-{
-    struct Written
-    {
+struct WriterLinks {
+    struct Written {
         AttrIndex attr;
         Plug writer;
         double own;  ///< value set by hand, kept while the writer shows its own result
     };
-    struct Reader
-    {
+    struct Reader {
         Plug writer;
         AttrIndex output;  ///< as in WriterDeclaration::Watched
     };
@@ -63,8 +57,7 @@ struct WriterLinks
 };
 
 /// All writers of a scene with what they said last.
-struct WriterTable
-{
+struct WriterTable {
     std::vector<NodeHandle> writers;          ///< by creation
     std::vector<WriterDeclaration> declared;  ///< one for each writer at the last look
     std::vector<NodeHandle> linked;           ///< nodes that bear links

@@ -12,24 +12,21 @@ namespace {
 
 int g_depth = 0;
 
-std::deque<std::function<void()>>& waiting()
-{
+std::deque<std::function<void()>>& waiting() {
     static std::deque<std::function<void()>> tasks;
     return tasks;
 }
 
 }  // namespace
 
-void runLater(std::function<void()> task)
-{
+void runLater(std::function<void()> task) {
     if (QCoreApplication* application = QCoreApplication::instance())
         QTimer::singleShot(0, application, std::move(task));
     else
         waiting().push_back(std::move(task));
 }
 
-void runDeferred()
-{
+void runDeferred() {
     while (!waiting().empty()) {
         const std::function<void()> task = std::move(waiting().front());
         waiting().pop_front();
@@ -37,13 +34,11 @@ void runDeferred()
     }
 }
 
-ScriptDepth::ScriptDepth()
-{
+ScriptDepth::ScriptDepth() {
     ++g_depth;
 }
 
-ScriptDepth::~ScriptDepth()
-{
+ScriptDepth::~ScriptDepth() {
     if (g_depth == 1)
         runDeferred();
     --g_depth;

@@ -5,16 +5,14 @@ namespace torvel::mel {
 
 namespace {
 
-bool looksLikeFlag(const Value& value)
-{
+bool looksLikeFlag(const Value& value) {
     if (!value.isString() || value.string().size() < 2 || value.string()[0] != '-')
         return false;
     const char c = value.string()[1];
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-void splice(const Value& value, std::vector<Value>& out)
-{
+void splice(const Value& value, std::vector<Value>& out) {
     if (value.isList())
         out.insert(out.end(), value.list().begin(), value.list().end());
     else if (value.isTuple())
@@ -25,8 +23,7 @@ void splice(const Value& value, std::vector<Value>& out)
 
 }  // namespace
 
-Value Interpreter::call(const Node& node)
-{
+Value Interpreter::call(const Node& node) {
     m_line = node.line;
     try {
         if (const auto found = m_procedures.find(node.text); found != m_procedures.end()) {
@@ -49,8 +46,7 @@ Value Interpreter::call(const Node& node)
     }
 }
 
-Value Interpreter::callProcedure(const Procedure& procedure, const Node& call)
-{
+Value Interpreter::callProcedure(const Procedure& procedure, const Node& call) {
     const Node& node = *procedure.node;
     const std::size_t count = node.children.size() - 1;
     if (call.children.size() != count)
@@ -65,16 +61,15 @@ Value Interpreter::callProcedure(const Procedure& procedure, const Node& call)
         if (parameter.kind.array && given.what == NodeKind::Variable)
             bound = variable(given);
         if (!bound || !bound->kind.array || bound->kind.type != parameter.kind.type)
-            bound = std::make_shared<Variable>(Variable{parameter.kind, convert(evaluate(given), parameter.kind)});
+            bound = std::make_shared<Variable>(
+                Variable{parameter.kind, convert(evaluate(given), parameter.kind)});
         frame.scopes[0].emplace_back(parameter.text, std::move(bound));
     }
-    struct Saved
-    {
+    struct Saved {
         Interpreter& self;
         Frame* frame;
         std::shared_ptr<Program> program;
-        ~Saved()
-        {
+        ~Saved() {
             self.m_frame = frame;
             self.m_program = std::move(program);
         }
@@ -85,8 +80,7 @@ Value Interpreter::callProcedure(const Procedure& procedure, const Node& call)
     return node.kind.type == Type::None ? Value() : convert(frame.result, node.kind);
 }
 
-std::vector<Interpreter::Word> Interpreter::words(const Node& call)
-{
+std::vector<Interpreter::Word> Interpreter::words(const Node& call) {
     std::vector<Word> words;
     std::vector<Value> spliced;
     for (const Node* child : call.children) {
@@ -102,18 +96,19 @@ std::vector<Interpreter::Word> Interpreter::words(const Node& call)
     return words;
 }
 
-void Interpreter::split(const Command& command, const std::vector<Word>& words, std::vector<RawFlag>& flags,
-                        std::vector<Value>& args)
-{
+void Interpreter::split(const Command& command, const std::vector<Word>& words,
+                        std::vector<RawFlag>& flags, std::vector<Value>& args) {
     bool query = false;
     for (const Word& word : words)
-        query = query || (word.isFlag && (word.value.string() == "q" || word.value.string() == "query"));
+        query = query ||
+                (word.isFlag && (word.value.string() == "q" || word.value.string() == "query"));
     for (std::size_t i = 0; i < words.size(); ++i) {
         const Word& word = words[i];
         RawFlag flag;
         if (word.isFlag)
             flag.name = word.value.string();
-        else if (looksLikeFlag(word.value) && melArgumentCount(command, word.value.string().substr(1), query) >= 0)
+        else if (looksLikeFlag(word.value) &&
+                 melArgumentCount(command, word.value.string().substr(1), query) >= 0)
             flag.name = word.value.string().substr(1);
         if (flag.name.empty()) {
             args.push_back(word.value);
@@ -128,8 +123,7 @@ void Interpreter::split(const Command& command, const std::vector<Word>& words, 
     }
 }
 
-Value Interpreter::callCommand(const Command& command, const Node& call)
-{
+Value Interpreter::callCommand(const Command& command, const Node& call) {
     std::vector<RawFlag> flags;
     std::vector<Value> args;
     split(command, words(call), flags, args);
@@ -143,8 +137,7 @@ Value Interpreter::callCommand(const Command& command, const Node& call)
     return result;
 }
 
-Value Interpreter::callPlugin(const PluginCommand& command, const Node& call)
-{
+Value Interpreter::callPlugin(const PluginCommand& command, const Node& call) {
     std::vector<Value> args;
     for (const Word& word : words(call))
         args.push_back(word.isFlag ? Value("-" + word.value.string()) : word.value);

@@ -6,8 +6,7 @@ namespace torvel {
 
 namespace {
 
-Status runEval(const CommandCall& call, Value& result)
-{
+Status runEval(const CommandCall& call, Value& result) {
     std::string text;
     for (const std::string& part : call.texts())
         text += (text.empty() ? "" : " ") + part;
@@ -19,8 +18,7 @@ const Command kRows[] = {{"eval", nullptr, 0, runEval, "Runs a MEL text and retu
 
 }  // namespace
 
-CommandTable melCommands()
-{
+CommandTable melCommands() {
     return {kRows, sizeof kRows / sizeof kRows[0]};
 }
 

@@ -7,31 +7,27 @@ namespace {
 
 constexpr double kLargestArray = 1 << 24;
 
-std::size_t indexOf(const Value& value)
-{
+std::size_t indexOf(const Value& value) {
     const double index = numberOf(value);
     if (!(index >= 0.0) || index >= kLargestArray)
         throw Fault{"Array index out of bounds: " + textOf(value) + ".", 0, 0, {}};
     return static_cast<std::size_t>(index);
 }
 
-Value withSign(const Value& value)
-{
+Value withSign(const Value& value) {
     if (value.isTuple() || value.isList())
         return combine("*", value, Value(-1));
     return value.isString() ? Value(-numberOf(value)) : combine("-", Value(0), value);
 }
 
 // An entry in a row of a matrix.
-Value entryOf(const Value::Tuple& row, std::size_t at)
-{
+Value entryOf(const Value::Tuple& row, std::size_t at) {
     if (at >= row.items.size())
         throw Fault{"Matrix index out of bounds: " + std::to_string(at) + ".", 0, 0, {}};
     return Value(row.items[at]);
 }
 
-Value joined(const std::vector<Value>& items)
-{
+Value joined(const std::vector<Value>& items) {
     Value::List list;
     Kind kind;
     for (const Value& item : items) {
@@ -48,72 +44,68 @@ Value joined(const std::vector<Value>& items)
 
 }  // namespace
 
-Value Interpreter::evaluate(const Node& node)
-{
+Value Interpreter::evaluate(const Node& node) {
     StackGuard::check();
     const auto child = [&](std::size_t i) { return evaluate(*node.children[i]); };
     switch (node.what) {
-    case NodeKind::Literal: return node.value;
-    case NodeKind::Flag: return Value("-" + node.text);
-    case NodeKind::Variable: return variable(node)->value;
-    case NodeKind::Index: return element(node);
-    case NodeKind::Member: {
-        const Value vector = convert(child(0), {Type::Vector, false});
-        return Value(vector.tuple().items[static_cast<std::size_t>(node.text[0] - 'x')]);
-    }
-    case NodeKind::Unary: return unary(node);
-    case NodeKind::Step: return step(node);
-    case NodeKind::Binary: {
-        const Value left = child(0);
-        return combine(node.text, left, child(1));
-    }
-    case NodeKind::And: return Value(truthOf(child(0)) && truthOf(child(1)) ? 1 : 0);
-    case NodeKind::Or: return Value(truthOf(child(0)) || truthOf(child(1)) ? 1 : 0);
-    case NodeKind::Choice: return child(truthOf(child(0)) ? 1 : 2);
-    case NodeKind::Assign: return assignment(node);
-    case NodeKind::Array: {
-        std::vector<Value> items;
-        for (const Node* item : node.children)
-            items.push_back(evaluate(*item));
-        return joined(items);
-    }
-    case NodeKind::Vector: {
-        Value::Tuple tuple;
-        for (const Node* item : node.children)
-            tuple.items.push_back(numberOf(evaluate(*item)));
-        return Value(std::move(tuple));
-    }
-    case NodeKind::Matrix: {
-        Value::List rows;
-        for (const Node* row : node.children)
-            rows.push_back(evaluate(*row));
-        return Value(std::move(rows));
-    }
-    case NodeKind::Cast: return convert(child(0), node.kind);
-    case NodeKind::Command: return call(node);
-    default: break;
+        case NodeKind::Literal: return node.value;
+        case NodeKind::Flag: return Value("-" + node.text);
+        case NodeKind::Variable: return variable(node)->value;
+        case NodeKind::Index: return element(node);
+        case NodeKind::Member: {
+            const Value vector = convert(child(0), {Type::Vector, false});
+            return Value(vector.tuple().items[static_cast<std::size_t>(node.text[0] - 'x')]);
+        }
+        case NodeKind::Unary: return unary(node);
+        case NodeKind::Step: return step(node);
+        case NodeKind::Binary: {
+            const Value left = child(0);
+            return combine(node.text, left, child(1));
+        }
+        case NodeKind::And: return Value(truthOf(child(0)) && truthOf(child(1)) ? 1 : 0);
+        case NodeKind::Or: return Value(truthOf(child(0)) || truthOf(child(1)) ? 1 : 0);
+        case NodeKind::Choice: return child(truthOf(child(0)) ? 1 : 2);
+        case NodeKind::Assign: return assignment(node);
+        case NodeKind::Array: {
+            std::vector<Value> items;
+            for (const Node* item : node.children)
+                items.push_back(evaluate(*item));
+            return joined(items);
+        }
+        case NodeKind::Vector: {
+            Value::Tuple tuple;
+            for (const Node* item : node.children)
+                tuple.items.push_back(numberOf(evaluate(*item)));
+            return Value(std::move(tuple));
+        }
+        case NodeKind::Matrix: {
+            Value::List rows;
+            for (const Node* row : node.children)
+                rows.push_back(evaluate(*row));
+            return Value(std::move(rows));
+        }
+        case NodeKind::Cast: return convert(child(0), node.kind);
+        case NodeKind::Command: return call(node);
+        default: break;
     }
     throw Fault{"Syntax error", node.line, 0, {}};
 }
 
-Value Interpreter::unary(const Node& node)
-{
+Value Interpreter::unary(const Node& node) {
     const Value value = evaluate(*node.children[0]);
     if (node.text == "!")
         return Value(truthOf(value) ? 0 : 1);
     return node.text == "-" ? withSign(value) : value;
 }
 
-Value Interpreter::step(const Node& node)
-{
+Value Interpreter::step(const Node& node) {
     const Value before = evaluate(*node.children[0]);
     const Value after = combine(node.text == "++" ? "+" : "-", before, Value(1));
     assign(*node.children[0], after);
     return node.prefix ? after : before;
 }
 
-Value Interpreter::element(const Node& node)
-{
+Value Interpreter::element(const Node& node) {
     const Node& base = *node.children[0];
     const Value index = evaluate(*node.children[1]);
     if (base.what != NodeKind::Variable) {
@@ -131,16 +123,17 @@ Value Interpreter::element(const Node& node)
     const std::size_t at = indexOf(index);
     if (array->kind.type == Type::Matrix && at >= array->value.list().size())
         throw Fault{"Matrix index out of bounds: " + textOf(index) + ".", node.line, 0, {}};
-    return at < array->value.list().size() ? array->value.list()[at] : defaultOf({array->kind.type, false});
+    return at < array->value.list().size() ? array->value.list()[at]
+                                           : defaultOf({array->kind.type, false});
 }
 
-void Interpreter::assign(const Node& target, Value value)
-{
+void Interpreter::assign(const Node& target, Value value) {
     if (target.what == NodeKind::Variable) {
         const VariablePtr known = findOrMake(target.text, kindOf(value));
-        known->value = known->kind.type == Type::Matrix && !known->kind.array && !known->value.list().empty()
-                           ? fitMatrix(value, known->value)
-                           : convert(value, known->kind);
+        known->value =
+            known->kind.type == Type::Matrix && !known->kind.array && !known->value.list().empty()
+                ? fitMatrix(value, known->value)
+                : convert(value, known->kind);
         return;
     }
     if (target.what == NodeKind::Index && target.children[0]->what == NodeKind::Index)
@@ -159,13 +152,13 @@ void Interpreter::assign(const Node& target, Value value)
 }
 
 // $matrix[row][column] = value
-void Interpreter::assignEntry(const Node& target, const Value& value)
-{
+void Interpreter::assignEntry(const Node& target, const Value& value) {
     const Node& row = *target.children[0];
     const VariablePtr known = variable(*row.children[0]);
     if (known->kind.type != Type::Matrix)
         throw Fault{"\"$" + row.children[0]->text + "\" is not a matrix.", target.line, 0, {}};
-    const std::size_t r = indexOf(evaluate(*row.children[1])), c = indexOf(evaluate(*target.children[1]));
+    const std::size_t r = indexOf(evaluate(*row.children[1])),
+                      c = indexOf(evaluate(*target.children[1]));
     Value::List& rows = known->value.list();
     if (r >= rows.size() || c >= rows[r].tuple().items.size())
         throw Fault{"Matrix index out of bounds.", target.line, 0, {}};
@@ -174,8 +167,7 @@ void Interpreter::assignEntry(const Node& target, const Value& value)
     rows[r] = Value(std::move(numbers));
 }
 
-Value Interpreter::assignment(const Node& node)
-{
+Value Interpreter::assignment(const Node& node) {
     const Node& target = *node.children[0];
     Value value = evaluate(*node.children[1]);
     if (value.isNone())

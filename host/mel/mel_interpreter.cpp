@@ -10,57 +10,53 @@ namespace {
 constexpr std::size_t kStackBytes = 3u << 20;
 thread_local const char* g_stackBase = nullptr;
 
-const char* stackTop()
-{
+const char* stackTop() {
     return static_cast<const char*>(__builtin_frame_address(0));
 }
 
 }  // namespace
 
-StackGuard::StackGuard() : m_outermost(g_stackBase == nullptr)
-{
+StackGuard::StackGuard() : m_outermost(g_stackBase == nullptr) {
     if (m_outermost)
         g_stackBase = stackTop();
 }
 
-StackGuard::~StackGuard()
-{
+StackGuard::~StackGuard() {
     if (m_outermost)
         g_stackBase = nullptr;
 }
 
-void StackGuard::check()
-{
+void StackGuard::check() {
     const char* top = stackTop();
-    const std::size_t used = static_cast<std::size_t>(top < g_stackBase ? g_stackBase - top : top - g_stackBase);
+    const std::size_t used =
+        static_cast<std::size_t>(top < g_stackBase ? g_stackBase - top : top - g_stackBase);
     if (g_stackBase && used > kStackBytes)
-        throw Fault{"The text is nested too deeply or a procedure calls itself without end.", 0, 0, {}};
+        throw Fault{
+            "The text is nested too deeply or a procedure calls itself without end.", 0, 0, {}};
 }
 
 // Opens one scope and closes it however the block is left.
-class Interpreter::ScopeGuard
-{
-public:
-    explicit ScopeGuard(Interpreter& owner) : m_frame(*owner.m_frame) { m_frame.scopes.emplace_back(); }
+class Interpreter::ScopeGuard {
+  public:
+    explicit ScopeGuard(Interpreter& owner) : m_frame(*owner.m_frame) {
+        m_frame.scopes.emplace_back();
+    }
     ~ScopeGuard() { m_frame.scopes.pop_back(); }
     ScopeGuard(const ScopeGuard&) = delete;
     ScopeGuard& operator=(const ScopeGuard&) = delete;
 
-private:
+  private:
     Frame& m_frame;
 };
 
-Value Interpreter::run(std::string_view text, const std::string& file)
-{
+Value Interpreter::run(std::string_view text, const std::string& file) {
     const StackGuard guard;
-    struct Saved
-    {
+    struct Saved {
         Interpreter& self;
         std::shared_ptr<Program> program;
         Frame* frame;
         int line;
-        ~Saved()
-        {
+        ~Saved() {
             self.m_program = std::move(program);
             self.m_frame = frame;
             self.m_line = line;
@@ -82,58 +78,55 @@ Value Interpreter::run(std::string_view text, const std::string& file)
     return std::exchange(m_last, Value());
 }
 
-std::string Interpreter::describe(const Fault& fault)
-{
+std::string Interpreter::describe(const Fault& fault) {
     const std::string line = std::to_string(fault.line);
     if (fault.column > 0) {
-        const std::string where = "Line " + line + "." + std::to_string(fault.column) + ": " + fault.text;
+        const std::string where =
+            "Line " + line + "." + std::to_string(fault.column) + ": " + fault.text;
         return fault.file.empty() ? where : "file: " + fault.file + " " + where;
     }
-    return (fault.file.empty() ? "line " : "file: " + fault.file + " line ") + line + ": " + fault.text;
+    return (fault.file.empty() ? "line " : "file: " + fault.file + " line ") + line + ": " +
+           fault.text;
 }
 
-void Interpreter::printFault(const Fault& fault) const
-{
+void Interpreter::printFault(const Fault& fault) const {
     m_session.log().write(Channel::Error, "// Error: " + describe(fault), true);
 }
 
-Interpreter::Flow Interpreter::executeAll(const std::vector<Node*>& nodes, std::size_t from)
-{
+Interpreter::Flow Interpreter::executeAll(const std::vector<Node*>& nodes, std::size_t from) {
     for (std::size_t i = from; i < nodes.size(); ++i)
         if (const Flow flow = execute(*nodes[i]); flow != Flow::Normal)
             return flow;
     return Flow::Normal;
 }
 
-Interpreter::Flow Interpreter::execute(const Node& node)
-{
+Interpreter::Flow Interpreter::execute(const Node& node) {
     StackGuard::check();
     m_line = node.line;
     if (node.what != NodeKind::Empty)
         m_last = Value();
     switch (node.what) {
-    case NodeKind::Expression: m_last = evaluate(*node.children[0]); return Flow::Normal;
-    case NodeKind::Block: return executeBlock(node);
-    case NodeKind::If: return executeIf(node);
-    case NodeKind::While:
-    case NodeKind::DoWhile: return executeLoop(node);
-    case NodeKind::For: return executeFor(node);
-    case NodeKind::ForIn: return executeForIn(node);
-    case NodeKind::Switch: return executeSwitch(node);
-    case NodeKind::Break: return Flow::Break;
-    case NodeKind::Continue: return Flow::Continue;
-    case NodeKind::Return:
-        m_frame->result = node.children.empty() ? Value() : evaluate(*node.children[0]);
-        return Flow::Return;
-    case NodeKind::Declare: declare(node); return Flow::Normal;
-    case NodeKind::Procedure: define(node); return Flow::Normal;
-    case NodeKind::Empty: return Flow::Normal;
-    default: evaluate(node); return Flow::Normal;  // the steps of a for
+        case NodeKind::Expression: m_last = evaluate(*node.children[0]); return Flow::Normal;
+        case NodeKind::Block: return executeBlock(node);
+        case NodeKind::If: return executeIf(node);
+        case NodeKind::While:
+        case NodeKind::DoWhile: return executeLoop(node);
+        case NodeKind::For: return executeFor(node);
+        case NodeKind::ForIn: return executeForIn(node);
+        case NodeKind::Switch: return executeSwitch(node);
+        case NodeKind::Break: return Flow::Break;
+        case NodeKind::Continue: return Flow::Continue;
+        case NodeKind::Return:
+            m_frame->result = node.children.empty() ? Value() : evaluate(*node.children[0]);
+            return Flow::Return;
+        case NodeKind::Declare: declare(node); return Flow::Normal;
+        case NodeKind::Procedure: define(node); return Flow::Normal;
+        case NodeKind::Empty: return Flow::Normal;
+        default: evaluate(node); return Flow::Normal;  // the steps of a for
     }
 }
 
-Interpreter::Flow Interpreter::executeBlock(const Node& node)
-{
+Interpreter::Flow Interpreter::executeBlock(const Node& node) {
     if (node.prefix)
         return executeAll(node.children);
     const ScopeGuard scope(*this);
@@ -142,16 +135,15 @@ Interpreter::Flow Interpreter::executeBlock(const Node& node)
     return flow;
 }
 
-Interpreter::Flow Interpreter::executeIf(const Node& node)
-{
+Interpreter::Flow Interpreter::executeIf(const Node& node) {
     const std::size_t branch = truthOf(evaluate(*node.children[0])) ? 1 : 2;
-    const Flow flow = branch < node.children.size() ? execute(*node.children[branch]) : Flow::Normal;
+    const Flow flow =
+        branch < node.children.size() ? execute(*node.children[branch]) : Flow::Normal;
     m_last = Value();
     return flow;
 }
 
-Interpreter::Flow Interpreter::executeLoop(const Node& node)
-{
+Interpreter::Flow Interpreter::executeLoop(const Node& node) {
     const bool first = node.what == NodeKind::DoWhile;
     const Node& condition = *node.children[first ? 1 : 0];
     const Node& body = *node.children[first ? 0 : 1];
@@ -168,11 +160,11 @@ Interpreter::Flow Interpreter::executeLoop(const Node& node)
     return Flow::Normal;
 }
 
-Interpreter::Flow Interpreter::executeFor(const Node& node)
-{
+Interpreter::Flow Interpreter::executeFor(const Node& node) {
     const ScopeGuard scope(*this);
     const Node& condition = *node.children[1];
-    for (execute(*node.children[0]); condition.what == NodeKind::Empty || truthOf(evaluate(condition));
+    for (execute(*node.children[0]);
+         condition.what == NodeKind::Empty || truthOf(evaluate(condition));
          execute(*node.children[2])) {
         const Flow flow = execute(*node.children[3]);
         if (flow == Flow::Return)
@@ -184,8 +176,7 @@ Interpreter::Flow Interpreter::executeFor(const Node& node)
     return Flow::Normal;
 }
 
-Interpreter::Flow Interpreter::executeForIn(const Node& node)
-{
+Interpreter::Flow Interpreter::executeForIn(const Node& node) {
     const ScopeGuard scope(*this);
     const Value items = evaluate(*node.children[1]);
     if (!items.isList())
@@ -203,8 +194,7 @@ Interpreter::Flow Interpreter::executeForIn(const Node& node)
     return Flow::Normal;
 }
 
-Interpreter::Flow Interpreter::executeSwitch(const Node& node)
-{
+Interpreter::Flow Interpreter::executeSwitch(const Node& node) {
     const ScopeGuard scope(*this);
     const Value value = evaluate(*node.children[0]);
     std::size_t chosen = 0;
@@ -229,19 +219,16 @@ Interpreter::Flow Interpreter::executeSwitch(const Node& node)
     return Flow::Normal;
 }
 
-void Interpreter::define(const Node& node)
-{
+void Interpreter::define(const Node& node) {
     m_procedures[node.text] = {&node, m_program};
 }
 
-void Interpreter::declare(const Node& node)
-{
+void Interpreter::declare(const Node& node) {
     for (const Node* declarator : node.children)
         declareOne(*declarator, node.global);
 }
 
-VariablePtr& Interpreter::place(const std::string& name)
-{
+VariablePtr& Interpreter::place(const std::string& name) {
     if (m_frame->scopes.empty())
         return m_globals[name];
     Scope& scope = m_frame->scopes.back();
@@ -253,19 +240,18 @@ VariablePtr& Interpreter::place(const std::string& name)
 }
 
 // Of the declared size: zeros or the value given.
-Value Interpreter::firstMatrix(const Node& node)
-{
+Value Interpreter::firstMatrix(const Node& node) {
     if (node.children.size() < 2)  // a parameter: takes any size
         return defaultOf(node.kind);
-    const double rows = numberOf(evaluate(*node.children[0])), columns = numberOf(evaluate(*node.children[1]));
+    const double rows = numberOf(evaluate(*node.children[0])),
+                 columns = numberOf(evaluate(*node.children[1]));
     if (!(rows >= 1.0 && columns >= 1.0 && rows <= 4096.0 && columns <= 4096.0))
         throw Fault{"Invalid size of matrix \"$" + node.text + "\".", node.line, 0, {}};
     const Value zeros = matrixOf(static_cast<std::size_t>(rows), static_cast<std::size_t>(columns));
     return node.children.size() == 3 ? fitMatrix(evaluate(*node.children[2]), zeros) : zeros;
 }
 
-void Interpreter::declareOne(const Node& node, bool global)
-{
+void Interpreter::declareOne(const Node& node, bool global) {
     const bool isTop = m_frame->scopes.empty();
     Value first = defaultOf(node.kind);
     if (node.kind.type == Type::Matrix)
@@ -280,7 +266,10 @@ void Interpreter::declareOne(const Node& node, bool global)
     }
     VariablePtr& known = m_globals[node.text];
     if (known && (known->kind.type != node.kind.type || known->kind.array != node.kind.array))
-        throw Fault{"Invalid redeclaration of variable \"$" + node.text + "\" as a different type.", node.line, 0, {}};
+        throw Fault{"Invalid redeclaration of variable \"$" + node.text + "\" as a different type.",
+                    node.line,
+                    0,
+                    {}};
     if (!known)
         known = std::make_shared<Variable>(Variable{node.kind, std::move(first)});
     else if (!node.children.empty() || !global)
@@ -291,8 +280,7 @@ void Interpreter::declareOne(const Node& node, bool global)
     }
 }
 
-VariablePtr Interpreter::find(const std::string& name) const
-{
+VariablePtr Interpreter::find(const std::string& name) const {
     for (std::size_t i = m_frame->scopes.size(); i-- > 0;)
         for (const auto& [known, variable] : m_frame->scopes[i])
             if (known == name)
@@ -303,8 +291,7 @@ VariablePtr Interpreter::find(const std::string& name) const
     return found == m_globals.end() ? nullptr : found->second;
 }
 
-VariablePtr Interpreter::findOrMake(const std::string& name, Kind kind)
-{
+VariablePtr Interpreter::findOrMake(const std::string& name, Kind kind) {
     if (VariablePtr known = find(name))
         return known;
     VariablePtr made = std::make_shared<Variable>(Variable{kind, defaultOf(kind)});
@@ -316,8 +303,7 @@ VariablePtr Interpreter::findOrMake(const std::string& name, Kind kind)
     return made;
 }
 
-VariablePtr Interpreter::variable(const Node& node)
-{
+VariablePtr Interpreter::variable(const Node& node) {
     if (node.what != NodeKind::Variable)
         throw Fault{"A variable is needed here.", node.line, 0, {}};
     if (VariablePtr known = find(node.text))

@@ -13,18 +13,16 @@
 
 namespace torvel::mel {
 
-struct Variable
-{
+struct Variable {
     Kind kind;
     Value value;
 };
 using VariablePtr = std::shared_ptr<Variable>;
 
-/// Runs parsed texts. Global variables and procedures live as long as the interpreter; what a text declares at
-/// its top level is global. Faults are thrown, with line and file where they are known.
-class Interpreter
-{
-public:
+/// Runs parsed texts. Global variables and procedures live as long as the interpreter; what a text
+/// declares at its top level is global. Faults are thrown, with line and file where they are known.
+class Interpreter {
+  public:
     explicit Interpreter(Session& session) : m_session(session) {}
 
     /// Result of the last statement when it is an expression or a command; none otherwise.
@@ -42,22 +40,19 @@ public:
     static std::string describe(const Fault& fault);
     int line() const { return m_line; }
 
-private:
+  private:
     enum class Flow { Normal, Break, Continue, Return };
-    struct Procedure
-    {
+    struct Procedure {
         const Node* node = nullptr;
         std::shared_ptr<Program> program;
     };
     using Scope = std::vector<std::pair<std::string, VariablePtr>>;
-    struct Frame
-    {
+    struct Frame {
         std::vector<Scope> scopes;  ///< empty at top level: the globals
         bool isProcedure = false;
         Value result;
     };
-    struct Word
-    {
+    struct Word {
         Value value;
         bool isFlag = false;
     };
@@ -90,8 +85,8 @@ private:
     Value callCommand(const Command& command, const Node& call);
     Value callPlugin(const PluginCommand& command, const Node& call);
     std::vector<Word> words(const Node& call);
-    static void split(const Command& command, const std::vector<Word>& words, std::vector<RawFlag>& flags,
-                      std::vector<Value>& args);
+    static void split(const Command& command, const std::vector<Word>& words,
+                      std::vector<RawFlag>& flags, std::vector<Value>& args);
 
     Session& m_session;
     std::unordered_map<std::string, VariablePtr> m_globals;

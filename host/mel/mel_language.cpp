@@ -12,15 +12,15 @@ namespace torvel {
 
 namespace {
 
-class MelLanguage : public Language
-{
-public:
+class MelLanguage : public Language {
+  public:
     explicit MelLanguage(Session& session) : m_session(session), m_interpreter(session) {}
 
-    Status run(const std::string& text, Value& result) override { return runText(text, {}, result); }
+    Status run(const std::string& text, Value& result) override {
+        return runText(text, {}, result);
+    }
 
-    Status runFile(const std::string& path) override
-    {
+    Status runFile(const std::string& path) override {
         std::ifstream file(path, std::ios::binary);
         if (!file)
             return report({"Cannot find file \"" + path + "\".", 1, 0, {}});
@@ -30,9 +30,8 @@ public:
         return runText(text.str(), path, ignored);
     }
 
-private:
-    Status runText(const std::string& text, const std::string& path, Value& result)
-    {
+  private:
+    Status runText(const std::string& text, const std::string& path, Value& result) {
         const ScriptDepth depth;
         try {
             result = m_interpreter.run(text, path);
@@ -44,8 +43,7 @@ private:
         }
     }
 
-    Status report(const mel::Fault& fault)
-    {
+    Status report(const mel::Fault& fault) {
         m_interpreter.printFault(fault);
         return Status::failure(mel::Interpreter::describe(fault));
     }
@@ -56,16 +54,14 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Language> makeMelLanguage(Session& session)
-{
+std::unique_ptr<Language> makeMelLanguage(Session& session) {
     auto language = std::make_unique<MelLanguage>(session);
     session.mel = language.get();
     session.addCommands(melCommands().rows, melCommands().count);
     return language;
 }
 
-void setUpMel(Session& session)
-{
+void setUpMel(Session& session) {
     static auto* kept = new std::map<Session*, std::unique_ptr<Language>>;
     (*kept)[&session] = makeMelLanguage(session);
 }

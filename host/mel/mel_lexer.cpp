@@ -7,45 +7,39 @@ namespace torvel::mel {
 
 namespace {
 
-bool isDigit(char c)
-{
+bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-bool isHexDigit(char c)
-{
+bool isHexDigit(char c) {
     return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-bool isLetter(char c)
-{
+bool isLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
 }
 
-bool isNameChar(char c)
-{
+bool isNameChar(char c) {
     return isLetter(c) || isDigit(c);
 }
 
-bool isBlank(char c)
-{
+bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
 }
 
-bool isBarewordChar(char c)
-{
+bool isBarewordChar(char c) {
     return isNameChar(c) || (c != '\0' && std::strchr("|:.*?", c) != nullptr);
 }
 
 // Longest first.
-constexpr const char* kPuncts[] = {"<<", ">>", "++", "--", "<=", ">=", "==", "!=", "&&", "||", "+=", "-=", "*=", "/=",
-                                   "%=", "^=", "(",  ")",  "[",  "]",  "{",  "}",  ";",  ",",  "?",  ":",  "=",  "<",
-                                   ">",  "+",  "-",  "*",  "/",  "%",  "^",  "!",  "`",  "."};
+constexpr const char* kPuncts[] = {"<<", ">>", "++", "--", "<=", ">=", "==", "!=", "&&", "||",
+                                   "+=", "-=", "*=", "/=", "%=", "^=", "(",  ")",  "[",  "]",
+                                   "{",  "}",  ";",  ",",  "?",  ":",  "=",  "<",  ">",  "+",
+                                   "-",  "*",  "/",  "%",  "^",  "!",  "`",  "."};
 
 }  // namespace
 
-void Lexer::step()
-{
+void Lexer::step() {
     if (m_text[m_at.at] == '\n') {
         ++m_at.line;
         m_at.lineStart = m_at.at + 1;
@@ -53,8 +47,7 @@ void Lexer::step()
     ++m_at.at;
 }
 
-bool Lexer::skipBlanks()
-{
+bool Lexer::skipBlanks() {
     while (m_at.at < m_text.size()) {
         if (isBlank(peek())) {
             step();
@@ -75,20 +68,19 @@ bool Lexer::skipBlanks()
     return false;
 }
 
-bool Lexer::startsNumber() const
-{
+bool Lexer::startsNumber() const {
     return isDigit(peek()) || (peek() == '.' && isDigit(peek(1)));
 }
 
-void Lexer::number(Token& token)
-{
+void Lexer::number(Token& token) {
     const std::size_t start = m_at.at;
     token.kind = Tok::Int;
     if (peek() == '0' && (peek(1) == 'x' || peek(1) == 'X') && isHexDigit(peek(2))) {
         m_at.at += 2;
         std::uint32_t bits = 0;
         for (; isHexDigit(peek()); ++m_at.at)
-            bits = bits * 16u + static_cast<std::uint32_t>(isDigit(peek()) ? peek() - '0' : (peek() | 32) - 'a' + 10);
+            bits = bits * 16u + static_cast<std::uint32_t>(
+                                    isDigit(peek()) ? peek() - '0' : (peek() | 32) - 'a' + 10);
         token.number = static_cast<std::int32_t>(bits);
         token.text = m_text.substr(start, m_at.at - start);
         return;
@@ -114,8 +106,7 @@ void Lexer::number(Token& token)
         token.kind = Tok::Float;
 }
 
-void Lexer::string(Token& token)
-{
+void Lexer::string(Token& token) {
     token.kind = Tok::String;
     for (step(); m_at.at < m_text.size() && peek() != '"' && peek() != '\n'; step()) {
         if (peek() != '\\') {
@@ -138,8 +129,7 @@ void Lexer::string(Token& token)
     token.text = "Unterminated string.";
 }
 
-void Lexer::punct(Token& token)
-{
+void Lexer::punct(Token& token) {
     for (const char* candidate : kPuncts) {
         const std::size_t length = std::strlen(candidate);
         if (m_text.compare(m_at.at, length, candidate) == 0) {
@@ -154,8 +144,7 @@ void Lexer::punct(Token& token)
     step();
 }
 
-Token Lexer::next()
-{
+Token Lexer::next() {
     Token token;
     const bool more = skipBlanks();
     token.mark = m_at;
@@ -178,8 +167,7 @@ Token Lexer::next()
     return token;
 }
 
-void Lexer::bareword(Token& token)
-{
+void Lexer::bareword(Token& token) {
     const std::size_t start = m_at.at;
     token.kind = Tok::Word;
     while (isBarewordChar(peek()) || peek() == '[') {
@@ -188,7 +176,8 @@ void Lexer::bareword(Token& token)
             continue;
         }
         std::size_t length = 1;
-        while (isDigit(peek(length)) || std::strchr(":*- ", peek(length) ? peek(length) : 'x') != nullptr)
+        while (isDigit(peek(length)) ||
+               std::strchr(":*- ", peek(length) ? peek(length) : 'x') != nullptr)
             ++length;
         if (peek(length) != ']') {
             token.kind = Tok::Bad;
@@ -200,8 +189,7 @@ void Lexer::bareword(Token& token)
     token.text = m_text.substr(start, m_at.at - start);
 }
 
-Token Lexer::nextWord()
-{
+Token Lexer::nextWord() {
     Token token;
     const bool more = skipBlanks();
     token.mark = m_at;
@@ -231,8 +219,7 @@ Token Lexer::nextWord()
     return token;
 }
 
-bool Lexer::skipGroup()
-{
+bool Lexer::skipGroup() {
     int depth = 0;
     while (skipBlanks()) {
         const char c = peek();
@@ -249,8 +236,7 @@ bool Lexer::skipGroup()
     return false;
 }
 
-bool Lexer::looksLikeCall() const
-{
+bool Lexer::looksLikeCall() const {
     Lexer ahead = *this;
     if (!ahead.skipBlanks() || ahead.peek() != '(')
         return false;

@@ -4,13 +4,14 @@
 
 namespace torvel::mel {
 
-bool typeFromName(const Token& token, Type& type)
-{
+bool typeFromName(const Token& token, Type& type) {
     if (token.kind != Tok::Ident)
         return false;
-    static constexpr std::pair<const char*, Type> kNames[] = {
-        {"int", Type::Int}, {"float", Type::Float}, {"string", Type::String}, {"vector", Type::Vector},
-        {"matrix", Type::Matrix}};
+    static constexpr std::pair<const char*, Type> kNames[] = {{"int", Type::Int},
+                                                              {"float", Type::Float},
+                                                              {"string", Type::String},
+                                                              {"vector", Type::Vector},
+                                                              {"matrix", Type::Matrix}};
     for (const auto& [name, value] : kNames)
         if (token.text == name) {
             type = value;
@@ -19,8 +20,7 @@ bool typeFromName(const Token& token, Type& type)
     return false;
 }
 
-Node* Parser::statement()
-{
+Node* Parser::statement() {
     StackGuard::check();
     if (m_token.is(";")) {
         Node* node = make(NodeKind::Empty);
@@ -54,8 +54,7 @@ Node* Parser::statement()
     return expressionStatement();
 }
 
-Node* Parser::block()
-{
+Node* Parser::block() {
     Node* node = make(NodeKind::Block);
     expect("{");
     while (!m_token.is("}")) {
@@ -67,8 +66,7 @@ Node* Parser::block()
     return node;
 }
 
-Node* Parser::ifStatement()
-{
+Node* Parser::ifStatement() {
     Node* node = make(NodeKind::If);
     advance();
     expect("(");
@@ -80,8 +78,7 @@ Node* Parser::ifStatement()
     return node;
 }
 
-Node* Parser::whileStatement()
-{
+Node* Parser::whileStatement() {
     Node* node = make(NodeKind::While);
     advance();
     expect("(");
@@ -91,8 +88,7 @@ Node* Parser::whileStatement()
     return node;
 }
 
-Node* Parser::doStatement()
-{
+Node* Parser::doStatement() {
     Node* node = make(NodeKind::DoWhile);
     advance();
     node->children.push_back(statement());
@@ -106,8 +102,7 @@ Node* Parser::doStatement()
 }
 
 // Expressions or declarations up to `end`, as a block without a scope of its own.
-Node* Parser::forPart(const char* end)
-{
+Node* Parser::forPart(const char* end) {
     Node* node = make(NodeKind::Block);
     node->prefix = true;
     Type type = Type::None;
@@ -123,8 +118,7 @@ Node* Parser::forPart(const char* end)
     return node;
 }
 
-Node* Parser::forStatement()
-{
+Node* Parser::forStatement() {
     Node* node = make(NodeKind::For);
     advance();
     expect("(");
@@ -148,8 +142,7 @@ Node* Parser::forStatement()
     return node;
 }
 
-Node* Parser::forIn(Node* node)
-{
+Node* Parser::forIn(Node* node) {
     node->what = NodeKind::ForIn;
     Node* variable = make(NodeKind::Variable);
     variable->text = m_token.text;
@@ -161,8 +154,7 @@ Node* Parser::forIn(Node* node)
     return node;
 }
 
-Node* Parser::switchStatement()
-{
+Node* Parser::switchStatement() {
     Node* node = make(NodeKind::Switch);
     advance();
     expect("(");
@@ -188,8 +180,7 @@ Node* Parser::switchStatement()
     return node;
 }
 
-Node* Parser::returnStatement()
-{
+Node* Parser::returnStatement() {
     Node* node = make(NodeKind::Return);
     advance();
     if (!m_token.is(";") && !m_token.is("}") && m_token.kind != Tok::End)
@@ -198,8 +189,7 @@ Node* Parser::returnStatement()
     return node;
 }
 
-Node* Parser::jump(NodeKind what)
-{
+Node* Parser::jump(NodeKind what) {
     Node* node = make(what);
     advance();
     endStatement();
@@ -207,14 +197,12 @@ Node* Parser::jump(NodeKind what)
 }
 
 // A statement ends at its semicolon; at the end of a text or block it may be missing.
-void Parser::endStatement()
-{
+void Parser::endStatement() {
     if (!accept(";") && m_token.kind != Tok::End && !m_token.is("}"))
         fail();
 }
 
-Node* Parser::globalStatement()
-{
+Node* Parser::globalStatement() {
     advance();
     if (m_token.isWord("proc"))
         return procedure();
@@ -223,8 +211,7 @@ Node* Parser::globalStatement()
     return node;
 }
 
-Node* Parser::declaration(bool global)
-{
+Node* Parser::declaration(bool global) {
     Node* node = make(NodeKind::Declare);
     node->global = global;
     if (!typeFromName(m_token, node->kind.type))
@@ -240,8 +227,7 @@ Node* Parser::declaration(bool global)
 }
 
 // Both sizes of a matrix stand in its declaration.
-Node* Parser::matrixDeclarator(Node* node)
-{
+Node* Parser::matrixDeclarator(Node* node) {
     for (int i = 0; i < 2; ++i) {
         expect("[");
         node->children.push_back(expression());
@@ -252,8 +238,7 @@ Node* Parser::matrixDeclarator(Node* node)
     return node;
 }
 
-Node* Parser::declarator(Kind kind)
-{
+Node* Parser::declarator(Kind kind) {
     if (m_token.kind != Tok::Variable)
         fail();
     Node* node = make(NodeKind::Declarator);
@@ -277,8 +262,7 @@ Node* Parser::declarator(Kind kind)
     return node;
 }
 
-Node* Parser::procedure()
-{
+Node* Parser::procedure() {
     Node* node = make(NodeKind::Procedure);
     advance();
     if (typeFromName(m_token, node->kind.type)) {
@@ -301,8 +285,7 @@ Node* Parser::procedure()
     return node;
 }
 
-Node* Parser::parameter()
-{
+Node* Parser::parameter() {
     Kind kind;
     if (!typeFromName(m_token, kind.type))
         fail();
@@ -319,8 +302,7 @@ Node* Parser::parameter()
     return node;
 }
 
-std::shared_ptr<Program> parse(std::string_view text, std::string file)
-{
+std::shared_ptr<Program> parse(std::string_view text, std::string file) {
     const StackGuard guard;
     auto program = std::make_shared<Program>();
     program->file = std::move(file);

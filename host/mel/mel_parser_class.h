@@ -12,47 +12,44 @@ namespace torvel::mel {
 
 bool typeFromName(const Token& token, Type& type);
 
-/// Recursive descent over one text; statements and expressions stand in two source files. Throws Faults.
-class Parser
-{
-public:
-    Parser(std::string_view text, Program& program) : m_lexer(text), m_program(program) { advance(); }
+/// Recursive descent over one text; statements and expressions stand in two source files. Throws
+/// Faults.
+class Parser {
+  public:
+    Parser(std::string_view text, Program& program) : m_lexer(text), m_program(program) {
+        advance();
+    }
 
-    void run()
-    {
+    void run() {
         while (m_token.kind != Tok::End)
             m_program.statements.push_back(statement());
     }
 
-private:
+  private:
     // --- tools ---
     void advance() { m_token = m_lexer.next(); }
-    [[noreturn]] void fail(const Token& token, const std::string& text) const
-    {
-        throw Fault{token.kind == Tok::Bad ? token.text : text, token.mark.line, token.mark.column(), {}};
+    [[noreturn]] void fail(const Token& token, const std::string& text) const {
+        throw Fault{
+            token.kind == Tok::Bad ? token.text : text, token.mark.line, token.mark.column(), {}};
     }
     [[noreturn]] void fail() const { fail(m_token, "Syntax error"); }
-    bool accept(const char* punct)
-    {
+    bool accept(const char* punct) {
         if (!m_token.is(punct))
             return false;
         advance();
         return true;
     }
-    void expect(const char* punct)
-    {
+    void expect(const char* punct) {
         if (!accept(punct))
             fail();
     }
-    bool acceptWord(const char* word)
-    {
+    bool acceptWord(const char* word) {
         if (!m_token.isWord(word))
             return false;
         advance();
         return true;
     }
-    Node* make(NodeKind what, const Token& at)
-    {
+    Node* make(NodeKind what, const Token& at) {
         m_program.nodes.push_back(std::make_unique<Node>());
         Node* node = m_program.nodes.back().get();
         node->what = what;
@@ -60,8 +57,7 @@ private:
         return node;
     }
     Node* make(NodeKind what) { return make(what, m_token); }
-    Node* literal(const Token& token, Value value)
-    {
+    Node* literal(const Token& token, Value value) {
         Node* node = make(NodeKind::Literal, token);
         node->value = std::move(value);
         return node;

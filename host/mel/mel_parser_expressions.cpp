@@ -7,18 +7,16 @@ namespace torvel::mel {
 namespace {
 
 // The number that a keyword stands for, -1 for other words.
-int switchWord(const std::string& text)
-{
+int switchWord(const std::string& text) {
     if (text == "on" || text == "yes" || text == "true")
         return 1;
     return text == "off" || text == "no" || text == "false" ? 0 : -1;
 }
 
-bool isReserved(const std::string& text)
-{
-    static constexpr const char* kWords[] = {"break", "case", "continue", "default", "do", "else",
-                                             "for", "global", "if", "in", "proc",
-                                             "return", "switch", "while"};
+bool isReserved(const std::string& text) {
+    static constexpr const char* kWords[] = {"break", "case",   "continue", "default", "do",
+                                             "else",  "for",    "global",   "if",      "in",
+                                             "proc",  "return", "switch",   "while"};
     for (const char* word : kWords)
         if (text == word)
             return true;
@@ -27,19 +25,17 @@ bool isReserved(const std::string& text)
 
 // Weakest first.
 constexpr int kLevelCount = 6;
-constexpr const char* kLevels[kLevelCount][5] = {{"||"}, {"&&"}, {"==", "!="}, {"<", "<=", ">", ">="}, {"+", "-"},
-                                                 {"*", "/", "%", "^"}};
+constexpr const char* kLevels[kLevelCount][5] = {
+    {"||"}, {"&&"}, {"==", "!="}, {"<", "<=", ">", ">="}, {"+", "-"}, {"*", "/", "%", "^"}};
 
-bool isOfLevel(const Token& token, int level)
-{
+bool isOfLevel(const Token& token, int level) {
     for (const char* spelling : kLevels[level])
         if (spelling && token.is(spelling))
             return true;
     return false;
 }
 
-bool isAssignment(const Token& token)
-{
+bool isAssignment(const Token& token) {
     for (const char* spelling : {"=", "+=", "-=", "*=", "/=", "%=", "^="})
         if (token.is(spelling))
             return true;
@@ -48,8 +44,7 @@ bool isAssignment(const Token& token)
 
 }  // namespace
 
-Node* Parser::expressionStatement()
-{
+Node* Parser::expressionStatement() {
     Type type = Type::None;
     if (typeFromName(m_token, type)) {
         const Mark start = m_token.mark;
@@ -64,14 +59,14 @@ Node* Parser::expressionStatement()
         }
     }
     Node* node = make(NodeKind::Expression);
-    const bool isCommand = m_token.kind == Tok::Ident && type == Type::None && !m_lexer.looksLikeCall();
+    const bool isCommand =
+        m_token.kind == Tok::Ident && type == Type::None && !m_lexer.looksLikeCall();
     node->children.push_back(isCommand ? command(false) : expression());
     endStatement();
     return node;
 }
 
-Node* Parser::expression()
-{
+Node* Parser::expression() {
     StackGuard::check();
     Node* target = choice();
     if (!isAssignment(m_token))
@@ -85,8 +80,7 @@ Node* Parser::expression()
     return node;
 }
 
-Node* Parser::choice()
-{
+Node* Parser::choice() {
     Node* condition = binary(0);
     if (!m_token.is("?"))
         return condition;
@@ -98,13 +92,14 @@ Node* Parser::choice()
     return node;
 }
 
-Node* Parser::binary(int level)
-{
+Node* Parser::binary(int level) {
     if (level == kLevelCount)
         return unary();
     Node* left = binary(level + 1);
     while (isOfLevel(m_token, level)) {
-        Node* node = make(level == 0 ? NodeKind::Or : level == 1 ? NodeKind::And : NodeKind::Binary);
+        Node* node = make(level == 0   ? NodeKind::Or
+                          : level == 1 ? NodeKind::And
+                                       : NodeKind::Binary);
         node->text = m_token.text;
         advance();
         node->children = {left, binary(level + 1)};
@@ -113,8 +108,7 @@ Node* Parser::binary(int level)
     return left;
 }
 
-Node* Parser::unary()
-{
+Node* Parser::unary() {
     StackGuard::check();
     const bool step = m_token.is("++") || m_token.is("--");
     if (!step && !m_token.is("-") && !m_token.is("!") && !m_token.is("+"))
@@ -130,8 +124,7 @@ Node* Parser::unary()
     return node;
 }
 
-Node* Parser::postfix()
-{
+Node* Parser::postfix() {
     Node* value = primary();
     while (true) {
         Node* node = nullptr;
@@ -161,16 +154,15 @@ Node* Parser::postfix()
     }
 }
 
-Node* Parser::primary()
-{
+Node* Parser::primary() {
     const Token token = m_token;
     switch (token.kind) {
-    case Tok::Int:
-    case Tok::Float: advance(); return number(token, 1.0);
-    case Tok::String: advance(); return literal(token, token.text);
-    case Tok::Variable: return variable();
-    case Tok::Ident: return identifier();
-    default: break;
+        case Tok::Int:
+        case Tok::Float: advance(); return number(token, 1.0);
+        case Tok::String: advance(); return literal(token, token.text);
+        case Tok::Variable: return variable();
+        case Tok::Ident: return identifier();
+        default: break;
     }
     if (token.is("`"))
         return backquoted();
@@ -184,24 +176,21 @@ Node* Parser::primary()
     return inner;
 }
 
-Node* Parser::number(const Token& token, double sign)
-{
+Node* Parser::number(const Token& token, double sign) {
     const double value = sign * token.number;
     if (token.kind == Tok::Int)
         return literal(token, Value(static_cast<std::int64_t>(value)));
     return literal(token, Value(value));
 }
 
-Node* Parser::variable()
-{
+Node* Parser::variable() {
     Node* node = make(NodeKind::Variable);
     node->text = m_token.text;
     advance();
     return node;
 }
 
-Node* Parser::identifier()
-{
+Node* Parser::identifier() {
     const Token name = m_token;
     if (const int value = switchWord(name.text); value >= 0) {
         advance();
@@ -219,8 +208,7 @@ Node* Parser::identifier()
     return arguments(name);
 }
 
-Node* Parser::cast(Type type)
-{
+Node* Parser::cast(Type type) {
     Node* node = make(NodeKind::Cast);
     node->kind.type = type;
     expect("(");
@@ -229,8 +217,7 @@ Node* Parser::cast(Type type)
     return node;
 }
 
-Node* Parser::arguments(const Token& name)
-{
+Node* Parser::arguments(const Token& name) {
     Node* node = make(NodeKind::Command, name);
     node->text = name.text;
     node->prefix = true;
@@ -243,8 +230,7 @@ Node* Parser::arguments(const Token& name)
     return node;
 }
 
-Node* Parser::list(NodeKind what, const char* close)
-{
+Node* Parser::list(NodeKind what, const char* close) {
     Node* node = make(what);
     advance();
     while (!accept(close)) {
@@ -256,8 +242,7 @@ Node* Parser::list(NodeKind what, const char* close)
 }
 
 // Three items in one row are a vector. A ">" would be read as a comparison: the items bind tighter.
-Node* Parser::vectorOrMatrix()
-{
+Node* Parser::vectorOrMatrix() {
     Node* matrix = make(NodeKind::Matrix);
     matrix->children.push_back(make(NodeKind::Vector));
     advance();
@@ -277,8 +262,7 @@ Node* Parser::vectorOrMatrix()
     return matrix->children.size() == 1 && first->children.size() == 3 ? first : matrix;
 }
 
-Node* Parser::backquoted()
-{
+Node* Parser::backquoted() {
     expect("`");
     if (m_token.kind != Tok::Ident)
         fail();
@@ -288,14 +272,12 @@ Node* Parser::backquoted()
 }
 
 // Back from command words: the token that ended them is read again by the rules of expressions.
-void Parser::leaveWords(const Token& token)
-{
+void Parser::leaveWords(const Token& token) {
     m_lexer.reset(token.mark);
     advance();
 }
 
-Node* Parser::command(bool inBackquotes)
-{
+Node* Parser::command(bool inBackquotes) {
     StackGuard::check();
     if (isReserved(m_token.text) || switchWord(m_token.text) >= 0)
         fail();
@@ -303,8 +285,8 @@ Node* Parser::command(bool inBackquotes)
     node->text = m_token.text;
     while (true) {
         const Token token = m_lexer.nextWord();
-        const bool ends = token.kind == Tok::End || token.is(";") || token.is("}") || token.is(")") ||
-                          (inBackquotes && token.is("`"));
+        const bool ends = token.kind == Tok::End || token.is(";") || token.is("}") ||
+                          token.is(")") || (inBackquotes && token.is("`"));
         if (ends) {
             leaveWords(token);
             return node;
@@ -313,8 +295,7 @@ Node* Parser::command(bool inBackquotes)
     }
 }
 
-Node* Parser::word(const Token& token, bool inBackquotes)
-{
+Node* Parser::word(const Token& token, bool inBackquotes) {
     if (token.kind == Tok::Word) {
         const int value = switchWord(token.text);
         return value >= 0 ? literal(token, Value(value)) : literal(token, token.text);
@@ -330,7 +311,8 @@ Node* Parser::word(const Token& token, bool inBackquotes)
         return number(token, 1.0);
     if (token.is("-"))
         return negated(token);
-    const bool group = token.is("(") || token.is("{") || token.is("<<") || (token.is("`") && !inBackquotes);
+    const bool group =
+        token.is("(") || token.is("{") || token.is("<<") || (token.is("`") && !inBackquotes);
     if (!group && token.kind != Tok::Variable)
         fail(token, "Syntax error");
     leaveWords(token);
@@ -346,8 +328,7 @@ Node* Parser::word(const Token& token, bool inBackquotes)
     return node;
 }
 
-Node* Parser::negated(const Token& token)
-{
+Node* Parser::negated(const Token& token) {
     const Token value = m_lexer.nextWord();
     if (value.kind == Tok::Int || value.kind == Tok::Float)
         return number(value, -1.0);

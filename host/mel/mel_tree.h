@@ -11,8 +11,7 @@ namespace torvel::mel {
 enum class Type : unsigned char { None, Int, Float, String, Vector, Matrix };
 
 /// A declared type; `array` for `int $a[]`.
-struct Kind
-{
+struct Kind {
     Type type = Type::None;
     bool array = false;
 };
@@ -29,35 +28,35 @@ enum class NodeKind : unsigned char {
     Binary,    ///< text
     And,
     Or,
-    Choice,    ///< condition ? a : b
-    Assign,    ///< text: = += ...; children: target, value
-    Array,     ///< { a, b }
-    Vector,    ///< << x, y, z >>
-    Matrix,    ///< << a, b; c, d >>; children: rows as Vector nodes
-    Cast,      ///< int($x); `kind`
-    Command,   ///< text: name; children: words or, with `prefix`, arguments in parentheses
+    Choice,   ///< condition ? a : b
+    Assign,   ///< text: = += ...; children: target, value
+    Array,    ///< { a, b }
+    Vector,   ///< << x, y, z >>
+    Matrix,   ///< << a, b; c, d >>; children: rows as Vector nodes
+    Cast,     ///< int($x); `kind`
+    Command,  ///< text: name; children: words or, with `prefix`, arguments in parentheses
     // statements
     Expression,
     Block,
-    If,        ///< condition, then, [else]
+    If,  ///< condition, then, [else]
     While,
-    DoWhile,   ///< body, condition
-    For,       ///< init block, condition, step block, body
-    ForIn,     ///< variable, array, body
-    Switch,    ///< value, then Case nodes
-    Case,      ///< [value] and statements; `prefix`: default
+    DoWhile,  ///< body, condition
+    For,      ///< init block, condition, step block, body
+    ForIn,    ///< variable, array, body
+    Switch,   ///< value, then Case nodes
+    Case,     ///< [value] and statements; `prefix`: default
     Break,
     Continue,
-    Return,    ///< [value]
-    Declare,   ///< Declarator children; `kind`, `global`
-    Declarator,///< text; `kind`; [value]; with `prefix` the child is an array's size; a matrix: rows, columns, [value]
-    Procedure, ///< text: name; `kind`: result; Declarator children, body last
+    Return,      ///< [value]
+    Declare,     ///< Declarator children; `kind`, `global`
+    Declarator,  ///< text; `kind`; [value]; with `prefix` the child is an array's size; a matrix:
+                 ///< rows, columns, [value]
+    Procedure,   ///< text: name; `kind`: result; Declarator children, body last
     Empty
 };
 
 /// One node of a parsed text. All nodes live in their Program; links are plain pointers.
-struct Node
-{
+struct Node {
     NodeKind what = NodeKind::Empty;
     bool prefix = false;
     bool global = false;
@@ -69,16 +68,14 @@ struct Node
 };
 
 /// A parsed text. Procedures keep the program that they stand in alive.
-struct Program
-{
+struct Program {
     std::vector<std::unique_ptr<Node>> nodes;
     std::vector<Node*> statements;
     std::string file;  ///< empty for a text that is no file
 };
 
 /// A fault of a text: thrown inside the language only, caught in Language::run.
-struct Fault
-{
+struct Fault {
     std::string text;
     int line = 0;    ///< 0: filled where a statement or command knows it
     int column = 0;  ///< not 0: a fault of syntax
@@ -86,10 +83,10 @@ struct Fault
 };
 
 /// Stops a recursion that would use up the stack. Made once in each function that recurses.
-class StackGuard
-{
-public:
-    /// Throws a Fault when more than a fixed part of the thread's stack is in use since the outermost `base`.
+class StackGuard {
+  public:
+    /// Throws a Fault when more than a fixed part of the thread's stack is in use since the
+    /// outermost `base`.
     static void check();
 
     /// Marks where the outermost run of this thread starts; inner ones change nothing.
@@ -98,7 +95,7 @@ public:
     StackGuard(const StackGuard&) = delete;
     StackGuard& operator=(const StackGuard&) = delete;
 
-private:
+  private:
     bool m_outermost;
 };
 

@@ -5,7 +5,8 @@
 
 namespace torvel {
 
-/// Told everything that scripts print (MEL `print`, Python's sys.stdout and sys.stderr), besides the real stream.
+/// Told everything that scripts print (MEL `print`, Python's sys.stdout and sys.stderr), besides
+/// the real stream.
 using ScriptOutput = std::function<void(const std::string& text, bool isError)>;
 
 /// One listener for the process; an empty one ends the listening.

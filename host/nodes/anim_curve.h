@@ -8,24 +8,35 @@ namespace torvel {
 
 /// Tangent kinds as files number them.
 enum TangentKind {
-    kFixedTangent = 1, kLinearTangent = 2, kFlatTangent = 3, kStepTangent = 5, kSplineTangent = 9,
-    kClampedTangent = 10, kPlateauTangent = 16, kStepNextTangent = 17, kAutoTangent = 18
+    kFixedTangent = 1,
+    kLinearTangent = 2,
+    kFlatTangent = 3,
+    kStepTangent = 5,
+    kSplineTangent = 9,
+    kClampedTangent = 10,
+    kPlateauTangent = 16,
+    kStepNextTangent = 17,
+    kAutoTangent = 18
 };
 
 /// One key: time in frames (or the driver's unit), value in internal units.
-struct CurveKey
-{
+struct CurveKey {
     double time = 0.0, value = 0.0;
     int inKind = kAutoTangent, outKind = kAutoTangent;
     double inSlope = 0.0, outSlope = 0.0;  ///< of fixed tangents: value per frame
 };
 
 /// How a curve goes on beyond its keys, as files number it.
-enum CurveEnd { kConstantEnd = 0, kLinearEnd = 1, kCycleEnd = 3, kCycleOffsetEnd = 4, kOscillateEnd = 5 };
+enum CurveEnd {
+    kConstantEnd = 0,
+    kLinearEnd = 1,
+    kCycleEnd = 3,
+    kCycleOffsetEnd = 4,
+    kOscillateEnd = 5
+};
 
 /// Keys made ready for evaluation: ascending in time, every slope worked out.
-struct CurveShape : Payload
-{
+struct CurveShape : Payload {
     CurveShape() = default;
     explicit CurveShape(std::vector<CurveKey> sortedKeys);
     /// 0 without keys.
@@ -34,12 +45,13 @@ struct CurveShape : Payload
     std::vector<CurveKey> keys;  ///< inSlope and outSlope as they are, whatever the kinds
     int pre = kConstantEnd, post = kConstantEnd;
 
-private:
+  private:
     double inside(double time) const;
     double beyond(double time, int kind) const;
 };
 
-/// Value at `time` of keys in ascending time; constant before the first and after the last, 0 without keys.
+/// Value at `time` of keys in ascending time; constant before the first and after the last, 0
+/// without keys.
 double curveValue(const std::vector<CurveKey>& keys, double time);
 
 /// Keys of an animation curve node, ascending in time. Empty for other nodes.
@@ -53,7 +65,8 @@ bool isTimeCurve(const Scene& scene, NodeHandle curve);
 double sceneTime(const Scene& scene);
 /// Sets time1.outTime and makes everything that follows it dirty.
 void setSceneTime(Scene& scene, double frame);
-/// Curves without an input follow the scene's time on their own: call this after time1.outTime has changed.
+/// Curves without an input follow the scene's time on their own: call this after time1.outTime has
+/// changed.
 void dirtyTimeCurves(Scene& scene);
 
 }  // namespace torvel

@@ -1,4 +1,5 @@
-// Nodes that add, multiply and measure. Their numbers are floats, as rigs expect of them, unless said otherwise.
+// Nodes that add, multiply and measure. Their numbers are floats, as rigs expect of them, unless
+// said otherwise.
 #include <cmath>
 
 #include "nodes/fn_numbers.h"
@@ -9,14 +10,15 @@
 namespace torvel {
 namespace {
 
-constexpr AttrRow floatPair(const char* longName, const char* shortName, std::uint32_t flags, const char* affects)
-{
+constexpr AttrRow floatPair(const char* longName, const char* shortName, std::uint32_t flags,
+                            const char* affects) {
     AttrRow row = attrRow(longName, shortName, AttrType::Float2, 0.0, flags, affects);
     row.childSuffixes = "xy";
     return row;
 }
 
-// --- multiplyDivide ------------------------------------------------------------------------------------------
+// --- multiplyDivide
+// ------------------------------------------------------------------------------------------
 
 enum { kMultiply = 1, kDivide = 2, kPower = 3 };
 
@@ -27,9 +29,9 @@ constexpr AttrRow kMultiplyDivideAttrs[] = {
     floatTriple("output", "o", "XYZ", 0.0, kComputedOutput),
 };
 
-// What has no value (a quotient by zero, a root of a negative number) is 0: nothing behind it becomes not a number.
-double combined(int operation, double a, double b)
-{
+// What has no value (a quotient by zero, a root of a negative number) is 0: nothing behind it
+// becomes not a number.
+double combined(int operation, double a, double b) {
     double value = a;
     if (operation == kMultiply)
         value = a * b;
@@ -40,22 +42,23 @@ double combined(int operation, double a, double b)
     return std::isfinite(value) ? value : 0.0;
 }
 
-void multiplyDivide(Evaluation& e)
-{
+void multiplyDivide(Evaluation& e) {
     static const AttrPositions<4> at("multiplyDivide", {"operation", "input1", "input2", "output"});
     QuickNode node(e);
     const int operation = node.whole(at[0]);
     const V3d a = node.vec3(at[1]), b = node.vec3(at[2]);
-    node.set(at[3],
-             V3d(combined(operation, a.x, b.x), combined(operation, a.y, b.y), combined(operation, a.z, b.z)));
+    node.set(at[3], V3d(combined(operation, a.x, b.x), combined(operation, a.y, b.y),
+                        combined(operation, a.z, b.z)));
 }
 
-// --- plusMinusAverage ----------------------------------------------------------------------------------------
+// --- plusMinusAverage
+// ----------------------------------------------------------------------------------------
 
 enum { kSum = 1, kSubtract = 2, kAverage = 3 };
 
 constexpr AttrRow kPlusMinusAttrs[] = {
-    enumRow("operation", "op", "No operation:Sum:Subtract:Average", kSum, kKeyable, "output1D output2D output3D"),
+    enumRow("operation", "op", "No operation:Sum:Subtract:Average", kSum, kKeyable,
+            "output1D output2D output3D"),
     attrRow("input1D", "i1", AttrType::Float, 0.0, kArray | kKeyable, "output1D"),
     floatPair("input2D", "i2", kArray | kKeyable, "output2D"),
     floatTriple("input3D", "i3", "xyz", 0.0, kArray | kKeyable, "output3D"),
@@ -64,8 +67,7 @@ constexpr AttrRow kPlusMinusAttrs[] = {
     floatTriple("output3D", "o3", "xyz", 0.0, kComputedOutput),
 };
 
-double folded(const QuickNode& node, int operation, AttrIndex array, AttrIndex leaf)
-{
+double folded(const QuickNode& node, int operation, AttrIndex array, AttrIndex leaf) {
     const std::size_t count = node.count(array);
     if (count == 0)
         return 0.0;
@@ -78,10 +80,10 @@ double folded(const QuickNode& node, int operation, AttrIndex array, AttrIndex l
     return operation == kAverage ? value / static_cast<double>(count) : value;
 }
 
-void plusMinusAverage(Evaluation& e)
-{
-    static const AttrPositions<7> at("plusMinusAverage", {"operation", "input1D", "input2D", "input3D", "output1D",
-                                                          "output2D", "output3D"});
+void plusMinusAverage(Evaluation& e) {
+    static const AttrPositions<7> at(
+        "plusMinusAverage",
+        {"operation", "input1D", "input2D", "input3D", "output1D", "output2D", "output3D"});
     QuickNode node(e);
     const int operation = node.whole(at[0]);
     if (e.output() == at[4]) {
@@ -94,19 +96,20 @@ void plusMinusAverage(Evaluation& e)
         node.set(output + i, folded(node, operation, array, array + i));
 }
 
-// --- reverse -------------------------------------------------------------------------------------------------
+// --- reverse
+// -------------------------------------------------------------------------------------------------
 
 constexpr AttrRow kReverseAttrs[] = {floatTriple("input", "i", "XYZ", 0.0, kKeyable, "output"),
                                      floatTriple("output", "o", "XYZ", 0.0, kComputedOutput)};
 
-void reverse(Evaluation& e)
-{
+void reverse(Evaluation& e) {
     static const AttrPositions<2> at("reverse", {"input", "output"});
     QuickNode node(e);
     node.set(at[1], V3d(1.0) - node.vec3(at[0]));
 }
 
-// --- addDoubleLinear, multDoubleLinear (double precision, lengths) -------------------------------------------
+// --- addDoubleLinear, multDoubleLinear (double precision, lengths)
+// -------------------------------------------
 
 constexpr AttrRow kTwoLengths[] = {
     attrRow("input1", "i1", AttrType::Distance, 0.0, kKeyable, "output"),
@@ -114,27 +117,26 @@ constexpr AttrRow kTwoLengths[] = {
     attrRow("output", "o", AttrType::Distance, 0.0, kComputedOutput),
 };
 
-void addDoubleLinear(Evaluation& e)
-{
+void addDoubleLinear(Evaluation& e) {
     static const AttrPositions<3> at("addDoubleLinear", {"input1", "input2", "output"});
     QuickNode node(e);
     node.set(at[2], node.number(at[0]) + node.number(at[1]));
 }
 
-void multDoubleLinear(Evaluation& e)
-{
+void multDoubleLinear(Evaluation& e) {
     static const AttrPositions<3> at("multDoubleLinear", {"input1", "input2", "output"});
     QuickNode node(e);
     node.set(at[2], node.number(at[0]) * node.number(at[1]));
 }
 
-// --- multiply, sum, floatConstant ----------------------------------------------------------------------------
+// --- multiply, sum, floatConstant
+// ----------------------------------------------------------------------------
 
-constexpr AttrRow kManyNumbers[] = {attrRow("input", "i", AttrType::Double, 0.0, kArray | kKeyable, "output"),
-                                    attrRow("output", "o", AttrType::Double, 0.0, kComputedOutput)};
+constexpr AttrRow kManyNumbers[] = {
+    attrRow("input", "i", AttrType::Double, 0.0, kArray | kKeyable, "output"),
+    attrRow("output", "o", AttrType::Double, 0.0, kComputedOutput)};
 
-void multiply(Evaluation& e)
-{
+void multiply(Evaluation& e) {
     static const AttrPositions<2> at("multiply", {"input", "output"});
     QuickNode node(e);
     const std::size_t count = node.count(at[0]);
@@ -144,24 +146,24 @@ void multiply(Evaluation& e)
     node.set(at[1], product);
 }
 
-void sum(Evaluation& e)
-{
+void sum(Evaluation& e) {
     static const AttrPositions<2> at("sum", {"input", "output"});
     QuickNode node(e);
     node.set(at[1], folded(node, kSum, at[0], at[0]));
 }
 
-constexpr AttrRow kConstantAttrs[] = {attrRow("inFloat", "_f", AttrType::Float, 1.0, kKeyable, "outFloat"),
-                                      attrRow("outFloat", "of", AttrType::Float, 0.0, kComputedOutput)};
+constexpr AttrRow kConstantAttrs[] = {
+    attrRow("inFloat", "_f", AttrType::Float, 1.0, kKeyable, "outFloat"),
+    attrRow("outFloat", "of", AttrType::Float, 0.0, kComputedOutput)};
 
-void floatConstant(Evaluation& e)
-{
+void floatConstant(Evaluation& e) {
     static const AttrPositions<2> at("floatConstant", {"inFloat", "outFloat"});
     QuickNode node(e);
     node.set(at[1], node.number(at[0]));
 }
 
-// --- distanceBetween -----------------------------------------------------------------------------------------
+// --- distanceBetween
+// -----------------------------------------------------------------------------------------
 
 constexpr AttrRow kDistanceAttrs[] = {
     vectorRow("point1", "p1", AttrType::Distance, 0.0, kKeyable, "distance"),
@@ -171,37 +173,41 @@ constexpr AttrRow kDistanceAttrs[] = {
     attrRow("distance", "d", AttrType::Double, 0.0, kComputedOutput),
 };
 
-void distanceBetween(Evaluation& e)
-{
-    static const AttrPositions<5> at("distanceBetween", {"point1", "inMatrix1", "point2", "inMatrix2", "distance"});
+void distanceBetween(Evaluation& e) {
+    static const AttrPositions<5> at("distanceBetween",
+                                     {"point1", "inMatrix1", "point2", "inMatrix2", "distance"});
     QuickNode node(e);
-    const V3d from = node.vec3(at[0]) * node.matrix(at[1]), to = node.vec3(at[2]) * node.matrix(at[3]);
+    const V3d from = node.vec3(at[0]) * node.matrix(at[1]),
+              to = node.vec3(at[2]) * node.matrix(at[3]);
     node.set(at[4], (to - from).length());
 }
 
-constexpr NodeTypeRow kMultiplyDivideRow =
-    utilityRow("multiplyDivide", fn::kMultiplyDivide, "kMultiplyDivide", kMultiplyDivideAttrs, multiplyDivide);
+constexpr NodeTypeRow kMultiplyDivideRow = utilityRow(
+    "multiplyDivide", fn::kMultiplyDivide, "kMultiplyDivide", kMultiplyDivideAttrs, multiplyDivide);
 constexpr NodeTypeRow kPlusMinusRow =
-    utilityRow("plusMinusAverage", fn::kPlusMinusAverage, "kPlusMinusAverage", kPlusMinusAttrs, plusMinusAverage);
-constexpr NodeTypeRow kReverseRow = utilityRow("reverse", fn::kReverse, "kReverse", kReverseAttrs, reverse);
-constexpr NodeTypeRow kAddRow =
-    utilityRow("addDoubleLinear", fn::kAddDoubleLinear, "kAddDoubleLinear", kTwoLengths, addDoubleLinear);
-constexpr NodeTypeRow kMultRow =
-    utilityRow("multDoubleLinear", fn::kDependencyNode, "kMultDoubleLinear", kTwoLengths, multDoubleLinear);
-constexpr NodeTypeRow kMultiplyRow = utilityRow("multiply", fn::kDependencyNode, "kMultiply", kManyNumbers, multiply);
+    utilityRow("plusMinusAverage", fn::kPlusMinusAverage, "kPlusMinusAverage", kPlusMinusAttrs,
+               plusMinusAverage);
+constexpr NodeTypeRow kReverseRow =
+    utilityRow("reverse", fn::kReverse, "kReverse", kReverseAttrs, reverse);
+constexpr NodeTypeRow kAddRow = utilityRow("addDoubleLinear", fn::kAddDoubleLinear,
+                                           "kAddDoubleLinear", kTwoLengths, addDoubleLinear);
+constexpr NodeTypeRow kMultRow = utilityRow("multDoubleLinear", fn::kDependencyNode,
+                                            "kMultDoubleLinear", kTwoLengths, multDoubleLinear);
+constexpr NodeTypeRow kMultiplyRow =
+    utilityRow("multiply", fn::kDependencyNode, "kMultiply", kManyNumbers, multiply);
 constexpr NodeTypeRow kSumRow = utilityRow("sum", fn::kDependencyNode, "kSum", kManyNumbers, sum);
-constexpr NodeTypeRow kConstantRow =
-    utilityRow("floatConstant", fn::kDependencyNode, "kFloatConstant", kConstantAttrs, floatConstant);
-constexpr NodeTypeRow kDistanceRow =
-    utilityRow("distanceBetween", fn::kDependencyNode, "kDistanceBetween", kDistanceAttrs, distanceBetween);
+constexpr NodeTypeRow kConstantRow = utilityRow("floatConstant", fn::kDependencyNode,
+                                                "kFloatConstant", kConstantAttrs, floatConstant);
+constexpr NodeTypeRow kDistanceRow = utilityRow(
+    "distanceBetween", fn::kDependencyNode, "kDistanceBetween", kDistanceAttrs, distanceBetween);
 
-const NodeTypeRow* const kRows[] = {&kMultiplyDivideRow, &kPlusMinusRow, &kReverseRow,  &kAddRow,     &kMultRow,
-                                    &kMultiplyRow,       &kSumRow,       &kConstantRow, &kDistanceRow};
+const NodeTypeRow* const kRows[] = {
+    &kMultiplyDivideRow, &kPlusMinusRow, &kReverseRow,  &kAddRow,     &kMultRow,
+    &kMultiplyRow,       &kSumRow,       &kConstantRow, &kDistanceRow};
 
 }  // namespace
 
-TypeRows arithmeticTypes()
-{
+TypeRows arithmeticTypes() {
     return {kRows, std::size(kRows)};
 }
 

@@ -16,11 +16,13 @@ constexpr AttrRow kDependNodeAttrs[] = {
     attrRow("frozen", "fzn", AttrType::Bool),
     attrRow("isHistoricallyInteresting", "ihi", AttrType::Byte, 2.0),
     enumRow("nodeState", "nds",
-            "Normal=0:HasNoEffect=1:Blocking=2:Waiting-Normal=3:Waiting-HasNoEffect=4:Waiting-Blocking=5"),
+            "Normal=0:HasNoEffect=1:Blocking=2:Waiting-Normal=3:Waiting-HasNoEffect=4:Waiting-"
+            "Blocking=5"),
     attrRow("binMembership", "bnm", AttrType::String),
 };
 
-constexpr const char* kParentOutputs = "parentMatrix parentInverseMatrix worldMatrix worldInverseMatrix";
+constexpr const char* kParentOutputs =
+    "parentMatrix parentInverseMatrix worldMatrix worldInverseMatrix";
 
 // The core itself ties these outputs to the parent's world matrix.
 constexpr AttrRow kDagNodeAttrs[] = {
@@ -81,15 +83,17 @@ constexpr AttrRow kDagNodeAttrs[] = {
 
 }  // namespace
 
-const NodeTypeRow kDependNode =
-    typeRow("dependNode", "", fn::kDependencyNode, "kDependencyNode", kDependNodeAttrs, kAbstractType);
+const NodeTypeRow kDependNode = typeRow("dependNode", "", fn::kDependencyNode, "kDependencyNode",
+                                        kDependNodeAttrs, kAbstractType);
 const NodeTypeRow kEntity =
     typeRow("entity", "dependNode", fn::kDependencyNode, "kDependencyNode", kAbstractType);
-const NodeTypeRow kDagNodeType = typeRow("dagNode", "entity", fn::kDagNode, "kDagNode", kDagNodeAttrs,
-                                         kDagType | kAbstractType, evaluateDagNode);
+const NodeTypeRow kDagNodeType = typeRow("dagNode", "entity", fn::kDagNode, "kDagNode",
+                                         kDagNodeAttrs, kDagType | kAbstractType, evaluateDagNode);
 const NodeTypeRow kWorldType = typeRow("world", "dagNode", fn::kWorld, "kWorld", kUniqueType);
-const NodeTypeRow kShapeBase = typeRow("shape", "dagNode", fn::kShape, "kShape", kShapeType | kAbstractType);
-const NodeTypeRow kGeometryShape = typeRow("geometryShape", "shape", fn::kShape, "kShape", kAbstractType);
+const NodeTypeRow kShapeBase =
+    typeRow("shape", "dagNode", fn::kShape, "kShape", kShapeType | kAbstractType);
+const NodeTypeRow kGeometryShape =
+    typeRow("geometryShape", "shape", fn::kShape, "kShape", kAbstractType);
 const NodeTypeRow kDeformableShape =
     typeRow("deformableShape", "geometryShape", fn::kShape, "kShape", kAbstractType);
 

@@ -12,10 +12,11 @@
 namespace torvel {
 namespace {
 
-// --- blendColors ---------------------------------------------------------------------------------------------
+// --- blendColors
+// ---------------------------------------------------------------------------------------------
 
-constexpr AttrRow colorPart(const char* parent, const char* longName, const char* shortName, double value)
-{
+constexpr AttrRow colorPart(const char* parent, const char* longName, const char* shortName,
+                            double value) {
     return under(parent, attrRow(longName, shortName, AttrType::Float, value, kKeyable));
 }
 
@@ -32,15 +33,15 @@ constexpr AttrRow kBlendColorsAttrs[] = {
     floatTriple("output", "op", "RGB", 0.0, kComputedOutput),
 };
 
-void blendColors(Evaluation& e)
-{
+void blendColors(Evaluation& e) {
     static const AttrPositions<4> at("blendColors", {"blender", "color1", "color2", "output"});
     QuickNode node(e);
     const double share = node.number(at[0]);
     node.set(at[3], node.vec3(at[1]) * share + node.vec3(at[2]) * (1.0 - share));
 }
 
-// --- blendTwoAttr, blendWeighted -----------------------------------------------------------------------------
+// --- blendTwoAttr, blendWeighted
+// -----------------------------------------------------------------------------
 
 constexpr AttrRow kTwoAttrs[] = {
     attrRow("input", "i", AttrType::Double, 0.0, kArray | kKeyable, "output"),
@@ -49,8 +50,7 @@ constexpr AttrRow kTwoAttrs[] = {
     outputRow("output", "o", AttrType::Double),
 };
 
-void blendTwoAttr(Evaluation& e)
-{
+void blendTwoAttr(Evaluation& e) {
     static const AttrPositions<3> at("blendTwoAttr", {"input", "attributesBlender", "output"});
     QuickNode node(e);
     const double share = node.number(at[1]);
@@ -66,23 +66,23 @@ constexpr AttrRow kWeightedAttrs[] = {
 };
 
 // An input without a weight of its own counts in full.
-void blendWeighted(Evaluation& e)
-{
+void blendWeighted(Evaluation& e) {
     static const AttrPositions<3> at("blendWeighted", {"input", "weight", "output"});
     QuickNode node(e);
     double total = 0.0;
     for (std::size_t i = 0; i < node.count(at[0]); ++i)
-        total += node.element(at[0], i, at[0]) * node.elementOr(at[1], node.logicalAt(at[0], i), at[1], 1.0);
+        total += node.element(at[0], i, at[0]) *
+                 node.elementOr(at[1], node.logicalAt(at[0], i), at[1], 1.0);
     node.set(at[2], total);
 }
 
-// --- pairBlend -----------------------------------------------------------------------------------------------
+// --- pairBlend
+// -----------------------------------------------------------------------------------------------
 
 constexpr const char* kModeNames = "Blend inputs:In1 only:In2 only";
 
-constexpr AttrRow half(const char* parent, const char* longName, const char* shortName, AttrType type,
-                       std::uint32_t flags = kKeyable)
-{
+constexpr AttrRow half(const char* parent, const char* longName, const char* shortName,
+                       AttrType type, std::uint32_t flags = kKeyable) {
     return under(parent, attrRow(longName, shortName, type, 0.0, flags));
 }
 
@@ -121,13 +121,12 @@ constexpr AttrRow kPairAttrs[] = {
     half("outRotate", "outRotateZ", "orz", AttrType::Angle, kComputedOutput),
 };
 
-double shareOf(int mode, double weight)
-{
+double shareOf(int mode, double weight) {
     return mode == 1 ? 0.0 : mode == 2 ? 1.0 : weight;
 }
 
-V3d blendedRotation(const QuickNode& node, const V3d& a, const V3d& b, double share, AttrIndex order)
-{
+V3d blendedRotation(const QuickNode& node, const V3d& a, const V3d& b, double share,
+                    AttrIndex order) {
     if (share <= 0.0 || share >= 1.0)
         return share <= 0.0 ? a : b;
     const int rotateOrder = node.whole(order);
@@ -136,30 +135,33 @@ V3d blendedRotation(const QuickNode& node, const V3d& a, const V3d& b, double sh
     return eulerFromMatrix(Imath::slerpShortestArc(from, to, share).toMatrix44(), rotateOrder, &a);
 }
 
-void pairBlend(Evaluation& e)
-{
+void pairBlend(Evaluation& e) {
     static const AttrPositions<13> at(
-        "pairBlend", {"inTranslate1", "inTranslate2", "inRotate1", "inRotate2", "weight", "translateXMode",
-                      "translateYMode", "translateZMode", "rotateMode", "rotInterpolation", "rotateOrder",
-                      "outTranslate", "outRotate"});
+        "pairBlend", {"inTranslate1", "inTranslate2", "inRotate1", "inRotate2", "weight",
+                      "translateXMode", "translateYMode", "translateZMode", "rotateMode",
+                      "rotInterpolation", "rotateOrder", "outTranslate", "outRotate"});
     QuickNode node(e);
     const double weight = node.number(at[4]);
     if (e.output() == at[11]) {
         const V3d a = node.vec3(at[0]), b = node.vec3(at[1]);
         V3d out;
         for (int i = 0; i < 3; ++i)
-            out[i] = a[i] + (b[i] - a[i]) * shareOf(node.whole(at[static_cast<std::size_t>(5 + i)]), weight);
+            out[i] = a[i] + (b[i] - a[i]) *
+                                shareOf(node.whole(at[static_cast<std::size_t>(5 + i)]), weight);
         node.set(at[11], out);
         return;
     }
     const V3d a = node.vec3(at[2]), b = node.vec3(at[3]);
     const double share = shareOf(node.whole(at[8]), weight);
-    node.set(at[12], node.whole(at[9]) == 1 ? blendedRotation(node, a, b, share, at[10]) : a + (b - a) * share);
+    node.set(at[12], node.whole(at[9]) == 1 ? blendedRotation(node, a, b, share, at[10])
+                                            : a + (b - a) * share);
 }
 
-// --- choice --------------------------------------------------------------------------------------------------
+// --- choice
+// --------------------------------------------------------------------------------------------------
 
-// Input and output take every kind of value; their nameless children let three numbers through as one.
+// Input and output take every kind of value; their nameless children let three numbers through as
+// one.
 constexpr std::uint32_t kInner = kOpaque | kNotStored;
 constexpr AttrRow kChoiceAttrs[] = {
     attrRow("selector", "s", AttrType::Long, 0.0, kKeyable, "output"),
@@ -174,8 +176,7 @@ constexpr AttrRow kChoiceAttrs[] = {
 };
 
 // A selector beyond the inputs takes the last one.
-void choice(Evaluation& e)
-{
+void choice(Evaluation& e) {
     static const AttrPositions<3> at("choice", {"selector", "input", "output"});
     QuickNode node(e);
     const std::size_t count = node.count(at[1]);
@@ -199,17 +200,19 @@ constexpr NodeTypeRow kBlendColorsRow =
     utilityRow("blendColors", fn::kBlendColors, "kBlendColors", kBlendColorsAttrs, blendColors);
 constexpr NodeTypeRow kTwoRow =
     utilityRow("blendTwoAttr", fn::kBlendNodeBase, "kBlendTwoAttr", kTwoAttrs, blendTwoAttr);
-constexpr NodeTypeRow kWeightedRow =
-    utilityRow("blendWeighted", fn::kBlendNodeBase, "kBlendWeighted", kWeightedAttrs, blendWeighted);
-constexpr NodeTypeRow kPairRow = utilityRow("pairBlend", fn::kDependencyNode, "kPairBlend", kPairAttrs, pairBlend);
-constexpr NodeTypeRow kChoiceRow = utilityRow("choice", fn::kDependencyNode, "kChoice", kChoiceAttrs, choice);
+constexpr NodeTypeRow kWeightedRow = utilityRow("blendWeighted", fn::kBlendNodeBase,
+                                                "kBlendWeighted", kWeightedAttrs, blendWeighted);
+constexpr NodeTypeRow kPairRow =
+    utilityRow("pairBlend", fn::kDependencyNode, "kPairBlend", kPairAttrs, pairBlend);
+constexpr NodeTypeRow kChoiceRow =
+    utilityRow("choice", fn::kDependencyNode, "kChoice", kChoiceAttrs, choice);
 
-const NodeTypeRow* const kRows[] = {&kBlendColorsRow, &kTwoRow, &kWeightedRow, &kPairRow, &kChoiceRow};
+const NodeTypeRow* const kRows[] = {&kBlendColorsRow, &kTwoRow, &kWeightedRow, &kPairRow,
+                                    &kChoiceRow};
 
 }  // namespace
 
-TypeRows blendTypes()
-{
+TypeRows blendTypes() {
     return {kRows, std::size(kRows)};
 }
 

@@ -1,4 +1,5 @@
-// blendShape: adds the offsets of its targets, in-between shapes included, to the points that come in.
+// blendShape: adds the offsets of its targets, in-between shapes included, to the points that come
+// in.
 #include "nodes/blend_shape.h"
 
 #include <algorithm>
@@ -12,15 +13,12 @@
 
 namespace torvel {
 
-double itemWeight(std::int32_t index)
-{
+double itemWeight(std::int32_t index) {
     return (index - 5000) / 1000.0;
 }
 
-std::vector<double> itemShares(const std::vector<ShapeItem>& items, double weight)
-{
-    struct Stop
-    {
+std::vector<double> itemShares(const std::vector<ShapeItem>& items, double weight) {
+    struct Stop {
         double weight;
         int item;  // -1: the unmoved shape
     };
@@ -30,7 +28,8 @@ std::vector<double> itemShares(const std::vector<ShapeItem>& items, double weigh
     std::vector<Stop> stops{{0.0, -1}};
     for (std::size_t i = 0; i < items.size(); ++i)
         stops.push_back({items[i].weight, static_cast<int>(i)});
-    std::sort(stops.begin(), stops.end(), [](const Stop& a, const Stop& b) { return a.weight < b.weight; });
+    std::sort(stops.begin(), stops.end(),
+              [](const Stop& a, const Stop& b) { return a.weight < b.weight; });
     std::size_t right = 1;
     while (right + 1 < stops.size() && stops[right].weight < weight)
         ++right;
@@ -52,8 +51,7 @@ std::vector<double> itemShares(const std::vector<ShapeItem>& items, double weigh
 
 namespace {
 
-bool readNumber(std::string_view& text, std::size_t& out)
-{
+bool readNumber(std::string_view& text, std::size_t& out) {
     const auto read = std::from_chars(text.data(), text.data() + text.size(), out);
     if (read.ec != std::errc())
         return false;
@@ -62,8 +60,7 @@ bool readNumber(std::string_view& text, std::size_t& out)
 }
 
 // "3]", "2:5]" or "*]"
-bool readRange(std::string_view text, std::size_t count, std::size_t& first, std::size_t& last)
-{
+bool readRange(std::string_view text, std::size_t count, std::size_t& first, std::size_t& last) {
     if (text == "*]") {
         first = 0;
         last = count - 1;
@@ -82,13 +79,14 @@ bool readRange(std::string_view text, std::size_t count, std::size_t& first, std
 
 }  // namespace
 
-std::vector<std::size_t> namedPoints(const std::vector<std::string>& components, std::size_t count)
-{
+std::vector<std::size_t> namedPoints(const std::vector<std::string>& components,
+                                     std::size_t count) {
     std::vector<std::size_t> points;
     for (const std::string& text : components) {
         const std::size_t open = text.find('[');
         std::size_t first = 0, last = 0;
-        if (open == std::string::npos || !readRange(std::string_view(text).substr(open + 1), count, first, last))
+        if (open == std::string::npos ||
+            !readRange(std::string_view(text).substr(open + 1), count, first, last))
             continue;
         for (std::size_t i = first; i <= last && i < count; ++i)
             points.push_back(i);
@@ -127,25 +125,27 @@ constexpr AttrRow kBlendShapeAttrs[] = {
     attrRow("deformationOrder", "dfo", AttrType::Short),
 };
 
-struct ShapeAttrs
-{
-    AttrIndex weight, target, group, item, geometry, points, components, targetWeights, baseWeights, directoryOf,
-        visible, directory, directoryWeight, original;
+struct ShapeAttrs {
+    AttrIndex weight, target, group, item, geometry, points, components, targetWeights, baseWeights,
+        directoryOf, visible, directory, directoryWeight, original;
 };
 
-const ShapeAttrs& shapeAttrs()
-{
+const ShapeAttrs& shapeAttrs() {
     static const ShapeAttrs attrs = [] {
         const auto at = [](const char* name) { return positionOf("blendShape", name); };
-        return ShapeAttrs{at("w"),   at("it"), at("itg"),  at("iti"),  at("igt"),  at("ipt"),  at("ict"),
-                          at("tw"),  at("bw"), at("pndr"), at("tgvs"), at("tgdt"), at("dwgh"), at("originalGeometry")};
+        return ShapeAttrs{at("w"),    at("it"),
+                          at("itg"),  at("iti"),
+                          at("igt"),  at("ipt"),
+                          at("ict"),  at("tw"),
+                          at("bw"),   at("pndr"),
+                          at("tgvs"), at("tgdt"),
+                          at("dwgh"), at("originalGeometry")};
     }();
     return attrs;
 }
 
 // Points of a mesh or a curve, double precision.
-std::vector<V3d> pointsOf(const PayloadPtr& geometry)
-{
+std::vector<V3d> pointsOf(const PayloadPtr& geometry) {
     std::vector<V3d> points;
     if (const auto* mesh = dynamic_cast<const MeshData*>(geometry.get()))
         points.assign(mesh->points.begin(), mesh->points.end());
@@ -154,8 +154,7 @@ std::vector<V3d> pointsOf(const PayloadPtr& geometry)
     return points;
 }
 
-PayloadPtr withPoints(const PayloadPtr& geometry, const std::vector<V3d>& points)
-{
+PayloadPtr withPoints(const PayloadPtr& geometry, const std::vector<V3d>& points) {
     if (const auto* mesh = dynamic_cast<const MeshData*>(geometry.get())) {
         auto moved = std::make_shared<MeshData>();
         moved->topology = mesh->topology;
@@ -167,17 +166,16 @@ PayloadPtr withPoints(const PayloadPtr& geometry, const std::vector<V3d>& points
     return moved;
 }
 
-Plug below(Plug plug, AttrIndex attr, int level = -1, std::int32_t index = 0)
-{
+Plug below(Plug plug, AttrIndex attr, int level = -1, std::int32_t index = 0) {
     plug.attr = attr;
     if (level >= 0)
         plug.index[level] = index;
     return plug;
 }
 
-// A living target is compared with the shape before any deformer, a stored one brings its own offsets.
-void readOffsets(Evaluation& e, const Plug& item, const std::vector<V3d>& base, ShapeItem& out)
-{
+// A living target is compared with the shape before any deformer, a stored one brings its own
+// offsets.
+void readOffsets(Evaluation& e, const Plug& item, const std::vector<V3d>& base, ShapeItem& out) {
     const ShapeAttrs& at = shapeAttrs();
     if (const PayloadPtr shape = e.data(below(item, at.geometry))) {
         const std::vector<V3d> points = pointsOf(shape);
@@ -197,20 +195,19 @@ void readOffsets(Evaluation& e, const Plug& item, const std::vector<V3d>& base, 
     }
 }
 
-double weightOf(Evaluation& e, std::int32_t target)
-{
+double weightOf(Evaluation& e, std::int32_t target) {
     const ShapeAttrs& at = shapeAttrs();
     QuickNode node(e);
     if (node.elementOr(at.visible, target, at.visible, 1.0) == 0.0)
         return 0.0;
-    const auto directory = static_cast<std::int32_t>(node.elementOr(at.directoryOf, target, at.directoryOf, 0.0));
+    const auto directory =
+        static_cast<std::int32_t>(node.elementOr(at.directoryOf, target, at.directoryOf, 0.0));
     return node.elementOr(at.weight, target, at.weight, 0.0) *
            node.elementOr(at.directory, directory, at.directoryWeight, 1.0);
 }
 
 // Painted weights by point; 1 where nothing was painted.
-std::vector<double> painted(Evaluation& e, const Plug& array, std::size_t count)
-{
+std::vector<double> painted(Evaluation& e, const Plug& array, std::size_t count) {
     std::vector<double> weights(count, 1.0);
     for (std::size_t i = 0; i < e.scene().elementCount(array); ++i) {
         const Plug element = e.scene().elementAt(array, i);
@@ -221,8 +218,8 @@ std::vector<double> painted(Evaluation& e, const Plug& array, std::size_t count)
     return weights;
 }
 
-void addTarget(Evaluation& e, const Plug& group, double weight, const std::vector<V3d>& base, std::vector<V3d>& moves)
-{
+void addTarget(Evaluation& e, const Plug& group, double weight, const std::vector<V3d>& base,
+               std::vector<V3d>& moves) {
     const ShapeAttrs& at = shapeAttrs();
     std::vector<ShapeItem> items;
     std::vector<Plug> plugs;
@@ -243,8 +240,7 @@ void addTarget(Evaluation& e, const Plug& group, double weight, const std::vecto
     }
 }
 
-PayloadPtr blend(Evaluation& e, std::int32_t element, const PayloadPtr& geometry)
-{
+PayloadPtr blend(Evaluation& e, std::int32_t element, const PayloadPtr& geometry) {
     const ShapeAttrs& at = shapeAttrs();
     const PayloadPtr original = e.data(e.plug(at.original, element));
     std::vector<V3d> points = pointsOf(geometry);
@@ -269,22 +265,21 @@ PayloadPtr blend(Evaluation& e, std::int32_t element, const PayloadPtr& geometry
     return withPoints(geometry, points);
 }
 
-void blendShape(Evaluation& e)
-{
+void blendShape(Evaluation& e) {
     evaluateFilter(e, blend);
 }
 
 constexpr AffectRow kAffects[] = {{"originalGeometry", "outputGeometry"}};
 
-constexpr NodeTypeRow kBlendShape = typeRow("blendShape", "geometryFilter", kFnBlendShape, "kBlendShape",
-                                            kBlendShapeAttrs, kAffects, kDeformerType, blendShape);
+constexpr NodeTypeRow kBlendShape =
+    typeRow("blendShape", "geometryFilter", kFnBlendShape, "kBlendShape", kBlendShapeAttrs,
+            kAffects, kDeformerType, blendShape);
 
 const NodeTypeRow* const kRows[] = {&kBlendShape};
 
 }  // namespace
 
-TypeRows blendShapeTypes()
-{
+TypeRows blendShapeTypes() {
     return {kRows, std::size(kRows)};
 }
 

@@ -5,8 +5,7 @@
 namespace torvel {
 namespace {
 
-V3d upDirection(const ConstraintVisit& c, int type, const V3d& own)
-{
+V3d upDirection(const ConstraintVisit& c, int type, const V3d& own) {
     switch (type) {
         case kObjectUp: return translationOf(c.in.matrix(c.a.upMatrix)) - own;
         case kObjectRotationUp:
@@ -17,8 +16,7 @@ V3d upDirection(const ConstraintVisit& c, int type, const V3d& own)
 }
 
 // Where the up axis points at the moment, by the rotation put out last.
-V3d formerUp(const ConstraintVisit& c, const AimFrame& frame, const M44d& parent)
-{
+V3d formerUp(const ConstraintVisit& c, const AimFrame& frame, const M44d& parent) {
     M44d m = turn(c.in.held(c.in.isHeld(c.a.outR) ? c.a.outR : c.a.restR), c.order());
     m = product(m, turn(c.in.vec3(c.a.cjo)));
     const V3d offset = c.in.vec3(c.a.offset);
@@ -28,8 +26,7 @@ V3d formerUp(const ConstraintVisit& c, const AimFrame& frame, const M44d& parent
 }
 
 M44d aimed(const ConstraintVisit& c, const AimFrame& frame, const V3d& direction, const V3d& own,
-           const M44d& parent)
-{
+           const M44d& parent) {
     const int type = c.in.integer(c.a.upType);
     if (type == kNoUp)
         return smallestRotation(frame.aimVector, direction);
@@ -43,8 +40,7 @@ M44d aimed(const ConstraintVisit& c, const AimFrame& frame, const V3d& direction
 
 }  // namespace
 
-void evaluateAimConstraint(Evaluation& evaluation)
-{
+void evaluateAimConstraint(Evaluation& evaluation) {
     static const ConstraintAttrs attrs("aimConstraint");
     if (!concernsConstraint(evaluation, attrs) || evaluation.output() != attrs.outR)
         return;

@@ -12,33 +12,28 @@ namespace {
 
 // World rotation of a target, its own offset in front; all but the last factor also as a signed
 // quaternion.
-struct TargetTurn
-{
+struct TargetTurn {
     V3d offset{0.0}, rotate, orient{0.0};
     int offsetOrder = kXYZ, order = kXYZ;
     M44d parent;  // what stands above the joint orient, orthonormal
 
     /// The rotate channels and the joint orient.
-    M44d spin() const
-    {
+    M44d spin() const {
         const M44d m = turn(rotate, order);
         return isZero(orient) ? m : product(m, eulerMatrix(orient));
     }
-    M44d matrix(const M44d& spun) const
-    {
+    M44d matrix(const M44d& spun) const {
         const M44d m = product(spun, parent);
         return isZero(offset) ? m : product(eulerMatrix(offset, offsetOrder), m);
     }
-    Quatd quaternion() const
-    {
+    Quatd quaternion() const {
         const Quatd own =
             inTurn(quaternionOfAngles(offset, offsetOrder), quaternionOfAngles(rotate, order));
         return inTurn(inTurn(own, quaternionOfAngles(orient, kXYZ)), quaternionOfMatrix(parent));
     }
 };
 
-TargetTurn orientTarget(const ConstraintVisit& c, const InputPlace* e)
-{
+TargetTurn orientTarget(const ConstraintVisit& c, const InputPlace* e) {
     TargetTurn t;
     t.rotate = c.in.vec3In(e, c.a.r);
     t.order = static_cast<int>(c.in.numberIn(e, c.a.ro));
@@ -47,8 +42,7 @@ TargetTurn orientTarget(const ConstraintVisit& c, const InputPlace* e)
     return t;
 }
 
-bool compensated(const ConstraintVisit& c, const InputPlace* e, V3d& inverseScale)
-{
+bool compensated(const ConstraintVisit& c, const InputPlace* e, V3d& inverseScale) {
     if (c.in.numberIn(e, c.a.ssc) == 0.0)
         return false;
     inverseScale = c.in.vec3In(e, c.a.is);
@@ -56,8 +50,7 @@ bool compensated(const ConstraintVisit& c, const InputPlace* e, V3d& inverseScal
 }
 
 // Columns over the parent joint's scale, then what is above.
-M44d aboveJoint(const ConstraintVisit& c, const InputPlace* e)
-{
+M44d aboveJoint(const ConstraintVisit& c, const InputPlace* e) {
     const M44d& above = c.in.matrixIn(e, c.a.pm);
     V3d inverseScale;
     if (!compensated(c, e, inverseScale))
@@ -69,8 +62,7 @@ M44d aboveJoint(const ConstraintVisit& c, const InputPlace* e)
     return out;
 }
 
-TargetTurn parentTarget(const ConstraintVisit& c, const InputPlace* e, const M44d& above)
-{
+TargetTurn parentTarget(const ConstraintVisit& c, const InputPlace* e, const M44d& above) {
     TargetTurn t;
     t.rotate = c.in.vec3In(e, c.a.r);
     t.order = static_cast<int>(c.in.numberIn(e, c.a.ro));
@@ -83,8 +75,7 @@ TargetTurn parentTarget(const ConstraintVisit& c, const InputPlace* e, const M44
 
 /// Mean of several targets in channel space: `turnOf(element)` gives each one.
 template <class TurnOf>
-M44d meanTurn(const ConstraintVisit& c, TurnOf&& turnOf)
-{
+M44d meanTurn(const ConstraintVisit& c, TurnOf&& turnOf) {
     // All quaternions get one common factor at the end: into channel space.
     const Quatd into = quaternionOfMatrix(c.toChannels(M44d()));
     RotationMean mean(c.in.integer(c.a.interp), quaternionOfAngles(c.in.held(c.a.last), c.order()));
@@ -98,8 +89,7 @@ M44d meanTurn(const ConstraintVisit& c, TurnOf&& turnOf)
 
 // Where a target carries the object's pivot: the offset in the target's own space, about its rotate
 // pivot.
-V3d carriedPoint(const ConstraintVisit& c, const InputPlace* e, const M44d& spun)
-{
+V3d carriedPoint(const ConstraintVisit& c, const InputPlace* e, const M44d& spun) {
     const V3d place = c.in.vec3In(e, c.a.t) + c.in.vec3In(e, c.a.rp) + c.in.vec3In(e, c.a.rpt);
     const M44d& above = c.in.matrixIn(e, c.a.pm);
     const V3d offset = c.in.vec3In(e, c.a.tot);
@@ -114,8 +104,7 @@ V3d carriedPoint(const ConstraintVisit& c, const InputPlace* e, const M44d& spun
 
 }  // namespace
 
-void evaluateParentConstraint(Evaluation& evaluation)
-{
+void evaluateParentConstraint(Evaluation& evaluation) {
     static const ConstraintAttrs attrs("parentConstraint");
     if (!concernsConstraint(evaluation, attrs))
         return;
@@ -143,8 +132,7 @@ void evaluateParentConstraint(Evaluation& evaluation)
     c.put(attrs.outR, angles);
 }
 
-void evaluatePointConstraint(Evaluation& evaluation)
-{
+void evaluatePointConstraint(Evaluation& evaluation) {
     static const ConstraintAttrs attrs("pointConstraint");
     if (!concernsConstraint(evaluation, attrs))
         return;
@@ -155,8 +143,7 @@ void evaluatePointConstraint(Evaluation& evaluation)
     c.put(attrs.outT, pointTimes(c.meanPivot(), c.in.matrix(attrs.cpim)) + offset - c.ownPivot());
 }
 
-void evaluateOrientConstraint(Evaluation& evaluation)
-{
+void evaluateOrientConstraint(Evaluation& evaluation) {
     static const ConstraintAttrs attrs("orientConstraint");
     if (!concernsConstraint(evaluation, attrs))
         return;
@@ -180,8 +167,7 @@ void evaluateOrientConstraint(Evaluation& evaluation)
         c.putAngles(attrs.outR, product(eulerMatrix(offset, c.order()), mean));
 }
 
-void evaluateScaleConstraint(Evaluation& evaluation)
-{
+void evaluateScaleConstraint(Evaluation& evaluation) {
     static const ConstraintAttrs attrs("scaleConstraint");
     if (!concernsConstraint(evaluation, attrs))
         return;
@@ -203,8 +189,7 @@ void evaluateScaleConstraint(Evaluation& evaluation)
     c.put(attrs.outS, mean * c.in.vec3(attrs.offset));
 }
 
-void evaluatePoleVectorConstraint(Evaluation& evaluation)
-{
+void evaluatePoleVectorConstraint(Evaluation& evaluation) {
     static const ConstraintAttrs attrs("poleVectorConstraint");
     if (!concernsConstraint(evaluation, attrs))
         return;

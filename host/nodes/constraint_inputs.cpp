@@ -9,35 +9,28 @@ namespace {
 
 const M44d kIdentity;
 
-double storedIn(const Slot* slot, const AttrInfo& info)
-{
+double storedIn(const Slot* slot, const AttrInfo& info) {
     return slot && (slot->state & kSet) ? slot->number : info.defaultValue;
 }
 
 // Slots are made here where there are none yet, so that a value given later is seen.
-InputPlace placeOf(Scene& scene, const Plug& plug)
-{
+InputPlace placeOf(Scene& scene, const Plug& plug) {
     const Plug from = Evaluator::resolve(scene, plug);
     return {scene.slotFor(from), scene.info(from).defaultValue};
 }
 
-bool isBelow(const Node& node, AttrIndex attr, AttrIndex above)
-{
+bool isBelow(const Node& node, AttrIndex attr, AttrIndex above) {
     while (attr != kNoAttr && attr != above)
         attr = node.type->attrs[attr].parent;
     return attr == above;
 }
 
-class PlanMaker
-{
-public:
+class PlanMaker {
+  public:
     PlanMaker(Scene& scene, Node& node, AttrIndex targets)
-        : m_scene(scene), m_node(node), m_targets(targets)
-    {
-    }
+        : m_scene(scene), m_node(node), m_targets(targets) {}
 
-    std::unique_ptr<ConstraintPlan> make()
-    {
+    std::unique_ptr<ConstraintPlan> make() {
         const AttrIndex end = static_cast<AttrIndex>(m_node.type->attrs.size());
         AttrIndex endInside = m_targets + 1;  // the children follow their array
         while (endInside < end && isBelow(m_node, endInside, m_targets))
@@ -51,9 +44,8 @@ public:
         return plan;
     }
 
-private:
-    std::vector<InputPlace> places(AttrIndex first, AttrIndex end, std::int32_t element)
-    {
+  private:
+    std::vector<InputPlace> places(AttrIndex first, AttrIndex end, std::int32_t element) {
         std::vector<InputPlace> out(end - first);
         for (AttrIndex attr = first; attr < end; ++attr) {
             const AttrInfo& info = m_node.type->attrs[attr];
@@ -70,8 +62,7 @@ private:
     AttrIndex m_targets;
 };
 
-void fetch(const InputPlace& place)
-{
+void fetch(const InputPlace& place) {
 #if defined(__GNUC__)
     __builtin_prefetch(place.slot);
 #else
@@ -79,8 +70,7 @@ void fetch(const InputPlace& place)
 #endif
 }
 
-std::size_t elementsOf(const Node& node, AttrIndex array)
-{
+std::size_t elementsOf(const Node& node, AttrIndex array) {
     const Slot* slot = node.peek(array);
     return slot && slot->array ? slot->array->elements.size() : 0;
 }
@@ -88,8 +78,7 @@ std::size_t elementsOf(const Node& node, AttrIndex array)
 }  // namespace
 
 ConstraintInputs::ConstraintInputs(const Evaluation& evaluation, AttrIndex targets)
-    : m_node(evaluation.node())
-{
+    : m_node(evaluation.node()) {
     Scene& scene = evaluation.scene();
     if (!m_node.plan)
         m_node.plan = std::make_unique<EvaluationPlan>();
@@ -108,16 +97,14 @@ ConstraintInputs::ConstraintInputs(const Evaluation& evaluation, AttrIndex targe
             fetch(place);
 }
 
-const M44d& ConstraintInputs::matrixAt(const InputPlace& place)
-{
+const M44d& ConstraintInputs::matrixAt(const InputPlace& place) {
     const Payload* held = place.slot ? place.slot->data.get() : nullptr;
     return held && typeid(*held) == typeid(MatrixData)
                ? static_cast<const MatrixData*>(held)->matrix
                : kIdentity;
 }
 
-V3d ConstraintInputs::held(AttrIndex vector) const
-{
+V3d ConstraintInputs::held(AttrIndex vector) const {
     V3d out;
     for (int i = 0; i < 3; ++i) {
         const AttrIndex part = vector + 1 + static_cast<AttrIndex>(i);
@@ -126,14 +113,12 @@ V3d ConstraintInputs::held(AttrIndex vector) const
     return out;
 }
 
-bool ConstraintInputs::isHeld(AttrIndex vector) const
-{
+bool ConstraintInputs::isHeld(AttrIndex vector) const {
     const Slot* slot = m_node.peek(vector + 1);
     return slot && (slot->state & kSet);
 }
 
-void ConstraintInputs::hold(AttrIndex vector, const V3d& value) const
-{
+void ConstraintInputs::hold(AttrIndex vector, const V3d& value) const {
     for (int i = 0; i < 3; ++i) {
         Slot& slot = m_node.slot(vector + 1 + static_cast<AttrIndex>(i));
         slot.number = value[i];

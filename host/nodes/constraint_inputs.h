@@ -11,24 +11,21 @@ namespace torvel {
 
 /// Where the value of one input stands, at the end of its connections; a null slot means the
 /// fallback.
-struct InputPlace
-{
+struct InputPlace {
     const Slot* slot = nullptr;
     double fallback = 0.0;
 };
 
 /// The places of all attributes that a constraint has beyond those of a transform.
-struct ConstraintPlan : NodePlan
-{
+struct ConstraintPlan : NodePlan {
     AttrIndex first = 0;        ///< attribute of own[0]
     AttrIndex firstInside = 0;  ///< attribute of each element's [0]
     std::vector<InputPlace> own;
     std::vector<std::vector<InputPlace>> elements;  ///< of `target`
 };
 
-class ConstraintInputs
-{
-public:
+class ConstraintInputs {
+  public:
     /// `targets`: the array attribute whose elements are read.
     ConstraintInputs(const Evaluation& evaluation, AttrIndex targets);
 
@@ -40,23 +37,19 @@ public:
     int integer(AttrIndex attr) const { return static_cast<int>(number(attr)); }
 
     // Of the children of an array's element.
-    double numberIn(const InputPlace* element, AttrIndex attr) const
-    {
+    double numberIn(const InputPlace* element, AttrIndex attr) const {
         return valueAt(inside(element, attr)[0]);
     }
-    V3d vec3In(const InputPlace* element, AttrIndex attr) const
-    {
+    V3d vec3In(const InputPlace* element, AttrIndex attr) const {
         return vec3At(inside(element, attr));
     }
-    const M44d& matrixIn(const InputPlace* element, AttrIndex attr) const
-    {
+    const M44d& matrixIn(const InputPlace* element, AttrIndex attr) const {
         return matrixAt(inside(element, attr)[0]);
     }
 
     /// Elements in ascending order: f(element).
     template <class F>
-    void forEachElement(F&& f) const
-    {
+    void forEachElement(F&& f) const {
         for (const std::vector<InputPlace>& element : m_plan->elements)
             f(element.data());
     }
@@ -67,17 +60,14 @@ public:
     bool isHeld(AttrIndex vector) const;
     void hold(AttrIndex vector, const V3d& value) const;
 
-private:
-    const InputPlace* own(AttrIndex attr) const
-    {
+  private:
+    const InputPlace* own(AttrIndex attr) const {
         return m_plan->own.data() + (attr - m_plan->first);
     }
-    const InputPlace* inside(const InputPlace* element, AttrIndex attr) const
-    {
+    const InputPlace* inside(const InputPlace* element, AttrIndex attr) const {
         return element + (attr - m_plan->firstInside);
     }
-    static double valueAt(const InputPlace& place)
-    {
+    static double valueAt(const InputPlace& place) {
         return place.slot && (place.slot->state & kSet) ? place.slot->number : place.fallback;
     }
     static V3d vec3At(const InputPlace* compound)  // the children follow their compound

@@ -7,33 +7,28 @@ namespace {
 
 constexpr double kNothing = 1e-12;
 
-double dot(const Quatd& a, const Quatd& b)
-{
+double dot(const Quatd& a, const Quatd& b) {
     return a.r * b.r + a.v.dot(b.v);
 }
 
-Quatd axisTurn(int axis, double angle)
-{
+Quatd axisTurn(int axis, double angle) {
     V3d v(0.0);
     v[axis] = std::sin(0.5 * angle);
     return Quatd(std::cos(0.5 * angle), v);
 }
 
-M44d rowsOf(const V3d& x, const V3d& y, const V3d& z)
-{
+M44d rowsOf(const V3d& x, const V3d& y, const V3d& z) {
     return {x.x, x.y, x.z, 0, y.x, y.y, y.z, 0, z.x, z.y, z.z, 0, 0, 0, 0, 1};
 }
 
 }  // namespace
 
-Quatd inTurn(const Quatd& first, const Quatd& second)
-{
+Quatd inTurn(const Quatd& first, const Quatd& second) {
     return {second.r * first.r - second.v.dot(first.v),
             first.v * second.r + second.v * first.r + second.v.cross(first.v)};
 }
 
-Quatd quaternionOfAngles(const V3d& angles, int rotateOrder)
-{
+Quatd quaternionOfAngles(const V3d& angles, int rotateOrder) {
     const AxisOrder order = axisOrder(rotateOrder);
     const Quatd inner = inTurn(axisTurn(order.first, angles[order.first]),
                                axisTurn(order.second, angles[order.second]));
@@ -41,8 +36,7 @@ Quatd quaternionOfAngles(const V3d& angles, int rotateOrder)
 }
 
 // The largest of the four parts is taken by its root: dividing by a small one would lose digits.
-Quatd quaternionOfMatrix(const M44d& m)
-{
+Quatd quaternionOfMatrix(const M44d& m) {
     const double trace = m[0][0] + m[1][1] + m[2][2];
     if (trace > 0.0) {
         const double r = 0.5 * std::sqrt(1.0 + trace), f = 0.25 / r;
@@ -61,16 +55,14 @@ Quatd quaternionOfMatrix(const M44d& m)
     return q.r < 0.0 ? Quatd(-q.r, -q.v) : q;
 }
 
-M44d matrixOfQuaternion(const Quatd& q)
-{
+M44d matrixOfQuaternion(const Quatd& q) {
     const double x = q.v.x, y = q.v.y, z = q.v.z, r = q.r;
     return rowsOf({1 - 2 * (y * y + z * z), 2 * (x * y + z * r), 2 * (z * x - y * r)},
                   {2 * (x * y - z * r), 1 - 2 * (z * z + x * x), 2 * (y * z + x * r)},
                   {2 * (z * x + y * r), 2 * (y * z - x * r), 1 - 2 * (y * y + x * x)});
 }
 
-void RotationMean::add(const Quatd& rotation, double weight)
-{
+void RotationMean::add(const Quatd& rotation, double weight) {
     Quatd q = rotation;
     const double side = dot(q, m_interpolation == kNoFlip ? m_last : m_sum);
     const bool flip = (m_interpolation == kNoFlip || m_interpolation == kShortest)
@@ -84,20 +76,17 @@ void RotationMean::add(const Quatd& rotation, double weight)
     m_sum = Quatd(m_sum.r + q.r * weight, m_sum.v + q.v * weight);
 }
 
-Quatd RotationMean::result() const
-{
+Quatd RotationMean::result() const {
     const double length = std::sqrt(dot(m_sum, m_sum));
     return length > kNothing ? Quatd(m_sum.r / length, m_sum.v / length) : m_first;
 }
 
-V3d anySquareTo(const V3d& v)
-{
+V3d anySquareTo(const V3d& v) {
     const V3d helper = std::fabs(v.x) < 0.9 * v.length() ? V3d(1, 0, 0) : V3d(0, 1, 0);
     return v.cross(helper).normalized();
 }
 
-bool aimRotation(const AimFrame& frame, const V3d& direction, const V3d& worldUp, M44d& rotation)
-{
+bool aimRotation(const AimFrame& frame, const V3d& direction, const V3d& worldUp, M44d& rotation) {
     const V3d a = direction.normalized();
     V3d z = a.cross(worldUp);
     const double length = z.length();
@@ -113,8 +102,7 @@ bool aimRotation(const AimFrame& frame, const V3d& direction, const V3d& worldUp
     return true;
 }
 
-M44d smallestRotation(const V3d& from, const V3d& to)
-{
+M44d smallestRotation(const V3d& from, const V3d& to) {
     const V3d a = from.normalized(), b = to.normalized();
     const double real = 1.0 + a.dot(b);
     if (real < kNothing)
@@ -122,8 +110,7 @@ M44d smallestRotation(const V3d& from, const V3d& to)
     return matrixOfQuaternion(Quatd(real, a.cross(b)).normalized());
 }
 
-M44d timesInverse(const M44d& a, const M44d& rotation)
-{
+M44d timesInverse(const M44d& a, const M44d& rotation) {
     M44d out;
     for (int i = 0; i < 3; ++i)
         for (int j = 0; j < 3; ++j)

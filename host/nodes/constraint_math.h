@@ -16,32 +16,22 @@ Quatd inTurn(const Quatd& first, const Quatd& second);
 M44d matrixOfQuaternion(const Quatd& q);
 
 /// Values of every interpType attribute.
-enum Interpolation
-{
-    kNoFlip,
-    kAverage,
-    kShortest,
-    kLongest,
-    kCached
-};
+enum Interpolation { kNoFlip, kAverage, kShortest, kLongest, kCached };
 
 /// A weighted mean of rotations. Average adds the quaternions with the signs they come with;
 /// Shortest turns each one to the side of the sum so far, Longest to the other side, No Flip to the
 /// side of `last`. Cached counts as Average.
-class RotationMean
-{
-public:
+class RotationMean {
+  public:
     RotationMean(int interpolation, const Quatd& last)
-        : m_interpolation(interpolation), m_last(last)
-    {
-    }
+        : m_interpolation(interpolation), m_last(last) {}
     /// Weights are above 0.
     void add(const Quatd& rotation, double weight);
     /// The mean; the first rotation when the others cancel it out. The identity when nothing was
     /// added.
     Quatd result() const;
 
-private:
+  private:
     int m_interpolation;
     Quatd m_last;
     Quatd m_first;
@@ -50,18 +40,10 @@ private:
 };
 
 /// Values of worldUpType.
-enum WorldUp
-{
-    kSceneUp,
-    kObjectUp,
-    kObjectRotationUp,
-    kVectorUp,
-    kNoUp
-};
+enum WorldUp { kSceneUp, kObjectUp, kObjectRotationUp, kVectorUp, kNoUp };
 
 /// What an aim constraint looks along.
-struct AimFrame
-{
+struct AimFrame {
     V3d aimVector{1, 0, 0};  ///< axis of the object that points at the target
     V3d upVector{0, 1, 0};   ///< axis of the object that leans to `worldUp`
 };

@@ -18,51 +18,40 @@ constexpr const char* kScales = "constraintScale";
 constexpr const char* kInterpolations = "No Flip=0:Average=1:Shortest=2:Longest=3:Cache=4";
 
 // One child of `target`.
-constexpr AttrRow moveOf(const char* longName, const char* shortName)
-{
+constexpr AttrRow moveOf(const char* longName, const char* shortName) {
     return under("target", vectorRow(longName, shortName, AttrType::Distance));
 }
-constexpr AttrRow turnOf(const char* longName, const char* shortName)
-{
+constexpr AttrRow turnOf(const char* longName, const char* shortName) {
     return under("target", vectorRow(longName, shortName, AttrType::Angle));
 }
-constexpr AttrRow scaleOf(const char* longName, const char* shortName)
-{
+constexpr AttrRow scaleOf(const char* longName, const char* shortName) {
     return under("target", vectorRow(longName, shortName, AttrType::Double, 1.0));
 }
-constexpr AttrRow orderOf(const char* longName, const char* shortName)
-{
+constexpr AttrRow orderOf(const char* longName, const char* shortName) {
     return under("target", enumRow(longName, shortName, kRotateOrderNames));
 }
-constexpr AttrRow parentMatrixOf(const char* longName, const char* shortName)
-{
+constexpr AttrRow parentMatrixOf(const char* longName, const char* shortName) {
     return under("target", attrRow(longName, shortName, AttrType::Matrix));
 }
 constexpr AttrRow kTargetWeight =
     under("target", within(attrRow("targetWeight", "tw", AttrType::Double, 1.0), 0.0));
 
-constexpr AttrRow targets(const char* affects)
-{
+constexpr AttrRow targets(const char* affects) {
     return compoundRow("target", "tg", AttrType::Compound, kArray, affects);
 }
-constexpr AttrRow parentInverse(const char* affects)
-{
+constexpr AttrRow parentInverse(const char* affects) {
     return attrRow("constraintParentInverseMatrix", "cpim", AttrType::Matrix, 0.0, 0, affects);
 }
-constexpr AttrRow orderRow(const char* affects)
-{
+constexpr AttrRow orderRow(const char* affects) {
     return enumRow("constraintRotateOrder", "cro", kRotateOrderNames, 0.0, 0, affects);
 }
-constexpr AttrRow move(const char* longName, const char* shortName, const char* affects)
-{
+constexpr AttrRow move(const char* longName, const char* shortName, const char* affects) {
     return vectorRow(longName, shortName, AttrType::Distance, 0.0, 0, affects);
 }
-constexpr AttrRow turn(const char* longName, const char* shortName, const char* affects)
-{
+constexpr AttrRow turn(const char* longName, const char* shortName, const char* affects) {
     return vectorRow(longName, shortName, AttrType::Angle, 0.0, 0, affects);
 }
-constexpr AttrRow inverseScale(const char* affects)
-{
+constexpr AttrRow inverseScale(const char* affects) {
     return vectorRow("inverseScale", "is", AttrType::Double, 1.0, 0, affects);
 }
 constexpr AttrRow kTranslateOut =
@@ -71,8 +60,7 @@ constexpr AttrRow kRotateOut = vectorRow("constraintRotate", "cr", AttrType::Ang
 constexpr AttrRow kScaleOut = vectorRow("constraintScale", "cs", AttrType::Double, 1.0, kComputed);
 
 constexpr AttrRow axisPart(const char* parent, const char* longName, const char* shortName,
-                           double value = 0.0)
-{
+                           double value = 0.0) {
     return under(parent, attrRow(longName, shortName, AttrType::Double, value));
 }
 

@@ -9,8 +9,7 @@
 namespace torvel {
 
 /// Attribute positions of one constraint type; those that it has not are kNoAttr.
-struct ConstraintAttrs
-{
+struct ConstraintAttrs {
     explicit ConstraintAttrs(const char* typeName);
     AttrIndex target, weight, t, rp, rpt, r, ro, jo, s, ssc, is, pm, tot, tor;
     AttrIndex cro, cpim, crp, crt, cjo, offset, polarity, erp, interp, last, restT, restR, restS,
@@ -32,25 +31,20 @@ V3d directionTimes(const V3d& v, const M44d& m);
 V3d overScale(const V3d& v, const V3d& scale);
 
 /// One constraint under evaluation.
-class ConstraintVisit
-{
-public:
+class ConstraintVisit {
+  public:
     ConstraintVisit(Evaluation& evaluation, const ConstraintAttrs& attrs)
-        : in(evaluation, attrs.target), a(attrs), m_node(evaluation.node())
-    {
-    }
+        : in(evaluation, attrs.target), a(attrs), m_node(evaluation.node()) {}
 
     /// Adds up the weights; false when there is none.
     bool anyWeight();
-    double weightOf(const InputPlace* element) const
-    {
+    double weightOf(const InputPlace* element) const {
         const double w = in.numberIn(element, a.weight);
         return w > 0.0 ? w : 0.0;  // what is no number counts as nothing, too
     }
     /// f(element, share of the weight, 0 to 1)
     template <class F>
-    void forEachTarget(F&& f) const
-    {
+    void forEachTarget(F&& f) const {
         in.forEachElement([&](const InputPlace* e) {
             if (const double w = weightOf(e); w > 0.0)
                 f(e, w / sum);
@@ -61,8 +55,7 @@ public:
     void put(AttrIndex output, const V3d& value) const;
     /// Writes angles on the turn nearest to restRotate: they depend on the inputs alone, not on the
     /// way there.
-    void putAngles(AttrIndex output, const M44d& rotation) const
-    {
+    void putAngles(AttrIndex output, const M44d& rotation) const {
         put(output, angles(rotation, a.restR));
     }
     /// Angles of the rotation on the turn nearest to those kept in `near`.
@@ -89,7 +82,7 @@ public:
     double sum = 0.0;
     int weighted = 0;
 
-private:
+  private:
     void markClean(AttrIndex output) const;
 
     Node& m_node;

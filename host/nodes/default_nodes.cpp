@@ -11,15 +11,18 @@ constexpr AttrRow kPartitionAttrs[] = {attrRow("sets", "st", AttrType::Message, 
                                        attrRow("annotation", "an", AttrType::String),
                                        attrRow("partitionType", "pt", AttrType::Short)};
 constexpr AttrRow kShaderListAttrs[] = {attrRow("shaders", "s", AttrType::Message, 0.0, kMany)};
-constexpr AttrRow kPostProcessAttrs[] = {attrRow("postProcesses", "p", AttrType::Message, 0.0, kMany)};
+constexpr AttrRow kPostProcessAttrs[] = {
+    attrRow("postProcesses", "p", AttrType::Message, 0.0, kMany)};
 constexpr AttrRow kUtilityAttrs[] = {attrRow("utilities", "u", AttrType::Message, 0.0, kMany)};
 constexpr AttrRow kTextureListAttrs[] = {attrRow("textures", "tx", AttrType::Message, 0.0, kMany)};
-constexpr AttrRow kRenderingListAttrs[] = {attrRow("rendering", "r", AttrType::Message, 0.0, kMany)};
-constexpr AttrRow kLightListAttrs[] = {attrRow("lights", "l", AttrType::Message, 0.0, kMany),
-                                       attrRow("lightsRelated", "ln", AttrType::Message, 0.0, kMany)};
+constexpr AttrRow kRenderingListAttrs[] = {
+    attrRow("rendering", "r", AttrType::Message, 0.0, kMany)};
+constexpr AttrRow kLightListAttrs[] = {
+    attrRow("lights", "l", AttrType::Message, 0.0, kMany),
+    attrRow("lightsRelated", "ln", AttrType::Message, 0.0, kMany)};
 
-constexpr AttrRow colorPart(const char* parent, const char* longName, const char* shortName, double value)
-{
+constexpr AttrRow colorPart(const char* parent, const char* longName, const char* shortName,
+                            double value) {
     return under(parent, attrRow(longName, shortName, AttrType::Float, value));
 }
 
@@ -40,13 +43,12 @@ constexpr AttrRow kMaterialAttrs[] = {
     attrRow("diffuse", "dc", AttrType::Float, 0.8),
 };
 
-constexpr NodeTypeRow only(const char* name)
-{
+constexpr NodeTypeRow only(const char* name) {
     return typeRow(name, "dependNode", fn::kDependencyNode, "kDependencyNode", kUniqueType);
 }
 template <std::size_t N>
-constexpr NodeTypeRow plain(const char* name, const AttrRow (&attrs)[N], std::uint32_t flags = kUniqueType)
-{
+constexpr NodeTypeRow plain(const char* name, const AttrRow (&attrs)[N],
+                            std::uint32_t flags = kUniqueType) {
     return typeRow(name, "dependNode", fn::kDependencyNode, "kDependencyNode", attrs, flags);
 }
 
@@ -66,11 +68,10 @@ constexpr NodeTypeRow kHardwareGlobals2 = only("hardwareRenderGlobals");
 constexpr NodeTypeRow kHardwareGlobals3 = only("hardwareRenderingGlobals");
 constexpr NodeTypeRow kColorGlobals = only("colorManagementGlobals");
 constexpr NodeTypeRow kLambert = plain("lambert", kMaterialAttrs, 0);
-constexpr NodeTypeRow kStandardSurface = typeRow("standardSurface", "dependNode", fn::kDependencyNode,
-                                                 "kStandardSurface");
+constexpr NodeTypeRow kStandardSurface =
+    typeRow("standardSurface", "dependNode", fn::kDependencyNode, "kStandardSurface");
 
-struct DefaultNode
-{
+struct DefaultNode {
     const char* type;
     const char* name;
 };
@@ -105,13 +106,13 @@ const DefaultNode kDefaultNodes[] = {
 }  // namespace
 
 const NodeTypeRow* const kDefaultNodeTypes[] = {
-    &kPartition, &kShaderList, &kPostProcess, &kUtilityList, &kTextureList, &kRenderingList, &kLightList,
-    &kGlobalsList, &kRenderGlobals, &kRenderQuality, &kResolution, &kHardwareGlobals, &kHardwareGlobals2,
-    &kHardwareGlobals3, &kColorGlobals, &kLambert, &kStandardSurface};
+    &kPartition,     &kShaderList,      &kPostProcess,      &kUtilityList,      &kTextureList,
+    &kRenderingList, &kLightList,       &kGlobalsList,      &kRenderGlobals,    &kRenderQuality,
+    &kResolution,    &kHardwareGlobals, &kHardwareGlobals2, &kHardwareGlobals3, &kColorGlobals,
+    &kLambert,       &kStandardSurface};
 const std::size_t kDefaultNodeTypeCount = sizeof kDefaultNodeTypes / sizeof *kDefaultNodeTypes;
 
-void createDefaultNodes(Scene& scene)
-{
+void createDefaultNodes(Scene& scene) {
     const bool modified = scene.modified;
     for (const DefaultNode& row : kDefaultNodes) {
         if (!scene.types().find(row.type) || !scene.names().lookUp(row.name).isNull())

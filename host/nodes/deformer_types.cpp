@@ -70,14 +70,12 @@ constexpr AttrRow kShadingEngineAttrs[] = {
     attrRow("displacementShader", "ds", AttrType::Any, 0.0, kNotStored),
 };
 
-double number(Evaluation& evaluation, const char* attr)
-{
+double number(Evaluation& evaluation, const char* attr) {
     return evaluation.number(evaluation.node().findAttr(attr));
 }
 
 // Offsets of vlist[element].vertex by point.
-PayloadPtr addTweaks(Evaluation& evaluation, std::int32_t element, const PayloadPtr& geometry)
-{
+PayloadPtr addTweaks(Evaluation& evaluation, std::int32_t element, const PayloadPtr& geometry) {
     const Scene& scene = evaluation.scene();
     Plug offsets = evaluation.plug(evaluation.node().findAttr("vertex"), element);
     const std::size_t count = scene.elementCount(offsets);
@@ -94,27 +92,25 @@ PayloadPtr addTweaks(Evaluation& evaluation, std::int32_t element, const Payload
     return moved;
 }
 
-void evaluateTweak(Evaluation& evaluation)
-{
+void evaluateTweak(Evaluation& evaluation) {
     evaluateFilter(evaluation, addTweaks);
 }
 
 // Deformers the host knows by name only.
-void evaluateUnchanged(Evaluation& evaluation)
-{
-    evaluateFilter(evaluation, [](Evaluation&, std::int32_t, const PayloadPtr& geometry) { return geometry; });
+void evaluateUnchanged(Evaluation& evaluation) {
+    evaluateFilter(evaluation,
+                   [](Evaluation&, std::int32_t, const PayloadPtr& geometry) { return geometry; });
 }
 
-void evaluateGroupParts(Evaluation& evaluation)
-{
+void evaluateGroupParts(Evaluation& evaluation) {
     const AttrIndex in = evaluation.node().findAttr("inputGeometry");
-    evaluation.set(evaluation.node().findAttr("outputGeometry"), evaluation.data(evaluation.plug(in)));
+    evaluation.set(evaluation.node().findAttr("outputGeometry"),
+                   evaluation.data(evaluation.plug(in)));
 }
 
 }  // namespace
 
-void evaluateFilter(Evaluation& evaluation, DeformFunction deform)
-{
+void evaluateFilter(Evaluation& evaluation, DeformFunction deform) {
     const AttrIndex input = evaluation.node().findAttr("input");
     const AttrIndex geometryAttr = evaluation.node().findAttr("inputGeometry");
     const AttrIndex out = evaluation.node().findAttr("outputGeometry");
@@ -137,13 +133,14 @@ extern const NodeTypeRow kObjectSetNode;
 extern const NodeTypeRow kShadingEngineNode;
 
 const NodeTypeRow kGeometryFilter =
-    typeRow("geometryFilter", "dependNode", kFnGeometryFilter, "kGeometryFilt", kFilterAttrs, kFilterAffects,
-            kAbstractType | kDeformerType, evaluateUnchanged);
-const NodeTypeRow kTweakNode =
-    typeRow("tweak", "geometryFilter", kFnTweak, "kTweak", kTweakAttrs, kDeformerType, evaluateTweak);
-const NodeTypeRow kGroupPartsNode = typeRow("groupParts", "dependNode", kFnGroupParts, "kGroupParts",
-                                            kGroupPartsAttrs, 0, evaluateGroupParts);
-const NodeTypeRow kGroupIdNode = typeRow("groupId", "dependNode", kFnGroupId, "kGroupId", kGroupIdAttrs);
+    typeRow("geometryFilter", "dependNode", kFnGeometryFilter, "kGeometryFilt", kFilterAttrs,
+            kFilterAffects, kAbstractType | kDeformerType, evaluateUnchanged);
+const NodeTypeRow kTweakNode = typeRow("tweak", "geometryFilter", kFnTweak, "kTweak", kTweakAttrs,
+                                       kDeformerType, evaluateTweak);
+const NodeTypeRow kGroupPartsNode = typeRow("groupParts", "dependNode", kFnGroupParts,
+                                            "kGroupParts", kGroupPartsAttrs, 0, evaluateGroupParts);
+const NodeTypeRow kGroupIdNode =
+    typeRow("groupId", "dependNode", kFnGroupId, "kGroupId", kGroupIdAttrs);
 const NodeTypeRow kObjectSetNode = typeRow("objectSet", "entity", kFnSet, "kSet", kSetAttrs);
 const NodeTypeRow kShadingEngineNode =
     typeRow("shadingEngine", "objectSet", kFnShadingEngine, "kShadingEngine", kShadingEngineAttrs);

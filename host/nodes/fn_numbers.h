@@ -1,7 +1,7 @@
 #pragma once
 
-/// The function-set numbers that node types report. The same numbers as `MFn::Type`, which this folder may not see;
-/// a test of the API compares the two.
+/// The function-set numbers that node types report. The same numbers as `MFn::Type`, which this
+/// folder may not see; a test of the API compares the two.
 namespace torvel::fn {
 
 enum Number : int {

@@ -10,8 +10,7 @@ constexpr double kNothing =
     1e-12;  // lengths below this part of the chain's length have no direction
 constexpr double kStraight = 1e-8;  // sine of a bend that counts as none
 
-M33d scaled(const V3d& scale, const M33d& m)
-{
+M33d scaled(const V3d& scale, const M33d& m) {
     M33d out = m;
     for (int i = 0; i < 3; ++i)
         for (int j = 0; j < 3; ++j)
@@ -19,37 +18,29 @@ M33d scaled(const V3d& scale, const M33d& m)
     return out;
 }
 
-M33d fromRows(const V3d& a, const V3d& b, const V3d& c)
-{
+M33d fromRows(const V3d& a, const V3d& b, const V3d& c) {
     return {a.x, a.y, a.z, b.x, b.y, b.z, c.x, c.y, c.z};
 }
 
-V3d squareTo(const V3d& unit)
-{
+V3d squareTo(const V3d& unit) {
     const V3d helper = std::fabs(unit.x) < 0.9 ? V3d(1, 0, 0) : V3d(0, 1, 0);
     return unit.cross(helper).normalized();
 }
 
-V3d turned(const V3d& v, const V3d& axis, double sine, double cosine)
-{
+V3d turned(const V3d& v, const V3d& axis, double sine, double cosine) {
     return v * cosine + axis.cross(v) * sine + axis * (axis.dot(v) * (1.0 - cosine));
 }
 
-V3d turned(const V3d& v, const V3d& axis, double angle)
-{
+V3d turned(const V3d& v, const V3d& axis, double angle) {
     return turned(v, axis, std::sin(angle), std::cos(angle));
 }
 
-class Solve
-{
-public:
+class Solve {
+  public:
     Solve(const IkChain& chain, const IkGoal& goal, IkScratch& scratch)
-        : m_chain(chain), m_goal(goal), m_s(scratch), m_count(chain.links.size())
-    {
-    }
+        : m_chain(chain), m_goal(goal), m_s(scratch), m_count(chain.links.size()) {}
 
-    void run(std::vector<M33d>& turns)
-    {
+    void run(std::vector<M33d>& turns) {
         restPose();
         findBends();
         m_wanted = m_goal.position.length();
@@ -62,9 +53,8 @@ public:
         turns[0] = m_chain.links[0].rest * rootTurn(endPoint());
     }
 
-private:
-    void restPose()
-    {
+  private:
+    void restPose() {
         m_s.pre.resize(m_count);
         m_s.frames.resize(m_count);
         m_s.points.resize(m_count + 1);
@@ -87,8 +77,7 @@ private:
 
     // Bend axes and angles are taken in the frame that the joint turns in, whatever scale stands
     // above it.
-    void findBends()
-    {
+    void findBends() {
         V3d sum(0.0), largest(0.0);
         for (std::size_t k = 1; k < m_count; ++k) {
             const V3d u = m_s.points[k] - m_s.points[k - 1], w = m_s.points[k + 1] - m_s.points[k];
@@ -108,8 +97,7 @@ private:
         m_normal = sum.length() > 1e-6 * largest.length() ? sum.normalized() : largest.normalized();
     }
 
-    V3d endPoint() const
-    {
+    V3d endPoint() const {
         V3d at = m_chain.end;
         for (std::size_t k = m_count - 1; k > 0; --k) {
             at = at * m_s.pre[k];
@@ -120,15 +108,13 @@ private:
         return at * m_s.pre[0];
     }
 
-    double overshoot(double factor)
-    {
+    double overshoot(double factor) {
         for (std::size_t k = 1; k < m_count; ++k)
             m_s.turns[k] = (factor - 1.0) * m_s.bends[k];
         return endPoint().length() - m_wanted;
     }
 
-    void bend()
-    {
+    void bend() {
         double sharpest = 0.0, sum = 0.0;
         for (double angle : m_s.bends) {
             sharpest = std::max(sharpest, angle);
@@ -149,8 +135,7 @@ private:
 
     // The triangle of two bones and the wanted length; false where scales make the second bone's
     // length change.
-    bool bendTwoBones()
-    {
+    bool bendTwoBones() {
         const double a = m_s.points[1].length(), b = (m_s.points[2] - m_s.points[1]).length();
         const double cosine = (m_wanted * m_wanted - a * a - b * b) / (2.0 * a * b);
         m_s.turns[1] = std::acos(std::clamp(cosine, -1.0, 1.0)) - m_s.bends[1];
@@ -159,8 +144,7 @@ private:
     }
 
     // Illinois method between straight (too long) and `high` (too short).
-    void search(double high)
-    {
+    void search(double high) {
         double low = 0.0, fLow = overshoot(low), fHigh = overshoot(high);
         int side = 0;
         for (int i = 0; i < 100 && high - low > 1e-15 * high; ++i) {
@@ -185,8 +169,7 @@ private:
         }
     }
 
-    M33d rootTurn(const V3d& end) const
-    {
+    M33d rootTurn(const V3d& end) const {
         const M33d start = m_goal.hasPole ? M33d() : m_goal.start;
         const double least = kNothing * m_length;
         if (m_wanted <= least || end.length() <= least)
@@ -215,15 +198,13 @@ private:
 
 }  // namespace
 
-M33d turnAbout(const V3d& axis, double angle)
-{
+M33d turnAbout(const V3d& axis, double angle) {
     const double s = std::sin(angle), c = std::cos(angle);
     return fromRows(turned(V3d(1, 0, 0), axis, s, c), turned(V3d(0, 1, 0), axis, s, c),
                     turned(V3d(0, 0, 1), axis, s, c));
 }
 
-M33d shortestTurn(const V3d& from, const V3d& to)
-{
+M33d shortestTurn(const V3d& from, const V3d& to) {
     const V3d axis = from.cross(to);
     const double sine = axis.length(), cosine = from.dot(to);
     if (sine > kNothing)
@@ -232,8 +213,7 @@ M33d shortestTurn(const V3d& from, const V3d& to)
 }
 
 void solveIkChain(const IkChain& chain, const IkGoal& goal, IkScratch& scratch,
-                  std::vector<M33d>& turns)
-{
+                  std::vector<M33d>& turns) {
     turns.clear();
     if (!chain.links.empty())
         Solve(chain, goal, scratch).run(turns);

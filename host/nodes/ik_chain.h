@@ -11,22 +11,19 @@ namespace torvel {
 
 /// One joint of a chain. Its matrix is scale * turn * after + offset, where the turn is what the
 /// solver looks for: rotate axis, rotate and joint orient together.
-struct IkLink
-{
+struct IkLink {
     V3d scale{1.0};
     M33d rest;   ///< the turn at the preferred angles
     M33d after;  ///< from the turned frame to the frame of the link before; unused for the root
     V3d offset{0.0};  ///< position in the frame of the link before; unused for the root
 };
 
-struct IkChain
-{
+struct IkChain {
     std::vector<IkLink> links;  ///< root first
     V3d end{0.0};               ///< position of the effector in the frame of the last link
 };
 
-struct IkGoal
-{
+struct IkGoal {
     V3d position{0.0};
     V3d pole{
         0.0, 0.0,
@@ -39,8 +36,7 @@ struct IkGoal
 };
 
 /// Reused between calls, so that a solve allocates nothing.
-struct IkScratch
-{
+struct IkScratch {
     std::vector<M33d> pre;     ///< scale * rest of each link
     std::vector<M33d> frames;  ///< of each link in the rest pose
     std::vector<V3d> points;   ///< of each link and of the effector

@@ -9,13 +9,11 @@
 namespace torvel {
 namespace {
 
-NodeHandle sourceNode(const Scene& scene, NodeHandle node, AttrIndex attr)
-{
+NodeHandle sourceNode(const Scene& scene, NodeHandle node, AttrIndex attr) {
     return scene.source(Plug(node, attr)).node;
 }
 
-IkMethod methodOf(const Scene& scene, NodeHandle solver)
-{
+IkMethod methodOf(const Scene& scene, NodeHandle solver) {
     if (scene.isType(solver, "ikRPsolver"))
         return IkMethod::RotatePlane;
     return scene.isType(solver, "ikSCsolver") ? IkMethod::SingleChain : IkMethod::None;
@@ -23,16 +21,14 @@ IkMethod methodOf(const Scene& scene, NodeHandle solver)
 
 // Keys under a handle are the FK pose that ikBlend blends with; every other driver keeps its
 // channel.
-bool isWritable(const Scene& scene, const Plug& plug)
-{
+bool isWritable(const Scene& scene, const Plug& plug) {
     Plug source = scene.effectiveSource(plug);
     if (!source.isNull() && scene.isType(source.node, "unitConversion"))
         source = scene.effectiveSource(scene.findPlug(source.node, "input"));
     return source.isNull() || scene.isType(source.node, "animCurve");
 }
 
-double handValue(const Scene& scene, NodeHandle joint, int axis)
-{
+double handValue(const Scene& scene, NodeHandle joint, int axis) {
     const Plug remembered(joint, ikAttrs().fkRotate + 1 + static_cast<AttrIndex>(axis));
     const Slot* slot = scene.peekSlot(remembered);
     if (slot && (slot->state & kSet))
@@ -41,8 +37,7 @@ double handValue(const Scene& scene, NodeHandle joint, int axis)
         Plug(joint, transformAttrs().rotate + 1 + static_cast<AttrIndex>(axis)));
 }
 
-void declareRotates(const Scene& scene, NodeHandle joint, WriterDeclaration& out)
-{
+void declareRotates(const Scene& scene, NodeHandle joint, WriterDeclaration& out) {
     for (int axis = 0; axis < 3; ++axis) {
         const Plug plug(joint, transformAttrs().rotate + 1 + static_cast<AttrIndex>(axis));
         if (!isWritable(scene, plug))
@@ -54,8 +49,7 @@ void declareRotates(const Scene& scene, NodeHandle joint, WriterDeclaration& out
 }
 
 // What the solver reads of a joint; nearly all of it has no source and needs no visit.
-void declareInputs(const Scene& scene, NodeHandle node, WriterDeclaration& out)
-{
+void declareInputs(const Scene& scene, NodeHandle node, WriterDeclaration& out) {
     const TransformAttrs& t = transformAttrs();
     const JointAttrs& j = jointAttrs();
     const AttrIndex numbers[] = {t.rotateOrder, j.segmentScaleCompensate,
@@ -73,23 +67,20 @@ void declareInputs(const Scene& scene, NodeHandle node, WriterDeclaration& out)
             add(child);
 }
 
-void declareOffset(const Scene& scene, NodeHandle node, WriterDeclaration& out)
-{
+void declareOffset(const Scene& scene, NodeHandle node, WriterDeclaration& out) {
     const Plug offset(node, dagAttrs().offsetParentMatrix);
     out.reads.push_back(Plug(node, dagAttrs().matrix));
     if (!scene.source(offset).isNull())
         out.reads.push_back(offset);
 }
 
-std::string notEvaluated(const Scene& scene, NodeHandle handle, NodeHandle solver)
-{
+std::string notEvaluated(const Scene& scene, NodeHandle handle, NodeHandle solver) {
     return scene.names().shortest(handle) + ": the solver '" + scene.typeName(solver) +
            "' is not evaluated; the joints of this ikHandle keep their rotations.";
 }
 
 // Nodes from `top` down to `bottom`, both included; none when `top` does not stand above it.
-void climb(const Scene& scene, NodeHandle top, NodeHandle bottom, std::vector<NodeHandle>& path)
-{
+void climb(const Scene& scene, NodeHandle top, NodeHandle bottom, std::vector<NodeHandle>& path) {
     for (const Node* at = scene.node(bottom); at && at->self != scene.world();) {
         path.push_back(at->self);
         if (at->self == top) {
@@ -103,16 +94,14 @@ void climb(const Scene& scene, NodeHandle top, NodeHandle bottom, std::vector<No
 
 }  // namespace
 
-IkParts ikPartsOf(const Scene& scene, NodeHandle handle)
-{
+IkParts ikPartsOf(const Scene& scene, NodeHandle handle) {
     IkParts parts;
     if (scene.isType(handle, "ikHandle"))
         findIkParts(scene, handle, parts);
     return parts;
 }
 
-void findIkParts(const Scene& scene, NodeHandle handle, IkParts& parts)
-{
+void findIkParts(const Scene& scene, NodeHandle handle, IkParts& parts) {
     parts.path.clear();
     parts.joints.clear();
     const IkAttrs& a = ikAttrs();
@@ -129,8 +118,7 @@ void findIkParts(const Scene& scene, NodeHandle handle, IkParts& parts)
             parts.joints.push_back(node);
 }
 
-NodeHandle ikEndJoint(const Scene& scene, NodeHandle effector)
-{
+NodeHandle ikEndJoint(const Scene& scene, NodeHandle effector) {
     if (!scene.isType(effector, "ikEffector"))
         return {};
     const AttrIndex translate = transformAttrs().translate;
@@ -140,16 +128,14 @@ NodeHandle ikEndJoint(const Scene& scene, NodeHandle effector)
     return {};
 }
 
-void solveAllHandles(const Scene& scene)
-{
+void solveAllHandles(const Scene& scene) {
     scene.forEachNode([&](const Node& node) {
         if (node.type->declareWrites)
             scene.evaluate(Plug(node.self, ikAttrs().solution));
     });
 }
 
-void forgetFkRotates(Scene& scene, const std::vector<NodeHandle>& joints)
-{
+void forgetFkRotates(Scene& scene, const std::vector<NodeHandle>& joints) {
     for (NodeHandle joint : joints)
         for (AttrIndex child = ikAttrs().fkRotate + 1; child < ikAttrs().fkRotate + 4; ++child)
             if (scene.peekSlot(Plug(joint, child))) {
@@ -159,8 +145,7 @@ void forgetFkRotates(Scene& scene, const std::vector<NodeHandle>& joints)
             }
 }
 
-void declareIkHandle(const Scene& scene, const Node& writer, WriterDeclaration& out)
-{
+void declareIkHandle(const Scene& scene, const Node& writer, WriterDeclaration& out) {
     const IkParts parts = ikPartsOf(scene, writer.self);
     if (parts.path.empty() || parts.solver.isNull())
         return;

@@ -15,8 +15,7 @@ class Evaluation;
 enum class IkMethod { None, RotatePlane, SingleChain };
 
 /// What a handle is tied to.
-struct IkParts
-{
+struct IkParts {
     NodeHandle start, effector, solver;
     IkMethod method =
         IkMethod::None;  ///< None: a solver that is kept as data only, or no solver at all

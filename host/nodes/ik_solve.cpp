@@ -13,47 +13,40 @@
 namespace torvel {
 namespace {
 
-M33d linearOf(const M44d& m)
-{
+M33d linearOf(const M44d& m) {
     return {m[0][0], m[0][1], m[0][2], m[1][0], m[1][1], m[1][2], m[2][0], m[2][1], m[2][2]};
 }
 
-M44d widened(const M33d& m)
-{
+M44d widened(const M33d& m) {
     return {m[0][0], m[0][1], m[0][2], 0.0, m[1][0], m[1][1], m[1][2], 0.0,
             m[2][0], m[2][1], m[2][2], 0.0, 0.0,     0.0,     0.0,     1.0};
 }
 
-V3d reciprocal(const V3d& v)
-{
+V3d reciprocal(const V3d& v) {
     return {v.x != 0.0 ? 1.0 / v.x : 1.0, v.y != 0.0 ? 1.0 / v.y : 1.0,
             v.z != 0.0 ? 1.0 / v.z : 1.0};
 }
 
-void scaleRows(M33d& m, const V3d& scale)
-{
+void scaleRows(M33d& m, const V3d& scale) {
     for (int i = 0; i < 3; ++i)
         for (int j = 0; j < 3; ++j)
             m[i][j] *= scale[i];
 }
 
-bool isFed(const Node& node, AttrIndex attr)
-{
+bool isFed(const Node& node, AttrIndex attr) {
     const Slot* slot = node.peek(attr);
     return slot && slot->links && !slot->links->source.isNull();
 }
 
 // Null while the offset is untouched.
-const M44d* offsetParent(const Evaluation& e, const Node& node)
-{
+const M44d* offsetParent(const Evaluation& e, const Node& node) {
     const AttrIndex attr = dagAttrs().offsetParentMatrix;
     const Slot* slot = node.peek(attr);
     return slot && (slot->data || isFed(node, attr)) ? &e.matrix(Plug(node.self, attr)) : nullptr;
 }
 
 // Three children of a compound, past all plugs where nothing comes in.
-V3d vectorOf(const Evaluation& e, const Node& node, AttrIndex compound)
-{
+V3d vectorOf(const Evaluation& e, const Node& node, AttrIndex compound) {
     if (node.mayBeLinked(compound))
         return e.vec3(Plug(node.self, compound));
     V3d out;
@@ -66,8 +59,7 @@ V3d vectorOf(const Evaluation& e, const Node& node, AttrIndex compound)
 }
 
 // What of a joint stays as it is while the chain is solved.
-struct JointState
-{
+struct JointState {
     Node* node;
     V3d translate, scale, preferred;
     M33d axis, orient;  // rotateAxis and jointOrient
@@ -76,11 +68,9 @@ struct JointState
 };
 
 /// One evaluation of one handle. Its buffers stay for the next one.
-class HandleSolve
-{
-public:
-    void run(Evaluation& e)
-    {
+class HandleSolve {
+  public:
+    void run(Evaluation& e) {
         findIkParts(e.scene(), e.handle(), m_parts);
         const IkParts& parts = m_parts;
         QuickNode handle(e);
@@ -100,9 +90,8 @@ public:
             writeJoint(e, k, blend);
     }
 
-private:
-    static bool isEnabled(const Evaluation& e, const QuickNode& handle)
-    {
+  private:
+    static bool isEnabled(const Evaluation& e, const QuickNode& handle) {
         if (!handle.flag(ikAttrs().solverEnable))
             return false;
         const WriterLinks* links = e.node().writerLinks.get();
@@ -112,8 +101,7 @@ private:
         return !e.scene().isType(last.node, "ikSystem") || e.number(last) != 0.0;
     }
 
-    JointState readJoint(const Evaluation& e, Node& node)
-    {
+    JointState readJoint(const Evaluation& e, Node& node) {
         const TransformAttrs& t = transformAttrs();
         const JointAttrs& j = jointAttrs();
         Evaluation inner(e.scene(), node, kNoAttr);
@@ -133,15 +121,13 @@ private:
         return out;
     }
 
-    static M33d turnOf(const V3d& angles, int order)
-    {
+    static M33d turnOf(const V3d& angles, int order) {
         if (angles == V3d(0.0))
             return {};
         return linearOf(eulerMatrix(angles, order));
     }
 
-    void readChain(const Evaluation& e, const IkParts& parts)
-    {
+    void readChain(const Evaluation& e, const IkParts& parts) {
         m_chain.links.assign(m_joints.size(), IkLink());
         for (std::size_t k = 0; k < m_joints.size(); ++k) {
             const JointState& joint = m_joints[k];
@@ -174,8 +160,7 @@ private:
         m_chain.end = translationOf(e.matrix(Plug(parts.effector, dagAttrs().matrix))) * between;
     }
 
-    void readGoal(const Evaluation& e, IkMethod method, const QuickNode& handle)
-    {
+    void readGoal(const Evaluation& e, IkMethod method, const QuickNode& handle) {
         const TransformAttrs& t = transformAttrs();
         const AttrIndex parentMatrix = dagAttrs().parentMatrix;
         const JointState& root = m_joints.front();
@@ -203,16 +188,14 @@ private:
                        linearOf(turned * rotationPart(widened(toWorld)).transposed());
     }
 
-    V3d ownRotate(const Scene& scene, const Node& joint) const
-    {
+    V3d ownRotate(const Scene& scene, const Node& joint) const {
         const AttrIndex rotate = transformAttrs().rotate;
         return {scene.ownNumber(Plug(joint.self, rotate + 1)),
                 scene.ownNumber(Plug(joint.self, rotate + 2)),
                 scene.ownNumber(Plug(joint.self, rotate + 3))};
     }
 
-    V3d solvedRotate(std::size_t k, double blend, const V3d& own) const
-    {
+    V3d solvedRotate(std::size_t k, double blend, const V3d& own) const {
         const JointState& joint = m_joints[k];
         const M44d solved =
             widened(joint.axis.transposed() * m_turns[k] * joint.orient.transposed());
@@ -224,8 +207,7 @@ private:
                                &own);
     }
 
-    void writeJoint(Evaluation& e, std::size_t k, double blend)
-    {
+    void writeJoint(Evaluation& e, std::size_t k, double blend) {
         Node& joint = *m_joints[k].node;
         const V3d own = blend < 1.0 || remembersFk(joint) ? ownRotate(e.scene(), joint) : V3d(0.0);
         const V3d shown = blend > 0.0 ? solvedRotate(k, blend, own) : own;
@@ -244,8 +226,7 @@ private:
         }
     }
 
-    static bool remembersFk(const Node& joint)
-    {
+    static bool remembersFk(const Node& joint) {
         const Slot* slot = joint.peek(ikAttrs().fkRotate + 1);
         return slot && (slot->state & kSet);
     }
@@ -260,8 +241,7 @@ private:
 
 }  // namespace
 
-const IkAttrs& ikAttrs()
-{
+const IkAttrs& ikAttrs() {
     static const IkAttrs attrs = [] {
         const auto at = [](const char* name) { return positionOf("ikHandle", name); };
         return IkAttrs{at("ikSolution"),
@@ -278,8 +258,7 @@ const IkAttrs& ikAttrs()
     return attrs;
 }
 
-void evaluateIkHandle(Evaluation& evaluation)
-{
+void evaluateIkHandle(Evaluation& evaluation) {
     if (evaluation.output() != ikAttrs().solution) {
         evaluateTransform(evaluation);
         return;

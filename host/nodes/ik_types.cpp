@@ -11,7 +11,8 @@ constexpr const char* kSolved = "ikSolution";
 
 constexpr AttrRow kIkHandleAttrs[] = {
     // What the solver has to be asked for; of no use to anybody but the graph.
-    attrRow("ikSolution", "iksn", AttrType::Bool, 0.0, kOutput | kOpaque | kHidden | kNotStored | kNotConnectable),
+    attrRow("ikSolution", "iksn", AttrType::Bool, 0.0,
+            kOutput | kOpaque | kHidden | kNotStored | kNotConnectable),
     attrRow("startJoint", "hsj", AttrType::Message, 0.0, 0, kSolved),
     attrRow("endEffector", "hee", AttrType::Message, 0.0, 0, kSolved),
     attrRow("ikSolver", "hsv", AttrType::Message, 0.0, 0, kSolved),
@@ -37,11 +38,14 @@ constexpr AttrRow kIkHandleAttrs[] = {
     attrRow("inCurve", "ic", AttrType::NurbsCurve),
     attrRow("dTwistControlEnable", "dtce", AttrType::Bool),
     enumRow("dWorldUpType", "dwut",
-            "Scene Up=0:Object Up=1:Object Up (Start/End)=2:Object Rotation Up=3:Object Rotation Up (Start/End)=4:"
+            "Scene Up=0:Object Up=1:Object Up (Start/End)=2:Object Rotation Up=3:Object Rotation "
+            "Up (Start/End)=4:"
             "Vector=5:Vector (Start/End)=6:Relative=7"),
-    enumRow("dForwardAxis", "dfa", "Positive X=0:Negative X=1:Positive Y=2:Negative Y=3:Positive Z=4:Negative Z=5"),
+    enumRow("dForwardAxis", "dfa",
+            "Positive X=0:Negative X=1:Positive Y=2:Negative Y=3:Positive Z=4:Negative Z=5"),
     enumRow("dWorldUpAxis", "dwua",
-            "Positive Y=0:Negative Y=1:Closest Y=2:Positive Z=3:Negative Z=4:Closest Z=5:Positive X=6:Negative X=7:"
+            "Positive Y=0:Negative Y=1:Closest Y=2:Positive Z=3:Negative Z=4:Closest Z=5:Positive "
+            "X=6:Negative X=7:"
             "Closest X=8"),
     compoundRow("dWorldUpVector", "dwuv", AttrType::Double3),
     under("dWorldUpVector", attrRow("dWorldUpVectorX", "dwux", AttrType::Double)),
@@ -57,10 +61,9 @@ constexpr AttrRow kIkHandleAttrs[] = {
 
 constexpr AffectRow kIkHandleAffects[] = {{"worldMatrix", kSolved}, {"parentMatrix", kSolved}};
 
-constexpr NodeTypeRow ikHandleRow()
-{
-    NodeTypeRow row = typeRow("ikHandle", "transform", fn::kIkHandle, "kIkHandle", kIkHandleAttrs, kIkHandleAffects, 0,
-                              evaluateIkHandle);
+constexpr NodeTypeRow ikHandleRow() {
+    NodeTypeRow row = typeRow("ikHandle", "transform", fn::kIkHandle, "kIkHandle", kIkHandleAttrs,
+                              kIkHandleAffects, 0, evaluateIkHandle);
     row.declareWrites = declareIkHandle;
     return row;
 }
@@ -90,8 +93,9 @@ const NodeTypeRow kIkSolver =
     typeRow("ikSolver", "dependNode", fn::kIkSolver, "kIkSolver", kIkSolverAttrs, kAbstractType);
 const NodeTypeRow kIkRPsolver = typeRow("ikRPsolver", "ikSolver", fn::kIkSolver, "kRPsolver");
 const NodeTypeRow kIkSCsolver = typeRow("ikSCsolver", "ikSolver", fn::kIkSolver, "kSCsolver");
-const NodeTypeRow kIkSplineSolver = typeRow("ikSplineSolver", "ikSolver", fn::kIkSolver, "kSplineSolver");
-const NodeTypeRow kIkSystem = typeRow("ikSystem", "dependNode", fn::kDependencyNode, "kIkSystem", kIkSystemAttrs,
-                                      kUniqueType);
+const NodeTypeRow kIkSplineSolver =
+    typeRow("ikSplineSolver", "ikSolver", fn::kIkSolver, "kSplineSolver");
+const NodeTypeRow kIkSystem = typeRow("ikSystem", "dependNode", fn::kDependencyNode, "kIkSystem",
+                                      kIkSystemAttrs, kUniqueType);
 
 }  // namespace torvel

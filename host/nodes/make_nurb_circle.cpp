@@ -15,11 +15,9 @@ namespace {
 
 constexpr double kTurn = 6.283185307179586;
 
-class CirclePlane
-{
+class CirclePlane {
   public:
-    explicit CirclePlane(const CircleForm& form) : m_center(form.center)
-    {
+    explicit CirclePlane(const CircleForm& form) : m_center(form.center) {
         const double length = form.normal.length();
         if (length < 1e-12)
             return;
@@ -36,12 +34,10 @@ class CirclePlane
     }
 
     /// Angles count from the second axis.
-    V3d at(double angle, double radius) const
-    {
+    V3d at(double angle, double radius) const {
         return m_center + m_v * (radius * std::cos(angle)) - m_u * (radius * std::sin(angle));
     }
-    V3d along(double angle, double speed) const
-    {
+    V3d along(double angle, double speed) const {
         return m_v * (-speed * std::sin(angle)) - m_u * (speed * std::cos(angle));
     }
 
@@ -49,8 +45,8 @@ class CirclePlane
     V3d m_center, m_u{1.0, 0.0, 0.0}, m_v{0.0, 1.0, 0.0};
 };
 
-void addRing(NurbsCurveData& curve, const CirclePlane& plane, const CircleForm& form, int sections)
-{
+void addRing(NurbsCurveData& curve, const CirclePlane& plane, const CircleForm& form,
+             int sections) {
     const double step = kTurn / sections;
     const double reach = form.degree == 3 ? 3.0 / (2.0 + std::cos(step)) : 1.0;
     const int before = form.degree == 3 ? 1 : 0;
@@ -64,8 +60,7 @@ void addRing(NurbsCurveData& curve, const CirclePlane& plane, const CircleForm& 
 }
 
 // Parts of the three control points that shape a clamped curve at its inner knot number `at`.
-void partsAt(int at, int sections, double (&parts)[3])
-{
+void partsAt(int at, int sections, double (&parts)[3]) {
     const bool early = at == 1, late = at == sections - 1;
     parts[0] = early ? 1.0 / 4.0 : 1.0 / 6.0;
     parts[2] = late ? 1.0 / 4.0 : 1.0 / 6.0;
@@ -74,8 +69,7 @@ void partsAt(int at, int sections, double (&parts)[3])
 
 // The control points 2 .. sections of an arc whose points at the inner knots are known, with those
 // before and after.
-void solveInner(std::vector<V3d>& cvs, const std::vector<V3d>& through)
-{
+void solveInner(std::vector<V3d>& cvs, const std::vector<V3d>& through) {
     const int sections = static_cast<int>(through.size()) - 1;
     std::vector<double> above(cvs.size(), 0.0);
     for (int at = 1; at < sections; ++at) {
@@ -100,8 +94,7 @@ void solveInner(std::vector<V3d>& cvs, const std::vector<V3d>& through)
     }
 }
 
-void addArc(NurbsCurveData& curve, const CirclePlane& plane, const CircleForm& form, int sections)
-{
+void addArc(NurbsCurveData& curve, const CirclePlane& plane, const CircleForm& form, int sections) {
     const double step = form.sweep / sections;
     std::vector<V3d> through;
     for (int i = 0; i <= sections; ++i)
@@ -146,13 +139,11 @@ constexpr AttrRow kAttrs[] = {
     attrRow("outputCurve", "oc", AttrType::NurbsCurve, 0.0, kOutput | kNotStored | kGeometryOut),
 };
 
-struct CircleAttrs
-{
+struct CircleAttrs {
     AttrIndex center, normal, sweep, radius, degree, sections, outputCurve;
 };
 
-const CircleAttrs& circleAttrs()
-{
+const CircleAttrs& circleAttrs() {
     static const CircleAttrs attrs = [] {
         const NodeType& type = *nodeTypes().find("makeNurbCircle");
         const auto at = [&](const char* name) { return type.byName.at(name); };
@@ -162,8 +153,7 @@ const CircleAttrs& circleAttrs()
     return attrs;
 }
 
-void evaluateCircle(Evaluation& e)
-{
+void evaluateCircle(Evaluation& e) {
     const CircleAttrs& a = circleAttrs();
     CircleForm form;
     form.center = e.vec3(a.center);
@@ -180,8 +170,7 @@ void evaluateCircle(Evaluation& e)
 const NodeTypeRow kMakeNurbCircle = typeRow("makeNurbCircle", "dependNode", fn::kCircle, "kCircle",
                                             kAttrs, kHistoryMaker, evaluateCircle);
 
-std::shared_ptr<const NurbsCurveData> circleCurve(const CircleForm& form)
-{
+std::shared_ptr<const NurbsCurveData> circleCurve(const CircleForm& form) {
     auto curve = std::make_shared<NurbsCurveData>();
     curve->degree = form.degree == 1 ? 1 : 3;
     const CirclePlane plane(form);

@@ -8,8 +8,7 @@ namespace torvel {
 
 /// What a circle is made of. The plane's axes are those of the XY plane after the smallest turn
 /// that brings +Z onto the normal; a normal without length leaves them where they are.
-struct CircleForm
-{
+struct CircleForm {
     V3d center{0.0};
     V3d normal{0.0, 0.0, 1.0};
     double sweep = 6.283185307179586;  ///< radians; a full turn or more closes the curve

@@ -10,19 +10,17 @@
 namespace torvel {
 namespace {
 
-constexpr AttrRow number(const char* parent, const char* longName, const char* shortName, double value,
-                         std::uint32_t flags = kKeyable)
-{
+constexpr AttrRow number(const char* parent, const char* longName, const char* shortName,
+                         double value, std::uint32_t flags = kKeyable) {
     return under(parent, attrRow(longName, shortName, AttrType::Double, value, flags));
 }
 
-constexpr AttrRow matrixRow(const char* longName, const char* shortName, std::uint32_t flags, const char* affects = "")
-{
+constexpr AttrRow matrixRow(const char* longName, const char* shortName, std::uint32_t flags,
+                            const char* affects = "") {
     return attrRow(longName, shortName, AttrType::Matrix, 0.0, flags, affects);
 }
 
-M44d matrixOf(const MatrixParts& parts)
-{
+M44d matrixOf(const MatrixParts& parts) {
     M44d m = parts.shear == V3d(0.0) ? parts.rotation : shearMatrix(parts.shear) * parts.rotation;
     for (int row = 0; row < 3; ++row)
         for (int column = 0; column < 3; ++column)
@@ -32,7 +30,8 @@ M44d matrixOf(const MatrixParts& parts)
     return m;
 }
 
-// --- composeMatrix, decomposeMatrix --------------------------------------------------------------------------
+// --- composeMatrix, decomposeMatrix
+// --------------------------------------------------------------------------
 
 constexpr AttrRow kComposeAttrs[] = {
     vectorRow("inputTranslate", "it", AttrType::Distance, 0.0, kKeyable, "outputMatrix"),
@@ -49,17 +48,15 @@ constexpr AttrRow kComposeAttrs[] = {
     matrixRow("outputMatrix", "omat", kComputedOutput),
 };
 
-M44d quatMatrix(const QuickNode& node, AttrIndex w, const V3d& axis)
-{
+M44d quatMatrix(const QuickNode& node, AttrIndex w, const V3d& axis) {
     const Quatd q(node.number(w), axis);
     return q.length() > 0.0 ? q.normalized().toMatrix44() : M44d();
 }
 
-void composeMatrix(Evaluation& e)
-{
-    static const AttrPositions<9> at("composeMatrix",
-                                     {"inputTranslate", "inputRotate", "inputScale", "inputShear", "inputQuat",
-                                      "inputQuatW", "inputRotateOrder", "useEulerRotation", "outputMatrix"});
+void composeMatrix(Evaluation& e) {
+    static const AttrPositions<9> at(
+        "composeMatrix", {"inputTranslate", "inputRotate", "inputScale", "inputShear", "inputQuat",
+                          "inputQuatW", "inputRotateOrder", "useEulerRotation", "outputMatrix"});
     QuickNode node(e);
     MatrixParts parts;
     parts.translate = node.vec3(at[0]);
@@ -86,11 +83,10 @@ constexpr AttrRow kDecomposeAttrs[] = {
     number("outputQuat", "outputQuatW", "oqw", 0.0, kComputedOutput),
 };
 
-void decomposeMatrix(Evaluation& e)
-{
-    static const AttrPositions<8> at("decomposeMatrix",
-                                     {"inputMatrix", "inputRotateOrder", "outputTranslate", "outputRotate",
-                                      "outputScale", "outputShear", "outputQuat", "outputQuatW"});
+void decomposeMatrix(Evaluation& e) {
+    static const AttrPositions<8> at(
+        "decomposeMatrix", {"inputMatrix", "inputRotateOrder", "outputTranslate", "outputRotate",
+                            "outputScale", "outputShear", "outputQuat", "outputQuatW"});
     QuickNode node(e);
     const M44d& matrix = node.matrix(at[0]);
     if (e.output() == at[2]) {
@@ -111,18 +107,19 @@ void decomposeMatrix(Evaluation& e)
     }
 }
 
-// --- products, sums, inverses --------------------------------------------------------------------------------
+// --- products, sums, inverses
+// --------------------------------------------------------------------------------
 
 constexpr AttrRow kMultAttrs[] = {matrixRow("matrixIn", "i", kArray, "matrixSum"),
                                   matrixRow("matrixSum", "o", kComputedOutput)};
 
-void multMatrix(Evaluation& e)
-{
+void multMatrix(Evaluation& e) {
     static const AttrPositions<2> at("multMatrix", {"matrixIn", "matrixSum"});
     QuickNode node(e);
     M44d product;
     for (std::size_t i = 0; i < node.count(at[0]); ++i)
-        product = i == 0 ? node.elementMatrix(at[0], i, at[0]) : product * node.elementMatrix(at[0], i, at[0]);
+        product = i == 0 ? node.elementMatrix(at[0], i, at[0])
+                         : product * node.elementMatrix(at[0], i, at[0]);
     node.set(at[1], product);
 }
 
@@ -134,9 +131,9 @@ constexpr AttrRow kWtAddAttrs[] = {
 };
 
 // No weights at all leave the matrix of zeros that such a sum is.
-void wtAddMatrix(Evaluation& e)
-{
-    static const AttrPositions<4> at("wtAddMatrix", {"wtMatrix", "matrixIn", "weightIn", "matrixSum"});
+void wtAddMatrix(Evaluation& e) {
+    static const AttrPositions<4> at("wtAddMatrix",
+                                     {"wtMatrix", "matrixIn", "weightIn", "matrixSum"});
     QuickNode node(e);
     M44d total(0.0);
     for (std::size_t i = 0; i < node.count(at[0]); ++i)
@@ -147,21 +144,20 @@ void wtAddMatrix(Evaluation& e)
 constexpr AttrRow kOneMatrix[] = {matrixRow("inputMatrix", "imat", 0, "outputMatrix"),
                                   matrixRow("outputMatrix", "omat", kComputedOutput)};
 
-void inverseMatrix(Evaluation& e)
-{
+void inverseMatrix(Evaluation& e) {
     static const AttrPositions<2> at("inverseMatrix", {"inputMatrix", "outputMatrix"});
     QuickNode node(e);
     node.set(at[1], inverseOf(node.matrix(at[0])));
 }
 
-void transposeMatrix(Evaluation& e)
-{
+void transposeMatrix(Evaluation& e) {
     static const AttrPositions<2> at("transposeMatrix", {"inputMatrix", "outputMatrix"});
     QuickNode node(e);
     node.set(at[1], node.matrix(at[0]).transposed());
 }
 
-// --- pickMatrix, blendMatrix ---------------------------------------------------------------------------------
+// --- pickMatrix, blendMatrix
+// ---------------------------------------------------------------------------------
 
 constexpr AttrRow kPickAttrs[] = {
     matrixRow("inputMatrix", "imat", 0, "outputMatrix"),
@@ -172,10 +168,9 @@ constexpr AttrRow kPickAttrs[] = {
     matrixRow("outputMatrix", "omat", kComputedOutput),
 };
 
-void pickMatrix(Evaluation& e)
-{
-    static const AttrPositions<6> at(
-        "pickMatrix", {"inputMatrix", "useTranslate", "useRotate", "useScale", "useShear", "outputMatrix"});
+void pickMatrix(Evaluation& e) {
+    static const AttrPositions<6> at("pickMatrix", {"inputMatrix", "useTranslate", "useRotate",
+                                                    "useScale", "useShear", "outputMatrix"});
     QuickNode node(e);
     const MatrixParts all = decompose(node.matrix(at[0]));
     MatrixParts picked;
@@ -190,9 +185,9 @@ void pickMatrix(Evaluation& e)
     node.set(at[5], matrixOf(picked));
 }
 
-constexpr AttrRow share(const char* longName, const char* shortName)
-{
-    return under("target", within(attrRow(longName, shortName, AttrType::Float, 1.0, kKeyable), 0.0, 1.0));
+constexpr AttrRow share(const char* longName, const char* shortName) {
+    return under("target",
+                 within(attrRow(longName, shortName, AttrType::Float, 1.0, kKeyable), 0.0, 1.0));
 }
 
 constexpr AttrRow kBlendAttrs[] = {
@@ -209,14 +204,12 @@ constexpr AttrRow kBlendAttrs[] = {
     matrixRow("outputMatrix", "omat", kComputedOutput),
 };
 
-struct Shares
-{
+struct Shares {
     double translate, rotate, scale, shear;
     bool isAll() const { return translate == 1.0 && rotate == 1.0 && scale == 1.0 && shear == 1.0; }
 };
 
-void mixIn(MatrixParts& parts, const MatrixParts& target, const Shares& shares)
-{
+void mixIn(MatrixParts& parts, const MatrixParts& target, const Shares& shares) {
     parts.translate += (target.translate - parts.translate) * shares.translate;
     parts.scale += (target.scale - parts.scale) * shares.scale;
     parts.shear += (target.shear - parts.shear) * shares.shear;
@@ -228,12 +221,10 @@ void mixIn(MatrixParts& parts, const MatrixParts& target, const Shares& shares)
 }
 
 // What has been mixed so far, taken apart only once something has to be mixed.
-class Mixture
-{
-public:
+class Mixture {
+  public:
     explicit Mixture(const M44d& start) : m_whole(start) {}
-    void take(const M44d& target, const Shares& shares)
-    {
+    void take(const M44d& target, const Shares& shares) {
         if (shares.isAll()) {
             m_whole = target;
             m_isApart = false;
@@ -246,19 +237,18 @@ public:
     }
     M44d result() const { return m_isApart ? matrixOf(m_parts) : m_whole; }
 
-private:
+  private:
     M44d m_whole;
     MatrixParts m_parts;
     bool m_isApart = false;
 };
 
 // The targets are mixed in one after the other, as layers.
-void blendMatrix(Evaluation& e)
-{
-    static const AttrPositions<11> at("blendMatrix",
-                                      {"inputMatrix", "envelope", "target", "targetMatrix", "useMatrix", "weight",
-                                       "translateWeight", "rotateWeight", "scaleWeight", "shearWeight",
-                                       "outputMatrix"});
+void blendMatrix(Evaluation& e) {
+    static const AttrPositions<11> at(
+        "blendMatrix",
+        {"inputMatrix", "envelope", "target", "targetMatrix", "useMatrix", "weight",
+         "translateWeight", "rotateWeight", "scaleWeight", "shearWeight", "outputMatrix"});
     QuickNode node(e);
     Mixture mixture(node.matrix(at[0]));
     const double envelope = node.number(at[1]);
@@ -266,24 +256,26 @@ void blendMatrix(Evaluation& e)
         const double weight = envelope * node.element(at[2], i, at[5]);
         if (weight == 0.0 || node.element(at[2], i, at[4]) == 0.0)
             continue;
-        mixture.take(node.elementMatrix(at[2], i, at[3]),
-                     {weight * node.element(at[2], i, at[6]), weight * node.element(at[2], i, at[7]),
-                      weight * node.element(at[2], i, at[8]), weight * node.element(at[2], i, at[9])});
+        mixture.take(
+            node.elementMatrix(at[2], i, at[3]),
+            {weight * node.element(at[2], i, at[6]), weight * node.element(at[2], i, at[7]),
+             weight * node.element(at[2], i, at[8]), weight * node.element(at[2], i, at[9])});
     }
     node.set(at[10], mixture.result());
 }
 
-constexpr NodeTypeRow kComposeRow =
-    utilityRow("composeMatrix", fn::kDependencyNode, "kComposeMatrix", kComposeAttrs, composeMatrix);
-constexpr NodeTypeRow kDecomposeRow =
-    utilityRow("decomposeMatrix", fn::kDecomposeMatrix, "kDecomposeMatrix", kDecomposeAttrs, decomposeMatrix);
-constexpr NodeTypeRow kMultRow = utilityRow("multMatrix", fn::kMultMatrix, "kMatrixMult", kMultAttrs, multMatrix);
+constexpr NodeTypeRow kComposeRow = utilityRow("composeMatrix", fn::kDependencyNode,
+                                               "kComposeMatrix", kComposeAttrs, composeMatrix);
+constexpr NodeTypeRow kDecomposeRow = utilityRow(
+    "decomposeMatrix", fn::kDecomposeMatrix, "kDecomposeMatrix", kDecomposeAttrs, decomposeMatrix);
+constexpr NodeTypeRow kMultRow =
+    utilityRow("multMatrix", fn::kMultMatrix, "kMatrixMult", kMultAttrs, multMatrix);
 constexpr NodeTypeRow kWtAddRow =
     utilityRow("wtAddMatrix", fn::kDependencyNode, "kMatrixWtAdd", kWtAddAttrs, wtAddMatrix);
 constexpr NodeTypeRow kInverseRow =
     utilityRow("inverseMatrix", fn::kDependencyNode, "kInverseMatrix", kOneMatrix, inverseMatrix);
-constexpr NodeTypeRow kTransposeRow =
-    utilityRow("transposeMatrix", fn::kDependencyNode, "kTransposeMatrix", kOneMatrix, transposeMatrix);
+constexpr NodeTypeRow kTransposeRow = utilityRow("transposeMatrix", fn::kDependencyNode,
+                                                 "kTransposeMatrix", kOneMatrix, transposeMatrix);
 constexpr NodeTypeRow kPickRow =
     utilityRow("pickMatrix", fn::kDependencyNode, "kPickMatrix", kPickAttrs, pickMatrix);
 constexpr NodeTypeRow kBlendRow =
@@ -294,8 +286,7 @@ const NodeTypeRow* const kRows[] = {&kComposeRow, &kDecomposeRow, &kMultRow, &kW
 
 }  // namespace
 
-TypeRows matrixTypes()
-{
+TypeRows matrixTypes() {
     return {kRows, std::size(kRows)};
 }
 

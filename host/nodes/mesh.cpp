@@ -10,8 +10,7 @@
 namespace torvel {
 namespace {
 
-const std::shared_ptr<const MeshData>& emptyMesh()
-{
+const std::shared_ptr<const MeshData>& emptyMesh() {
     static const std::shared_ptr<const MeshData> mesh = [] {
         auto made = std::make_shared<MeshData>();
         made->topology = std::make_shared<MeshTopology>();
@@ -21,15 +20,13 @@ const std::shared_ptr<const MeshData>& emptyMesh()
 }
 
 template <class Block>
-const Block* blockOf(const Scene& scene, NodeHandle shape, const char* attr)
-{
+const Block* blockOf(const Scene& scene, NodeHandle shape, const char* attr) {
     const Plug plug = scene.findPlug(shape, attr);
     return plug.isNull() ? nullptr : dynamic_cast<const Block*>(scene.bulk(plug));
 }
 
 template <class Block, class F>
-void changeBlock(Scene& scene, NodeHandle shape, const char* attr, F&& change)
-{
+void changeBlock(Scene& scene, NodeHandle shape, const char* attr, F&& change) {
     const Plug plug = scene.findPlug(shape, attr);
     if (plug.isNull())
         return;
@@ -40,8 +37,7 @@ void changeBlock(Scene& scene, NodeHandle shape, const char* attr, F&& change)
 }
 
 // Tweaks are offsets on top of whatever the points come from.
-void addTweaks(MeshData& mesh, const PointBlock& tweaks)
-{
+void addTweaks(MeshData& mesh, const PointBlock& tweaks) {
     for (std::size_t i = 0; i < tweaks.size(); ++i) {
         const auto at = static_cast<std::size_t>(tweaks.logicalAt(i));
         if (at < mesh.points.size())
@@ -49,8 +45,7 @@ void addTweaks(MeshData& mesh, const PointBlock& tweaks)
     }
 }
 
-bool hasEffect(const PointBlock* tweaks)
-{
+bool hasEffect(const PointBlock* tweaks) {
     if (!tweaks)
         return false;
     for (const V3f& offset : tweaks->items())
@@ -59,20 +54,19 @@ bool hasEffect(const PointBlock* tweaks)
     return false;
 }
 
-std::shared_ptr<MeshData> ownMesh(const Scene& scene, NodeHandle shape)
-{
+std::shared_ptr<MeshData> ownMesh(const Scene& scene, NodeHandle shape) {
     auto mesh = std::make_shared<MeshData>();
     const auto* points = blockOf<PointBlock>(scene, shape, "vrts");
     const auto* edges = blockOf<EdgeBlock>(scene, shape, "edge");
     const auto* faces = blockOf<FaceBlock>(scene, shape, "face");
     if (points)
         mesh->points = points->items();
-    mesh->topology = faces && edges ? faces->topology(*edges) : std::make_shared<const MeshTopology>();
+    mesh->topology =
+        faces && edges ? faces->topology(*edges) : std::make_shared<const MeshTopology>();
     return mesh;
 }
 
-std::shared_ptr<const MeshData> outMesh(Evaluation& evaluation)
-{
+std::shared_ptr<const MeshData> outMesh(Evaluation& evaluation) {
     const Scene& scene = evaluation.scene();
     const NodeHandle shape = evaluation.handle();
     auto input = evaluation.dataAs<MeshData>(evaluation.plug(evaluation.node().findAttr("inMesh")));
@@ -87,16 +81,14 @@ std::shared_ptr<const MeshData> outMesh(Evaluation& evaluation)
 
 }  // namespace
 
-void createdMesh(Scene&, Node& node)
-{
+void createdMesh(Scene&, Node& node) {
     node.slot(node.findAttr("vrts")).data = std::make_shared<PointBlock>();
     node.slot(node.findAttr("edge")).data = std::make_shared<EdgeBlock>();
     node.slot(node.findAttr("face")).data = std::make_shared<FaceBlock>();
     node.slot(node.findAttr("pnts")).data = std::make_shared<PointBlock>("float3");
 }
 
-void evaluateMesh(Evaluation& evaluation)
-{
+void evaluateMesh(Evaluation& evaluation) {
     const AttrIndex out = evaluation.node().findAttr("outMesh");
     const AttrIndex world = evaluation.node().findAttr("worldMesh");
     if (evaluation.output() == out) {
@@ -112,15 +104,13 @@ void evaluateMesh(Evaluation& evaluation)
     }
 }
 
-std::shared_ptr<const MeshData> meshPoints(const Scene& scene, NodeHandle shape)
-{
+std::shared_ptr<const MeshData> meshPoints(const Scene& scene, NodeHandle shape) {
     const Plug out = scene.findPlug(shape, "outMesh");
     auto mesh = out.isNull() ? nullptr : scene.dataAs<MeshData>(out);
     return mesh ? mesh : emptyMesh();
 }
 
-std::vector<V3d> meshWorldPoints(const Scene& scene, NodeHandle shape)
-{
+std::vector<V3d> meshWorldPoints(const Scene& scene, NodeHandle shape) {
     const M44d world = worldMatrix(scene, shape);
     const auto mesh = meshPoints(scene, shape);
     std::vector<V3d> points;
@@ -130,8 +120,7 @@ std::vector<V3d> meshWorldPoints(const Scene& scene, NodeHandle shape)
     return points;
 }
 
-Imath::Box3d meshBoundingBox(const Scene& scene, NodeHandle shape)
-{
+Imath::Box3d meshBoundingBox(const Scene& scene, NodeHandle shape) {
     Imath::Box3d box;
     for (const V3f& p : meshPoints(scene, shape)->points)
         box.extendBy(V3d(p));
@@ -141,11 +130,9 @@ Imath::Box3d meshBoundingBox(const Scene& scene, NodeHandle shape)
 namespace {
 
 // Edges in the order in which the faces first use them.
-class EdgeNumbers
-{
-public:
-    std::int32_t signedEdge(std::int32_t from, std::int32_t to)
-    {
+class EdgeNumbers {
+  public:
+    std::int32_t signedEdge(std::int32_t from, std::int32_t to) {
         const auto key = std::minmax(from, to);
         const auto [it, fresh] = m_numbers.emplace(key, static_cast<std::int32_t>(m_edges.size()));
         if (fresh)
@@ -155,15 +142,14 @@ public:
     }
     std::vector<std::array<std::int32_t, 3>> take() { return std::move(m_edges); }
 
-private:
+  private:
     std::map<std::pair<std::int32_t, std::int32_t>, std::int32_t> m_numbers;
     std::vector<std::array<std::int32_t, 3>> m_edges;
 };
 
 }  // namespace
 
-void setOwnMesh(Scene& scene, NodeHandle shape, const MeshData& mesh)
-{
+void setOwnMesh(Scene& scene, NodeHandle shape, const MeshData& mesh) {
     EdgeNumbers numbers;
     FaceBlock faces;
     const MeshTopology none;
@@ -173,8 +159,9 @@ void setOwnMesh(Scene& scene, NodeHandle shape, const MeshData& mesh)
     for (std::int32_t count : topology.faceCounts) {
         edges.clear();
         for (std::int32_t i = 0; i < count; ++i)
-            edges.push_back(numbers.signedEdge(topology.faceVertices[at + static_cast<std::size_t>(i)],
-                                               topology.faceVertices[at + static_cast<std::size_t>((i + 1) % count)]));
+            edges.push_back(numbers.signedEdge(
+                topology.faceVertices[at + static_cast<std::size_t>(i)],
+                topology.faceVertices[at + static_cast<std::size_t>((i + 1) % count)]));
         faces.addFace(edges.data(), edges.size());
         at += static_cast<std::size_t>(count);
     }
@@ -184,8 +171,7 @@ void setOwnMesh(Scene& scene, NodeHandle shape, const MeshData& mesh)
     changeBlock<PointBlock>(scene, shape, "pnts", [](PointBlock& b) { b.clear(); });
 }
 
-void copyOwnMesh(Scene& scene, NodeHandle from, NodeHandle to)
-{
+void copyOwnMesh(Scene& scene, NodeHandle from, NodeHandle to) {
     for (const char* attr : {"vrts", "edge", "face", "pnts"}) {
         const Plug source = scene.findPlug(from, attr);
         const Plug target = scene.findPlug(to, attr);
@@ -196,8 +182,7 @@ void copyOwnMesh(Scene& scene, NodeHandle from, NodeHandle to)
         scene.node(to)->keptText = scene.node(from)->keptText;
 }
 
-void clearOwnMesh(Scene& scene, NodeHandle shape, bool tweaksToo)
-{
+void clearOwnMesh(Scene& scene, NodeHandle shape, bool tweaksToo) {
     changeBlock<PointBlock>(scene, shape, "vrts", [](PointBlock& b) { b.clear(); });
     changeBlock<EdgeBlock>(scene, shape, "edge", [](EdgeBlock& b) { b.clear(); });
     changeBlock<FaceBlock>(scene, shape, "face", [](FaceBlock& b) { b.clear(); });
@@ -205,15 +190,15 @@ void clearOwnMesh(Scene& scene, NodeHandle shape, bool tweaksToo)
         changeBlock<PointBlock>(scene, shape, "pnts", [](PointBlock& b) { b.clear(); });
 }
 
-NodeHandle meshShapeOf(const Scene& scene, NodeHandle node)
-{
+NodeHandle meshShapeOf(const Scene& scene, NodeHandle node) {
     if (scene.isType(node, "mesh"))
         return node;
     const Node* transform = scene.node(node);
     if (!transform)
         return {};
     for (NodeHandle child : transform->children)
-        if (scene.isType(child, "mesh") && scene.number(scene.findPlug(child, "intermediateObject")) == 0.0)
+        if (scene.isType(child, "mesh") &&
+            scene.number(scene.findPlug(child, "intermediateObject")) == 0.0)
             return child;
     return {};
 }

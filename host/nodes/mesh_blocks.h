@@ -23,14 +23,13 @@ void appendNumber(std::string& out, float value);
 void appendNumber(std::string& out, double value);
 void appendNumber(std::string& out, std::int32_t value);
 /// "\tsetAttr [-s size ]".attr[first:last]"[ -type "type"]"; no range part for one element.
-void appendStatementHead(std::string& out, const std::string& attrName, std::size_t size, std::int32_t first,
-                         std::int32_t last, const char* typeName);
+void appendStatementHead(std::string& out, const std::string& attrName, std::size_t size,
+                         std::int32_t first, std::int32_t last, const char* typeName);
 
 /// Items of N numbers by logical index. Dense blocks (0..n-1 all there) keep no indices.
 template <class Item, class T, int N>
-class NumberBlock : public BulkArray
-{
-public:
+class NumberBlock : public BulkArray {
+  public:
     explicit NumberBlock(const char* fileType = nullptr) : m_fileType(fileType) {}
 
     const std::vector<Item>& items() const { return m_items; }
@@ -42,20 +41,22 @@ public:
     const Item* find(std::int32_t logical) const;
 
     std::size_t size() const override { return m_items.size(); }
-    std::int32_t logicalAt(std::size_t physical) const override
-    {
+    std::int32_t logicalAt(std::size_t physical) const override {
         return isDense() ? static_cast<std::int32_t>(physical) : m_logical[physical];
     }
     double number(const std::int32_t* path, int component) const override;
     void setNumber(const std::int32_t* path, int component, double value) override;
-    std::shared_ptr<BulkArray> clone() const override { return std::make_shared<NumberBlock>(*this); }
-    bool read(const std::int32_t* path, int level, bool inner, std::int64_t first, std::int64_t last,
-              NumberSource& source, std::string& error) override;
+    std::shared_ptr<BulkArray> clone() const override {
+        return std::make_shared<NumberBlock>(*this);
+    }
+    bool read(const std::int32_t* path, int level, bool inner, std::int64_t first,
+              std::int64_t last, NumberSource& source, std::string& error) override;
     void write(const std::string& attrName, std::string& out) const override;
 
-private:
+  private:
     Item& make(std::int32_t logical);
-    void writeRange(const std::string& attrName, std::size_t from, std::size_t to, bool first, std::string& out) const;
+    void writeRange(const std::string& attrName, std::size_t from, std::size_t to, bool first,
+                    std::string& out) const;
 
     const char* m_fileType;
     std::vector<Item> m_items;
@@ -63,26 +64,28 @@ private:
     std::uint64_t m_revision = nextBlockRevision();
 };
 
-using PointBlock = NumberBlock<V3f, float, 3>;                            ///< mesh vrts and pnts
-using EdgeBlock = NumberBlock<std::array<std::int32_t, 3>, std::int32_t, 3>;  ///< first, second vertex, smooth
+using PointBlock = NumberBlock<V3f, float, 3>;  ///< mesh vrts and pnts
+using EdgeBlock =
+    NumberBlock<std::array<std::int32_t, 3>, std::int32_t, 3>;  ///< first, second vertex, smooth
 using DoubleBlock = NumberBlock<std::array<double, 1>, double, 1>;
 
 extern template class NumberBlock<V3f, float, 3>;
 extern template class NumberBlock<std::array<std::int32_t, 3>, std::int32_t, 3>;
 extern template class NumberBlock<std::array<double, 1>, double, 1>;
 
-/// The faces of a mesh as files hold them: edges of each face, and what else the file says of it (holes, UVs,
-/// colours), which is given back unchanged.
-class FaceBlock : public BulkArray
-{
-public:
+/// The faces of a mesh as files hold them: edges of each face, and what else the file says of it
+/// (holes, UVs, colours), which is given back unchanged.
+class FaceBlock : public BulkArray {
+  public:
     std::size_t size() const override { return m_start.size() - 1; }
-    std::int32_t logicalAt(std::size_t physical) const override { return static_cast<std::int32_t>(physical); }
+    std::int32_t logicalAt(std::size_t physical) const override {
+        return static_cast<std::int32_t>(physical);
+    }
     double number(const std::int32_t*, int) const override { return 0.0; }
     void setNumber(const std::int32_t*, int, double) override {}
     std::shared_ptr<BulkArray> clone() const override { return std::make_shared<FaceBlock>(*this); }
-    bool read(const std::int32_t* path, int level, bool inner, std::int64_t first, std::int64_t last,
-              NumberSource& source, std::string& error) override;
+    bool read(const std::int32_t* path, int level, bool inner, std::int64_t first,
+              std::int64_t last, NumberSource& source, std::string& error) override;
     void write(const std::string& attrName, std::string& out) const override;
 
     void clear();
@@ -91,15 +94,16 @@ public:
     /// Edge numbers of a face, signed as in addFace.
     const std::int32_t* edgesOf(std::size_t face) const { return m_edges.data() + m_start[face]; }
     std::size_t edgeCountOf(std::size_t face) const { return m_start[face + 1] - m_start[face]; }
-    /// Vertices of all faces. Kept until faces or edges change; an edge that does not exist counts as vertex 0.
+    /// Vertices of all faces. Kept until faces or edges change; an edge that does not exist counts
+    /// as vertex 0.
     std::shared_ptr<const MeshTopology> topology(const EdgeBlock& edges) const;
 
-private:
+  private:
     bool readFace(NumberSource& source, std::string& error);
 
     std::vector<std::int32_t> m_edges;
-    std::vector<std::size_t> m_start{0};       // of each face in m_edges, and the end
-    std::string m_extra;                       // all faces' further words
+    std::vector<std::size_t> m_start{0};  // of each face in m_edges, and the end
+    std::string m_extra;                  // all faces' further words
     std::vector<std::size_t> m_extraStart{0};
     mutable std::shared_ptr<const MeshTopology> m_topology;
     mutable std::uint64_t m_topologyEdges = 0;

@@ -58,45 +58,55 @@ constexpr AttrRow kPolyCreatorAttrs[] = {
     attrRow("createUVs", "cuv", AttrType::Byte, 2.0),
 };
 
-constexpr AttrRow lengthRow(const char* longName, const char* shortName, double value = 1.0)
-{
-    return within(attrRow(longName, shortName, AttrType::Distance, value, kKeyable, "output"), 0.0001);
+constexpr AttrRow lengthRow(const char* longName, const char* shortName, double value = 1.0) {
+    return within(attrRow(longName, shortName, AttrType::Distance, value, kKeyable, "output"),
+                  0.0001);
 }
 
-constexpr AttrRow countRow(const char* longName, const char* shortName, double value, double least = 1.0)
-{
+constexpr AttrRow countRow(const char* longName, const char* shortName, double value,
+                           double least = 1.0) {
     return within(attrRow(longName, shortName, AttrType::Long, value, kKeyable, "output"), least);
 }
 
 constexpr AttrRow kPolyCubeAttrs[] = {
-    lengthRow("width", "w"), lengthRow("height", "h"), lengthRow("depth", "d"),
-    countRow("subdivisionsWidth", "sw", 1), countRow("subdivisionsHeight", "sh", 1),
+    lengthRow("width", "w"),
+    lengthRow("height", "h"),
+    lengthRow("depth", "d"),
+    countRow("subdivisionsWidth", "sw", 1),
+    countRow("subdivisionsHeight", "sh", 1),
     countRow("subdivisionsDepth", "sd", 1),
 };
 constexpr AttrRow kPolyPlaneAttrs[] = {
-    lengthRow("width", "w"), lengthRow("height", "h"),
-    countRow("subdivisionsWidth", "sw", 10), countRow("subdivisionsHeight", "sh", 10),
+    lengthRow("width", "w"),
+    lengthRow("height", "h"),
+    countRow("subdivisionsWidth", "sw", 10),
+    countRow("subdivisionsHeight", "sh", 10),
 };
 constexpr AttrRow kPolyCylinderAttrs[] = {
-    lengthRow("radius", "r"), lengthRow("height", "h", 2.0),
-    countRow("subdivisionsAxis", "sa", 20, 3), countRow("subdivisionsHeight", "sh", 1),
+    lengthRow("radius", "r"),
+    lengthRow("height", "h", 2.0),
+    countRow("subdivisionsAxis", "sa", 20, 3),
+    countRow("subdivisionsHeight", "sh", 1),
     countRow("subdivisionsCaps", "sc", 1, 0),
 };
 
-const NodeTypeRow kMeshShape =
-    typeRow("mesh", "deformableShape", kFnMesh, "kMesh", kMeshAttrs, kMeshAffects, 0, evaluateMesh, createdMesh);
-const NodeTypeRow kPolyCreator = typeRow("polyCreator", "dependNode", kFnPolyCreator, "kPolyCreator",
-                                         kPolyCreatorAttrs, kAbstractType | kHistoryMaker);
-const NodeTypeRow kPolyCube = typeRow("polyCube", "polyCreator", kFnPolyCube, "kPolyCube", kPolyCubeAttrs,
-                                      kHistoryMaker, evaluatePolyCube);
-const NodeTypeRow kPolyPlane = typeRow("polyPlane", "polyCreator", kFnPolyPlane, "kPolyMesh", kPolyPlaneAttrs,
-                                       kHistoryMaker, evaluatePolyPlane);
-const NodeTypeRow kPolyCylinder = typeRow("polyCylinder", "polyCreator", kFnPolyCylinder, "kPolyCylinder",
-                                          kPolyCylinderAttrs, kHistoryMaker, evaluatePolyCylinder);
+const NodeTypeRow kMeshShape = typeRow("mesh", "deformableShape", kFnMesh, "kMesh", kMeshAttrs,
+                                       kMeshAffects, 0, evaluateMesh, createdMesh);
+const NodeTypeRow kPolyCreator =
+    typeRow("polyCreator", "dependNode", kFnPolyCreator, "kPolyCreator", kPolyCreatorAttrs,
+            kAbstractType | kHistoryMaker);
+const NodeTypeRow kPolyCube = typeRow("polyCube", "polyCreator", kFnPolyCube, "kPolyCube",
+                                      kPolyCubeAttrs, kHistoryMaker, evaluatePolyCube);
+const NodeTypeRow kPolyPlane = typeRow("polyPlane", "polyCreator", kFnPolyPlane, "kPolyMesh",
+                                       kPolyPlaneAttrs, kHistoryMaker, evaluatePolyPlane);
+const NodeTypeRow kPolyCylinder =
+    typeRow("polyCylinder", "polyCreator", kFnPolyCylinder, "kPolyCylinder", kPolyCylinderAttrs,
+            kHistoryMaker, evaluatePolyCylinder);
 
 }  // namespace
 
-const NodeTypeRow* const kMeshTypes[] = {&kMeshShape, &kPolyCreator, &kPolyCube, &kPolyPlane, &kPolyCylinder};
+const NodeTypeRow* const kMeshTypes[] = {&kMeshShape, &kPolyCreator, &kPolyCube, &kPolyPlane,
+                                         &kPolyCylinder};
 const std::size_t kMeshTypeCount = sizeof kMeshTypes / sizeof *kMeshTypes;
 
 }  // namespace torvel

@@ -12,23 +12,56 @@ namespace torvel {
 namespace {
 
 // Bases before derived types, families together.
-const NodeTypeRow* const kNodeTypes[] = {
-    &kDependNode, &kEntity, &kDagNodeType, &kWorldType, &kShapeBase, &kGeometryShape, &kDeformableShape,
-    &kTransformNode, &kJointNode,
-    &kUnknownNode, &kUnknownDagNode, &kUnknownTransform,
-    &kLocatorShape, &kCameraShape, &kDistanceShape, &kNurbsCurveShape, &kMakeNurbCircle,
-    &kIkHandle, &kIkEffector, &kIkSolver, &kIkRPsolver, &kIkSCsolver, &kIkSplineSolver,
-    &kIkSystem,
-    &kConstraintBase, &kParentConstraint, &kPointConstraint, &kOrientConstraint, &kAimConstraint, &kScaleConstraint,
-    &kPoleVectorConstraint, &kGeometryConstraint, &kNormalConstraint, &kTangentConstraint,
-    &kDagPose, &kTimeNode, &kUnitConversion,
-    &kAnimCurveBase, &kAnimCurveTL, &kAnimCurveTA, &kAnimCurveTU, &kAnimCurveTT, &kAnimCurveUL, &kAnimCurveUA,
-    &kAnimCurveUU, &kAnimCurveUT};
+const NodeTypeRow* const kNodeTypes[] = {&kDependNode,
+                                         &kEntity,
+                                         &kDagNodeType,
+                                         &kWorldType,
+                                         &kShapeBase,
+                                         &kGeometryShape,
+                                         &kDeformableShape,
+                                         &kTransformNode,
+                                         &kJointNode,
+                                         &kUnknownNode,
+                                         &kUnknownDagNode,
+                                         &kUnknownTransform,
+                                         &kLocatorShape,
+                                         &kCameraShape,
+                                         &kDistanceShape,
+                                         &kNurbsCurveShape,
+                                         &kMakeNurbCircle,
+                                         &kIkHandle,
+                                         &kIkEffector,
+                                         &kIkSolver,
+                                         &kIkRPsolver,
+                                         &kIkSCsolver,
+                                         &kIkSplineSolver,
+                                         &kIkSystem,
+                                         &kConstraintBase,
+                                         &kParentConstraint,
+                                         &kPointConstraint,
+                                         &kOrientConstraint,
+                                         &kAimConstraint,
+                                         &kScaleConstraint,
+                                         &kPoleVectorConstraint,
+                                         &kGeometryConstraint,
+                                         &kNormalConstraint,
+                                         &kTangentConstraint,
+                                         &kDagPose,
+                                         &kTimeNode,
+                                         &kUnitConversion,
+                                         &kAnimCurveBase,
+                                         &kAnimCurveTL,
+                                         &kAnimCurveTA,
+                                         &kAnimCurveTU,
+                                         &kAnimCurveTT,
+                                         &kAnimCurveUL,
+                                         &kAnimCurveUA,
+                                         &kAnimCurveUU,
+                                         &kAnimCurveUT};
 
 }  // namespace
 
-void registerNodeTypes(TypeRegistry& registry)
-{
+void registerNodeTypes(TypeRegistry& registry) {
     registry.add(kNodeTypes, sizeof kNodeTypes / sizeof *kNodeTypes);
     registry.add(kMeshTypes, kMeshTypeCount);
     registry.add(kSkinTypes, kSkinTypeCount);
@@ -38,10 +71,10 @@ void registerNodeTypes(TypeRegistry& registry)
         registry.add(family.rows, family.count);
 }
 
-const TypeRegistry& nodeTypes()
-{
+const TypeRegistry& nodeTypes() {
     static const TypeRegistry* const registry = [] {
-        auto* filled = new TypeRegistry;  // lives as long as the process: scenes of every lifetime point into it
+        auto* filled = new TypeRegistry;  // lives as long as the process: scenes of every lifetime
+                                          // point into it
         registerNodeTypes(*filled);
         return filled;
     }();

@@ -2,19 +2,20 @@
 
 #include "graph/node_type.h"
 
-/// The rows of the node types of this folder, except geometry, deformers and shading sets (mesh_types.h, skin_types.h).
+/// The rows of the node types of this folder, except geometry, deformers and shading sets
+/// (mesh_types.h, skin_types.h).
 namespace torvel {
 
 // base_types.cpp
-extern const NodeTypeRow kDependNode;      ///< "dependNode", root of all
-extern const NodeTypeRow kEntity;          ///< "entity"
-extern const NodeTypeRow kDagNodeType;     ///< "dagNode"
-extern const NodeTypeRow kWorldType;       ///< "world"
+extern const NodeTypeRow kDependNode;       ///< "dependNode", root of all
+extern const NodeTypeRow kEntity;           ///< "entity"
+extern const NodeTypeRow kDagNodeType;      ///< "dagNode"
+extern const NodeTypeRow kWorldType;        ///< "world"
 extern const NodeTypeRow kShapeBase;        ///< "shape", abstract
-extern const NodeTypeRow kGeometryShape;   ///< "geometryShape", abstract
-extern const NodeTypeRow kDeformableShape; ///< "deformableShape", abstract
-extern const NodeTypeRow kUnknownNode;     ///< "unknown"
-extern const NodeTypeRow kUnknownDagNode;  ///< "unknownDag", a shape
+extern const NodeTypeRow kGeometryShape;    ///< "geometryShape", abstract
+extern const NodeTypeRow kDeformableShape;  ///< "deformableShape", abstract
+extern const NodeTypeRow kUnknownNode;      ///< "unknown"
+extern const NodeTypeRow kUnknownDagNode;   ///< "unknownDag", a shape
 extern const NodeTypeRow kUnknownTransform;
 
 // transform_types.cpp

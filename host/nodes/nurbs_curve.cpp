@@ -42,14 +42,12 @@ constexpr AttrRow kAttrs[] = {
 };
 constexpr AffectRow kAffects[] = {{"worldMatrix", "worldSpace"}, {"local", "worldSpace"}};
 
-struct CurveAttrs
-{
+struct CurveAttrs {
     AttrIndex create, cached, tweak, controlPoints, local, worldSpace, degree, spans, form,
         minMaxValue, minValue, maxValue;
 };
 
-const CurveAttrs& curveAttrs()
-{
+const CurveAttrs& curveAttrs() {
     static const CurveAttrs attrs = [] {
         const NodeType& type = *nodeTypes().find("nurbsCurve");
         const auto at = [&](const char* name) { return type.byName.at(name); };
@@ -62,8 +60,7 @@ const CurveAttrs& curveAttrs()
 
 using CurvePtr = std::shared_ptr<const NurbsCurveData>;
 
-CurvePtr tweaked(const Evaluation& e, const CurvePtr& curve)
-{
+CurvePtr tweaked(const Evaluation& e, const CurvePtr& curve) {
     const CurveAttrs& a = curveAttrs();
     auto out = std::make_shared<NurbsCurveData>(*curve);
     for (std::size_t i = 0; i < e.elementCount(a.controlPoints); ++i) {
@@ -74,8 +71,7 @@ CurvePtr tweaked(const Evaluation& e, const CurvePtr& curve)
     return out;
 }
 
-CurvePtr shapeOf(const Evaluation& e)
-{
+CurvePtr shapeOf(const Evaluation& e) {
     const CurveAttrs& a = curveAttrs();
     const auto made = e.dataAs<NurbsCurveData>(e.plug(a.create));
     if (!made)
@@ -83,8 +79,7 @@ CurvePtr shapeOf(const Evaluation& e)
     return e.flag(a.tweak) && e.elementCount(a.controlPoints) ? tweaked(e, made) : made;
 }
 
-void evaluateWorldSpace(Evaluation& e)
-{
+void evaluateWorldSpace(Evaluation& e) {
     const auto curve = e.dataAs<NurbsCurveData>(e.plug(curveAttrs().local));
     const AttrIndex world = dagAttrs().worldMatrix;
     const std::size_t count = e.elementCount(curveAttrs().worldSpace);
@@ -95,16 +90,14 @@ void evaluateWorldSpace(Evaluation& e)
     }
 }
 
-void evaluateRange(Evaluation& e)
-{
+void evaluateRange(Evaluation& e) {
     const CurvePtr curve = shapeOf(e);
     const bool sound = curve && curveFault(*curve).empty();
     e.set(curveAttrs().minValue, sound ? firstParameter(*curve) : 0.0);
     e.set(curveAttrs().maxValue, sound ? lastParameter(*curve) : 0.0);
 }
 
-void evaluateCurve(Evaluation& e)
-{
+void evaluateCurve(Evaluation& e) {
     const CurveAttrs& a = curveAttrs();
     const AttrIndex output = e.output();
     if (output == a.local) {
@@ -126,8 +119,7 @@ void evaluateCurve(Evaluation& e)
     }
 }
 
-bool isCurve(const Scene& scene, NodeHandle shape)
-{
+bool isCurve(const Scene& scene, NodeHandle shape) {
     return scene.isType(shape, "nurbsCurve");
 }
 
@@ -136,15 +128,13 @@ bool isCurve(const Scene& scene, NodeHandle shape)
 const NodeTypeRow kNurbsCurveShape = typeRow("nurbsCurve", "deformableShape", fn::kNurbsCurve,
                                              "kNurbsCurve", kAttrs, kAffects, 0, evaluateCurve);
 
-CurvePtr curveOf(const Scene& scene, NodeHandle shape)
-{
+CurvePtr curveOf(const Scene& scene, NodeHandle shape) {
     if (!isCurve(scene, shape))
         return nullptr;
     return scene.dataAs<NurbsCurveData>(Plug(shape, curveAttrs().local));
 }
 
-void setCurve(Scene& scene, NodeHandle shape, CurvePtr curve)
-{
+void setCurve(Scene& scene, NodeHandle shape, CurvePtr curve) {
     if (!isCurve(scene, shape))
         return;
     const CurveAttrs& a = curveAttrs();
@@ -154,8 +144,7 @@ void setCurve(Scene& scene, NodeHandle shape, CurvePtr curve)
     scene.setData(Plug(shape, a.cached), std::move(curve));
 }
 
-bool setCurvePoints(Scene& scene, NodeHandle shape, const std::vector<V3d>& points)
-{
+bool setCurvePoints(Scene& scene, NodeHandle shape, const std::vector<V3d>& points) {
     const CurvePtr now = curveOf(scene, shape);
     if (!now)
         return false;
@@ -177,8 +166,7 @@ bool setCurvePoints(Scene& scene, NodeHandle shape, const std::vector<V3d>& poin
     return true;
 }
 
-CurvePtr transformed(const NurbsCurveData& curve, const M44d& matrix)
-{
+CurvePtr transformed(const NurbsCurveData& curve, const M44d& matrix) {
     auto out = std::make_shared<NurbsCurveData>(curve);
     for (V3d& cv : out->cvs)
         cv = cv * matrix;

@@ -10,20 +10,17 @@ namespace {
 constexpr int kHighestDegree = 7;
 
 // Homogeneous point or derivative: x y z w.
-struct Weighted
-{
+struct Weighted {
     V3d point{0.0};
     double weight = 0.0;
 };
 
-std::size_t degreeOf(const NurbsCurveData& curve)
-{
+std::size_t degreeOf(const NurbsCurveData& curve) {
     return static_cast<std::size_t>(curve.degree);
 }
 
 // Number of the first of the degree + 1 control points that shape the span at `u`.
-std::size_t spanAt(const NurbsCurveData& curve, double u)
-{
+std::size_t spanAt(const NurbsCurveData& curve, double u) {
     const std::size_t degree = degreeOf(curve), last = curve.knots.size() - degree;
     const auto begin = curve.knots.begin() + static_cast<std::ptrdiff_t>(degree) - 1;
     const auto end = curve.knots.begin() + static_cast<std::ptrdiff_t>(last);
@@ -39,8 +36,7 @@ std::size_t spanAt(const NurbsCurveData& curve, double u)
 // One round of the corner cutting: `count` points become count - 1. `level` counts from the degree
 // down.
 void cutCorners(const NurbsCurveData& curve, double u, std::size_t span, std::size_t level,
-                std::array<Weighted, kHighestDegree + 1>& p)
-{
+                std::array<Weighted, kHighestDegree + 1>& p) {
     const std::size_t degree = degreeOf(curve);
     for (std::size_t i = 0; i < level; ++i) {
         const double low = curve.knots[span + i + degree - level],
@@ -51,8 +47,7 @@ void cutCorners(const NurbsCurveData& curve, double u, std::size_t span, std::si
     }
 }
 
-double within(const NurbsCurveData& curve, double u)
-{
+double within(const NurbsCurveData& curve, double u) {
     const double first = firstParameter(curve), last = lastParameter(curve);
     if (curve.form == 2 && last > first && (u < first || u > last))
         u = first + std::fmod(std::fmod(u - first, last - first) + (last - first), last - first);
@@ -64,8 +59,7 @@ constexpr double kNodes[] = {0.1834346424956498, 0.5255324099163290, 0.796666477
 constexpr double kWeights[] = {0.3626837833783620, 0.3137066458778873, 0.2223810344533745,
                                0.1012285362903763};
 
-double lengthOfPiece(const NurbsCurveData& curve, double from, double to)
-{
+double lengthOfPiece(const NurbsCurveData& curve, double from, double to) {
     const double middle = (from + to) / 2.0, half = (to - from) / 2.0;
     double sum = 0.0;
     for (int i = 0; i < 4; ++i)
@@ -74,8 +68,7 @@ double lengthOfPiece(const NurbsCurveData& curve, double from, double to)
     return sum * half;
 }
 
-double lengthOfSpan(const NurbsCurveData& curve, double from, double to, double coarse, int depth)
-{
+double lengthOfSpan(const NurbsCurveData& curve, double from, double to, double coarse, int depth) {
     const double middle = (from + to) / 2.0;
     const double left = lengthOfPiece(curve, from, middle),
                  right = lengthOfPiece(curve, middle, to);
@@ -86,8 +79,7 @@ double lengthOfSpan(const NurbsCurveData& curve, double from, double to, double 
 }
 
 // The knots between which the curve is smooth, both ends of the range included.
-std::vector<double> breaksOf(const NurbsCurveData& curve)
-{
+std::vector<double> breaksOf(const NurbsCurveData& curve) {
     std::vector<double> breaks;
     for (std::size_t i = degreeOf(curve) - 1; i + degreeOf(curve) <= curve.knots.size(); ++i)
         if (breaks.empty() || curve.knots[i] > breaks.back())
@@ -97,8 +89,7 @@ std::vector<double> breaksOf(const NurbsCurveData& curve)
 
 }  // namespace
 
-std::string curveFault(const NurbsCurveData& curve)
-{
+std::string curveFault(const NurbsCurveData& curve) {
     const std::size_t points = curve.cvs.size();
     if (curve.degree < 1 || curve.degree > kHighestDegree)
         return "A curve's degree is 1 to 7, not " + std::to_string(curve.degree) + ".";
@@ -115,18 +106,15 @@ std::string curveFault(const NurbsCurveData& curve)
     return curve.rational && curve.weights.size() != points ? "Each point needs its weight." : "";
 }
 
-double firstParameter(const NurbsCurveData& curve)
-{
+double firstParameter(const NurbsCurveData& curve) {
     return curve.knots[degreeOf(curve) - 1];
 }
 
-double lastParameter(const NurbsCurveData& curve)
-{
+double lastParameter(const NurbsCurveData& curve) {
     return curve.knots[curve.knots.size() - degreeOf(curve)];
 }
 
-CurvePoint curveAt(const NurbsCurveData& curve, double parameter)
-{
+CurvePoint curveAt(const NurbsCurveData& curve, double parameter) {
     const double u = within(curve, parameter);
     const std::size_t degree = degreeOf(curve), span = spanAt(curve, u);
     std::array<Weighted, kHighestDegree + 1> p;
@@ -148,8 +136,7 @@ CurvePoint curveAt(const NurbsCurveData& curve, double parameter)
     return out;
 }
 
-double curveLength(const NurbsCurveData& curve, double from, double to)
-{
+double curveLength(const NurbsCurveData& curve, double from, double to) {
     double length = 0.0;
     const std::vector<double> breaks = breaksOf(curve);
     for (std::size_t i = 1; i < breaks.size(); ++i) {
@@ -161,13 +148,11 @@ double curveLength(const NurbsCurveData& curve, double from, double to)
     return length;
 }
 
-double curveLength(const NurbsCurveData& curve)
-{
+double curveLength(const NurbsCurveData& curve) {
     return curveLength(curve, firstParameter(curve), lastParameter(curve));
 }
 
-std::vector<V3d> curvePolyline(const NurbsCurveData& curve, int perSpan)
-{
+std::vector<V3d> curvePolyline(const NurbsCurveData& curve, int perSpan) {
     if (curve.degree == 1 || !curveFault(curve).empty())
         return curve.cvs;
     const std::vector<double> breaks = breaksOf(curve);
@@ -180,16 +165,14 @@ std::vector<V3d> curvePolyline(const NurbsCurveData& curve, int perSpan)
     return points;
 }
 
-Imath::Box3d curveBounds(const NurbsCurveData& curve)
-{
+Imath::Box3d curveBounds(const NurbsCurveData& curve) {
     Imath::Box3d box;
     for (const V3d& point : curvePolyline(curve, 32))
         box.extendBy(point);
     return box;
 }
 
-std::vector<double> clampedKnots(std::size_t points, int degree)
-{
+std::vector<double> clampedKnots(std::size_t points, int degree) {
     const int spans = static_cast<int>(points) - degree;
     std::vector<double> knots;
     for (int i = 1 - degree; i < spans + degree; ++i)

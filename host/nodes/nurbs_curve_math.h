@@ -12,8 +12,7 @@
 /// to the one as far from the end.
 namespace torvel {
 
-struct CurvePoint
-{
+struct CurvePoint {
     V3d position{0.0};
     V3d tangent{0.0};  ///< derivative by the parameter, not normalised
 };

@@ -9,14 +9,12 @@ namespace {
 constexpr double kChangeTolerance = 1e-9;
 constexpr double kFitTolerance = 1e-6;
 
-bool differs(double a, double b)
-{
+bool differs(double a, double b) {
     return std::fabs(a - b) > kChangeTolerance * std::max({1.0, std::fabs(a), std::fabs(b)});
 }
 
 // Takes the compensation of a joint out of a local matrix: linear(local) * IS^-1.
-M44d uncompensated(const M44d& local, const V3d& inverseScale)
-{
+M44d uncompensated(const M44d& local, const V3d& inverseScale) {
     M44d m = linearPart(local);
     for (int i = 0; i < 3; ++i)
         for (int j = 0; j < 3; ++j)
@@ -24,19 +22,18 @@ M44d uncompensated(const M44d& local, const V3d& inverseScale)
     return m;
 }
 
-void solveTransform(Channels& c, const M44d& local)
-{
+void solveTransform(Channels& c, const M44d& local) {
     const MatrixParts parts = decompose(local, &c.scale);
     c.scale = parts.scale;
     c.shear = parts.shear;
     if (parts.regular)
-        c.rotate = eulerFromMatrix(eulerMatrix(c.rotateAxis).transposed() * parts.rotation, c.rotateOrder, &c.rotate);
+        c.rotate = eulerFromMatrix(eulerMatrix(c.rotateAxis).transposed() * parts.rotation,
+                                   c.rotateOrder, &c.rotate);
     c.translate = V3d(0.0);
     c.translate = translationOf(local) - translationOf(localMatrixOf(c));
 }
 
-void solveJoint(Channels& c, const M44d& local)
-{
+void solveJoint(Channels& c, const M44d& local) {
     const MatrixParts parts = decompose(uncompensated(local, c.inverseScale), &c.scale);
     c.scale = parts.scale;
     if (parts.regular) {
@@ -47,8 +44,8 @@ void solveJoint(Channels& c, const M44d& local)
     c.translate = translationOf(local);
 }
 
-void addChanges(const Scene& scene, NodeHandle node, AttrIndex compound, const V3d& value, ChannelValues& out)
-{
+void addChanges(const Scene& scene, NodeHandle node, AttrIndex compound, const V3d& value,
+                ChannelValues& out) {
     for (int i = 0; i < 3; ++i) {
         const Plug plug(node, compound + 1 + static_cast<AttrIndex>(i));
         if (differs(scene.number(plug), value[i]))
@@ -56,15 +53,13 @@ void addChanges(const Scene& scene, NodeHandle node, AttrIndex compound, const V
     }
 }
 
-bool isDriven(const Scene& scene, const Plug& plug)
-{
+bool isDriven(const Scene& scene, const Plug& plug) {
     return !scene.effectiveSource(plug).isNull();
 }
 
 }  // namespace
 
-Channels channelsForLocal(const Scene& scene, NodeHandle node, const M44d& local)
-{
+Channels channelsForLocal(const Scene& scene, NodeHandle node, const M44d& local) {
     Channels c = channelsOf(scene, node);
     if (c.isJoint)
         solveJoint(c, local);
@@ -73,16 +68,16 @@ Channels channelsForLocal(const Scene& scene, NodeHandle node, const M44d& local
     return c;
 }
 
-bool jointChannelsForLocal(const Scene& scene, NodeHandle joint, const M44d& local, const V3d& inverseScale,
-                           Channels& out)
-{
+bool jointChannelsForLocal(const Scene& scene, NodeHandle joint, const M44d& local,
+                           const V3d& inverseScale, Channels& out) {
     out = channelsOf(scene, joint);
     if (!out.isJoint)
         return false;
     const bool compensated = scene.number(Plug(joint, jointAttrs().segmentScaleCompensate)) != 0.0;
     out.inverseScale = compensated ? inverseScale : V3d(1.0);
     out.translate = translationOf(local);
-    const M44d inner = scaleMatrix(out.scale) * eulerMatrix(out.rotateAxis) * eulerMatrix(out.rotate, out.rotateOrder);
+    const M44d inner = scaleMatrix(out.scale) * eulerMatrix(out.rotateAxis) *
+                       eulerMatrix(out.rotate, out.rotateOrder);
     if (out.scale.x * out.scale.y * out.scale.z != 0.0) {
         const M44d orient = inverseOf(inner) * uncompensated(local, out.inverseScale);
         out.jointOrient = eulerFromMatrix(rotationPart(orient), kXYZ, &out.jointOrient);
@@ -90,8 +85,7 @@ bool jointChannelsForLocal(const Scene& scene, NodeHandle joint, const M44d& loc
     return nearlyEqual(localMatrixOf(out), local, kFitTolerance);
 }
 
-ChannelValues changedChannels(const Scene& scene, NodeHandle node, const Channels& wanted)
-{
+ChannelValues changedChannels(const Scene& scene, NodeHandle node, const Channels& wanted) {
     ChannelValues out;
     if (!isTransform(scene, node))
         return out;
@@ -106,8 +100,7 @@ ChannelValues changedChannels(const Scene& scene, NodeHandle node, const Channel
     return out;
 }
 
-Status checkWritable(const Scene& scene, const ChannelValues& values)
-{
+Status checkWritable(const Scene& scene, const ChannelValues& values) {
     for (const ChannelValue& item : values)
         if (scene.isLocked(item.plug) && !isDriven(scene, item.plug))
             return Status::failure("The attribute '" + scene.plugName(item.plug) +
@@ -115,8 +108,7 @@ Status checkWritable(const Scene& scene, const ChannelValues& values)
     return Status::ok();
 }
 
-Status writeChannels(Scene& scene, const ChannelValues& values)
-{
+Status writeChannels(Scene& scene, const ChannelValues& values) {
     if (Status status = checkWritable(scene, values); !status)
         return status;
     for (const ChannelValue& item : values)
@@ -125,13 +117,11 @@ Status writeChannels(Scene& scene, const ChannelValues& values)
     return Status::ok();
 }
 
-Status setLocalMatrix(Scene& scene, NodeHandle node, const M44d& local)
-{
+Status setLocalMatrix(Scene& scene, NodeHandle node, const M44d& local) {
     return writeChannels(scene, changedChannels(scene, node, channelsForLocal(scene, node, local)));
 }
 
-Status setWorldMatrix(Scene& scene, NodeHandle node, const M44d& world)
-{
+Status setWorldMatrix(Scene& scene, NodeHandle node, const M44d& world) {
     return setLocalMatrix(scene, node, world * inverseOf(parentWorldMatrix(scene, node)));
 }
 

@@ -8,39 +8,34 @@
 namespace torvel {
 namespace {
 
-inline bool isFed(const Slot* slot)
-{
+inline bool isFed(const Slot* slot) {
     return slot && slot->links && !slot->links->source.isNull();
 }
 
-inline double storedIn(const Slot* slot, const AttrInfo& info)
-{
+inline double storedIn(const Slot* slot, const AttrInfo& info) {
     return slot && (slot->state & kSet) ? slot->number : info.defaultValue;
 }
 
 }  // namespace
 
-AttrIndex positionOf(const char* typeName, const char* attrName)
-{
+AttrIndex positionOf(const char* typeName, const char* attrName) {
     return nodeTypes().find(typeName)->byName.at(attrName);
 }
 
 QuickNode::QuickNode(Evaluation& evaluation)
-    : m_evaluation(evaluation), m_scene(evaluation.scene()), m_node(evaluation.node())
-{
-}
+    : m_evaluation(evaluation), m_scene(evaluation.scene()), m_node(evaluation.node()) {}
 
 namespace {
 
-// Nothing can stand behind the attribute: an output, or any attribute of a node that nobody feeds or writes.
-inline bool isLast(const Node& node, const AttrInfo& info)
-{
+// Nothing can stand behind the attribute: an output, or any attribute of a node that nobody feeds
+// or writes.
+inline bool isLast(const Node& node, const AttrInfo& info) {
     return info.arrayDepth == 0 &&
-           (info.is(kOutput) || (node.linkedInputs == 0 && !node.writerLinks && node.unknownType.empty()));
+           (info.is(kOutput) ||
+            (node.linkedInputs == 0 && !node.writerLinks && node.unknownType.empty()));
 }
 
-inline const M44d& matrixIn(const Slot* slot, const AttrInfo& info)
-{
+inline const M44d& matrixIn(const Slot* slot, const AttrInfo& info) {
     static const M44d kIdentity;
     const Payload* data = slot ? slot->data.get() : nullptr;
     const auto* held = info.type == AttrType::Matrix ? static_cast<const MatrixData*>(data)
@@ -50,8 +45,7 @@ inline const M44d& matrixIn(const Slot* slot, const AttrInfo& info)
 
 }  // namespace
 
-double QuickNode::linked(const Slot& slot) const
-{
+double QuickNode::linked(const Slot& slot) const {
     const Plug& source = slot.links->source;
     if (const Node* from = m_scene.node(source.node); from && source.attr < from->attrCount()) {
         const AttrInfo& info = from->attr(source.attr);
@@ -62,8 +56,7 @@ double QuickNode::linked(const Slot& slot) const
 }
 
 // Child `number` of the compound that feeds one here.
-double QuickNode::linkedChild(const Slot& slot, int number) const
-{
+double QuickNode::linkedChild(const Slot& slot, int number) const {
     const Plug& source = slot.links->source;
     const Node* from = m_scene.node(source.node);
     if (from && source.attr < from->attrCount()) {
@@ -75,11 +68,11 @@ double QuickNode::linkedChild(const Slot& slot, int number) const
     return m_evaluation.number(m_scene.child(source, number));
 }
 
-V3d QuickNode::linkedVec3(const Slot& slot) const
-{
+V3d QuickNode::linkedVec3(const Slot& slot) const {
     const Plug& source = slot.links->source;
     const Node* from = m_scene.node(source.node);
-    const AttrInfo* info = from && source.attr < from->attrCount() ? &from->attr(source.attr) : nullptr;
+    const AttrInfo* info =
+        from && source.attr < from->attrCount() ? &from->attr(source.attr) : nullptr;
     if (!info || info->children.size() < 3 || !isLast(*from, *info))
         return {linkedChild(slot, 0), linkedChild(slot, 1), linkedChild(slot, 2)};
     V3d value;
@@ -90,26 +83,24 @@ V3d QuickNode::linkedVec3(const Slot& slot) const
     return value;
 }
 
-double QuickNode::number(AttrIndex attr) const
-{
+double QuickNode::number(AttrIndex attr) const {
     const AttrInfo& info = m_node.attr(attr);
     const Slot* slot = m_node.peek(attr);
     if (m_node.linkedInputs != 0) {
         if (isFed(slot))
             return linked(*slot);
-        if (const Slot* above = info.parent == kNoAttr ? nullptr : m_node.peek(info.parent); isFed(above))
+        if (const Slot* above = info.parent == kNoAttr ? nullptr : m_node.peek(info.parent);
+            isFed(above))
             return linkedChild(*above, info.childNumber);
     }
     return storedIn(slot, info);
 }
 
-int QuickNode::whole(AttrIndex attr) const
-{
+int QuickNode::whole(AttrIndex attr) const {
     return static_cast<int>(std::lround(number(attr)));
 }
 
-V3d QuickNode::vec3(AttrIndex compound) const
-{
+V3d QuickNode::vec3(AttrIndex compound) const {
     const std::vector<AttrIndex>& children = m_node.attr(compound).children;
     const Slot* whole = m_node.linkedInputs != 0 ? m_node.peek(compound) : nullptr;
     if (isFed(whole))
@@ -123,8 +114,7 @@ V3d QuickNode::vec3(AttrIndex compound) const
     return value;
 }
 
-const M44d& QuickNode::linkedMatrix(const Slot& slot) const
-{
+const M44d& QuickNode::linkedMatrix(const Slot& slot) const {
     const Plug& source = slot.links->source;
     if (const Node* from = m_scene.node(source.node); from && source.attr < from->attrCount()) {
         const AttrInfo& info = from->attr(source.attr);
@@ -134,31 +124,26 @@ const M44d& QuickNode::linkedMatrix(const Slot& slot) const
     return m_evaluation.matrix(source);
 }
 
-const M44d& QuickNode::matrix(AttrIndex attr) const
-{
+const M44d& QuickNode::matrix(AttrIndex attr) const {
     const Slot* slot = m_node.peek(attr);
     return isFed(slot) ? linkedMatrix(*slot) : matrixIn(slot, m_node.attr(attr));
 }
 
-const ArrayStore* QuickNode::store(AttrIndex array) const
-{
+const ArrayStore* QuickNode::store(AttrIndex array) const {
     const Slot* slot = m_node.peek(array);
     return slot ? slot->array.get() : nullptr;
 }
 
-std::size_t QuickNode::count(AttrIndex array) const
-{
+std::size_t QuickNode::count(AttrIndex array) const {
     const ArrayStore* elements = store(array);
     return elements ? elements->logical.size() : 0;
 }
 
-std::int32_t QuickNode::logicalAt(AttrIndex array, std::size_t position) const
-{
+std::int32_t QuickNode::logicalAt(AttrIndex array, std::size_t position) const {
     return store(array)->logical[position];
 }
 
-double QuickNode::element(AttrIndex array, std::size_t position, AttrIndex leaf) const
-{
+double QuickNode::element(AttrIndex array, std::size_t position, AttrIndex leaf) const {
     const AttrInfo& info = m_node.attr(leaf);
     const ArrayStore& elements = *store(array);
     const Slot* block = elements.elements[position].get();
@@ -166,7 +151,8 @@ double QuickNode::element(AttrIndex array, std::size_t position, AttrIndex leaf)
     if (isFed(&slot))
         return linked(slot);
     if (m_node.linkedInputs != 0) {
-        const std::uint32_t parentSlot = leaf == array || info.parent == array ? 0 : m_node.attr(info.parent).slot;
+        const std::uint32_t parentSlot =
+            leaf == array || info.parent == array ? 0 : m_node.attr(info.parent).slot;
         const Slot* above = leaf == array ? nullptr : block + parentSlot;
         if (isFed(above))
             return linkedChild(*above, info.childNumber);
@@ -176,15 +162,13 @@ double QuickNode::element(AttrIndex array, std::size_t position, AttrIndex leaf)
     return storedIn(&slot, info);
 }
 
-V3d QuickNode::elementVec3(AttrIndex array, std::size_t position, AttrIndex compound) const
-{
+V3d QuickNode::elementVec3(AttrIndex array, std::size_t position, AttrIndex compound) const {
     const std::vector<AttrIndex>& children = m_node.attr(compound).children;
     return {element(array, position, children[0]), element(array, position, children[1]),
             element(array, position, children[2])};
 }
 
-const M44d& QuickNode::elementMatrix(AttrIndex array, std::size_t position, AttrIndex leaf) const
-{
+const M44d& QuickNode::elementMatrix(AttrIndex array, std::size_t position, AttrIndex leaf) const {
     const ArrayStore& elements = *store(array);
     const AttrInfo& info = m_node.attr(leaf);
     const Slot* block = elements.elements[position].get();
@@ -196,23 +180,21 @@ const M44d& QuickNode::elementMatrix(AttrIndex array, std::size_t position, Attr
     return matrixIn(&slot, info);
 }
 
-double QuickNode::elementOr(AttrIndex array, std::int32_t logical, AttrIndex leaf, double fallback) const
-{
+double QuickNode::elementOr(AttrIndex array, std::int32_t logical, AttrIndex leaf,
+                            double fallback) const {
     const ArrayStore* elements = store(array);
     const int position = elements ? elements->find(logical) : -1;
     return position < 0 ? fallback : element(array, static_cast<std::size_t>(position), leaf);
 }
 
-void QuickNode::set(AttrIndex attr, double value)
-{
+void QuickNode::set(AttrIndex attr, double value) {
     Slot& slot = m_node.slot(attr);
     const bool isFloat = m_node.attr(attr).type == AttrType::Float;
     slot.number = isFloat ? static_cast<double>(static_cast<float>(value)) : value;
     slot.state |= kSet;
 }
 
-void QuickNode::set(AttrIndex compound, const V3d& value)
-{
+void QuickNode::set(AttrIndex compound, const V3d& value) {
     const std::vector<AttrIndex>& children = m_node.attr(compound).children;
     for (std::size_t i = 0; i < 3; ++i)
         set(children[i], value[static_cast<int>(i)]);

@@ -2,14 +2,13 @@
 
 #include "graph/evaluation.h"
 
-/// What utility nodes read and write, without building a plug for each number: such nodes stand in their hundreds on
-/// the way of every joint, so a visit must cost next to nothing.
+/// What utility nodes read and write, without building a plug for each number: such nodes stand in
+/// their hundreds on the way of every joint, so a visit must cost next to nothing.
 namespace torvel {
 
 /// Positions of named attributes of one node type, looked up once.
 template <std::size_t N>
-struct AttrPositions
-{
+struct AttrPositions {
     AttrIndex at[N];
 
     AttrPositions(const char* typeName, const char* const (&names)[N]);
@@ -19,16 +18,14 @@ struct AttrPositions
 AttrIndex positionOf(const char* typeName, const char* attrName);  ///< both must exist
 
 template <std::size_t N>
-AttrPositions<N>::AttrPositions(const char* typeName, const char* const (&names)[N])
-{
+AttrPositions<N>::AttrPositions(const char* typeName, const char* const (&names)[N]) {
     for (std::size_t i = 0; i < N; ++i)
         at[i] = positionOf(typeName, names[i]);
 }
 
 /// The node an evaluate function works on. Inputs are up to date; numbers come in internal units.
-class QuickNode
-{
-public:
+class QuickNode {
+  public:
     explicit QuickNode(Evaluation& evaluation);
 
     /// A number or a child of a compound; not inside an array.
@@ -56,7 +53,7 @@ public:
     void set(AttrIndex compound, const V3d& value);
     void set(AttrIndex attr, const M44d& value) { m_evaluation.set(attr, value); }
 
-private:
+  private:
     double linked(const Slot& slot) const;
     double linkedChild(const Slot& slot, int number) const;
     V3d linkedVec3(const Slot& slot) const;

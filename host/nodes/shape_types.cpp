@@ -12,12 +12,12 @@ namespace {
 constexpr AttrRow kLocatorAttrs[] = {
     vectorRow("localPosition", "lp", AttrType::Distance, 0.0, 0, "worldPosition"),
     vectorRow("localScale", "los", AttrType::Double, 1.0),
-    vectorRow("worldPosition", "wp", AttrType::Distance, 0.0, kOutput | kNotStored | kArray | kPerInstance),
+    vectorRow("worldPosition", "wp", AttrType::Distance, 0.0,
+              kOutput | kNotStored | kArray | kPerInstance),
 };
 constexpr AffectRow kLocatorAffects[] = {{"worldMatrix", "worldPosition"}};
 
-void evaluateLocator(Evaluation& e)
-{
+void evaluateLocator(Evaluation& e) {
     static const AttrIndex localPosition = nodeTypes().find("locator")->byName.at("localPosition");
     static const AttrIndex worldPosition = nodeTypes().find("locator")->byName.at("worldPosition");
     if (e.output() != worldPosition) {
@@ -27,7 +27,8 @@ void evaluateLocator(Evaluation& e)
     const std::size_t count = e.elementCount(worldPosition);
     for (std::size_t i = 0; i < count; ++i) {
         const auto at = static_cast<std::int32_t>(i);
-        e.set(e.plug(worldPosition, at), e.vec3(localPosition) * e.matrix(e.plug(dagAttrs().worldMatrix, at)));
+        e.set(e.plug(worldPosition, at),
+              e.vec3(localPosition) * e.matrix(e.plug(dagAttrs().worldMatrix, at)));
     }
 }
 
@@ -61,10 +62,10 @@ constexpr AttrRow kDistanceAttrs[] = {
     attrRow("distance", "dist", AttrType::Distance, 0.0, kOutput | kNotStored),
 };
 
-void evaluateDistance(Evaluation& e)
-{
+void evaluateDistance(Evaluation& e) {
     static const auto& names = nodeTypes().find("distanceDimShape")->byName;
-    static const AttrIndex start = names.at("startPoint"), end = names.at("endPoint"), distance = names.at("distance");
+    static const AttrIndex start = names.at("startPoint"), end = names.at("endPoint"),
+                           distance = names.at("distance");
     if (e.output() == distance)
         e.set(distance, (e.vec3(end) - e.vec3(start)).length());
     else
@@ -73,8 +74,8 @@ void evaluateDistance(Evaluation& e)
 
 }  // namespace
 
-const NodeTypeRow kLocatorShape = typeRow("locator", "geometryShape", fn::kLocator, "kLocator", kLocatorAttrs,
-                                          kLocatorAffects, 0, evaluateLocator);
+const NodeTypeRow kLocatorShape = typeRow("locator", "geometryShape", fn::kLocator, "kLocator",
+                                          kLocatorAttrs, kLocatorAffects, 0, evaluateLocator);
 const NodeTypeRow kCameraShape = typeRow("camera", "shape", fn::kCamera, "kCamera", kCameraAttrs);
 const NodeTypeRow kDistanceShape =
     typeRow("distanceDimShape", "shape", fn::kShape, "kShape", kDistanceAttrs, 0, evaluateDistance);

@@ -14,19 +14,19 @@
 namespace torvel {
 namespace {
 
-constexpr double kSumTolerance = 1e-9;   // a list that sums to 1 within this needs no filling up
-constexpr std::size_t kGrain = 4096;     // points of one piece of work
+constexpr double kSumTolerance = 1e-9;  // a list that sums to 1 within this needs no filling up
+constexpr std::size_t kGrain = 4096;    // points of one piece of work
 
 }  // namespace
 
-std::shared_ptr<const CompiledWeights> compileWeights(const WeightList& weights, bool normalized)
-{
+std::shared_ptr<const CompiledWeights> compileWeights(const WeightList& weights, bool normalized) {
     auto made = std::make_shared<CompiledWeights>();
     made->vertices = weights.size();
     made->narrow = true;
     for (std::size_t v = 0; v < weights.size(); ++v)
         for (std::size_t i = 0; i < weights.count(v); ++i)
-            made->missing = std::max(made->missing, static_cast<std::uint32_t>(weights.begin(v)[i].influence) + 1);
+            made->missing = std::max(made->missing,
+                                     static_cast<std::uint32_t>(weights.begin(v)[i].influence) + 1);
     const auto fill = [&](std::size_t v, auto&& take) {
         const double sum = weights.sum(v);
         const bool divide = normalized && sum > 0.0;
@@ -68,17 +68,16 @@ std::shared_ptr<const CompiledWeights> compileWeights(const WeightList& weights,
 namespace {
 
 // The entries of one vertex, whatever the table looks like.
-struct Entries
-{
+struct Entries {
     const CompiledWeights& table;
 
     template <class F>
-    void each(std::size_t vertex, F&& f) const
-    {
+    void each(std::size_t vertex, F&& f) const {
         if (vertex >= table.vertices) {
             f(table.missing, 1.0f);
         } else if (table.narrow) {
-            for (std::size_t i = vertex * CompiledWeights::kLanes; i < (vertex + 1) * CompiledWeights::kLanes; ++i)
+            for (std::size_t i = vertex * CompiledWeights::kLanes;
+                 i < (vertex + 1) * CompiledWeights::kLanes; ++i)
                 f(std::uint32_t(table.index[i]), table.weight[i]);
         } else {
             for (std::size_t i = table.start[vertex]; i < table.start[vertex + 1]; ++i)
@@ -88,32 +87,31 @@ struct Entries
 };
 
 template <class F>
-void overRange(std::size_t count, F&& work)
-{
+void overRange(std::size_t count, F&& work) {
     tbb::parallel_for(tbb::blocked_range<std::size_t>(0, count, kGrain),
                       [&](const tbb::blocked_range<std::size_t>& r) { work(r.begin(), r.end()); });
 }
 
-// --- linear ----------------------------------------------------------------------------------------------------
+// --- linear
+// ----------------------------------------------------------------------------------------------------
 
-// What an influence adds to a point: p -> p * (G B M G^-1 - 1), four rows of four floats. A point whose influences
-// all stand still is then left exactly where it is. An absent influence takes the point away.
-struct alignas(16) OffsetMatrix
-{
+// What an influence adds to a point: p -> p * (G B M G^-1 - 1), four rows of four floats. A point
+// whose influences all stand still is then left exactly where it is. An absent influence takes the
+// point away.
+struct alignas(16) OffsetMatrix {
     float rows[4][4];
 };
 
-OffsetMatrix offsetMatrix(const M44d& move, double factor)
-{
+OffsetMatrix offsetMatrix(const M44d& move, double factor) {
     OffsetMatrix out;
     for (int r = 0; r < 4; ++r)
         for (int c = 0; c < 4; ++c)
-            out.rows[r][c] = c == 3 ? 0.0f : static_cast<float>((move[r][c] - (r == c ? 1.0 : 0.0)) * factor);
+            out.rows[r][c] =
+                c == 3 ? 0.0f : static_cast<float>((move[r][c] - (r == c ? 1.0 : 0.0)) * factor);
     return out;
 }
 
-std::vector<OffsetMatrix> offsetMatrices(const SkinSetup& setup, double factor)
-{
+std::vector<OffsetMatrix> offsetMatrices(const SkinSetup& setup, double factor) {
     M44d none;
     none.makeIdentity();
     for (int r = 0; r < 4; ++r)
@@ -127,23 +125,24 @@ std::vector<OffsetMatrix> offsetMatrices(const SkinSetup& setup, double factor)
     return all;
 }
 
-inline Lanes moved(const OffsetMatrix& m, Lanes x, Lanes y, Lanes z)
-{
+inline Lanes moved(const OffsetMatrix& m, Lanes x, Lanes y, Lanes z) {
     return (x * Lanes::load(m.rows[0]) + y * Lanes::load(m.rows[1])) +
            (z * Lanes::load(m.rows[2]) + Lanes::load(m.rows[3]));
 }
 
-void linearNarrow(const CompiledWeights& table, const OffsetMatrix* m, const V3f* in, V3f* out, std::size_t from,
-                  std::size_t to)
-{
+void linearNarrow(const CompiledWeights& table, const OffsetMatrix* m, const V3f* in, V3f* out,
+                  std::size_t from, std::size_t to) {
     const std::uint16_t* index = table.index.data() + from * CompiledWeights::kLanes;
     const float* weight = table.weight.data() + from * CompiledWeights::kLanes;
-    for (std::size_t v = from; v < to; ++v, index += CompiledWeights::kLanes, weight += CompiledWeights::kLanes) {
+    for (std::size_t v = from; v < to;
+         ++v, index += CompiledWeights::kLanes, weight += CompiledWeights::kLanes) {
         const V3f p = in[v];
         const Lanes x = Lanes::all(p.x), y = Lanes::all(p.y), z = Lanes::all(p.z);
         const Lanes w = Lanes::load(weight);
-        const Lanes a = moved(m[index[0]], x, y, z) * w.spread<0>() + moved(m[index[1]], x, y, z) * w.spread<1>();
-        const Lanes b = moved(m[index[2]], x, y, z) * w.spread<2>() + moved(m[index[3]], x, y, z) * w.spread<3>();
+        const Lanes a = moved(m[index[0]], x, y, z) * w.spread<0>() +
+                        moved(m[index[1]], x, y, z) * w.spread<1>();
+        const Lanes b = moved(m[index[2]], x, y, z) * w.spread<2>() +
+                        moved(m[index[3]], x, y, z) * w.spread<3>();
         alignas(16) const float start[4] = {p.x, p.y, p.z, 0.0f};
         (Lanes::load(start) + (a + b)).store3(&out[v].x);
     }
@@ -151,13 +150,14 @@ void linearNarrow(const CompiledWeights& table, const OffsetMatrix* m, const V3f
 
 #ifdef TORVEL_HAS_FUSED_LANES
 
-// The same with fused multiply-add: half the operations. Never mixed with the plain loop within one call.
-TORVEL_FUSED void linearFused(const CompiledWeights& table, const OffsetMatrix* m, const V3f* in, V3f* out,
-                              std::size_t from, std::size_t to)
-{
+// The same with fused multiply-add: half the operations. Never mixed with the plain loop within one
+// call.
+TORVEL_FUSED void linearFused(const CompiledWeights& table, const OffsetMatrix* m, const V3f* in,
+                              V3f* out, std::size_t from, std::size_t to) {
     const std::uint16_t* index = table.index.data() + from * CompiledWeights::kLanes;
     const float* weight = table.weight.data() + from * CompiledWeights::kLanes;
-    for (std::size_t v = from; v < to; ++v, index += CompiledWeights::kLanes, weight += CompiledWeights::kLanes) {
+    for (std::size_t v = from; v < to;
+         ++v, index += CompiledWeights::kLanes, weight += CompiledWeights::kLanes) {
         const V3f p = in[v];
         const __m128 x = _mm_set1_ps(p.x), y = _mm_set1_ps(p.y), z = _mm_set1_ps(p.z);
         __m128 sum[2] = {_mm_setr_ps(p.x, p.y, p.z, 0.0f), _mm_setzero_ps()};
@@ -174,10 +174,10 @@ TORVEL_FUSED void linearFused(const CompiledWeights& table, const OffsetMatrix* 
 
 #endif
 
-using NarrowLoop = void (*)(const CompiledWeights&, const OffsetMatrix*, const V3f*, V3f*, std::size_t, std::size_t);
+using NarrowLoop = void (*)(const CompiledWeights&, const OffsetMatrix*, const V3f*, V3f*,
+                            std::size_t, std::size_t);
 
-NarrowLoop narrowLoop()
-{
+NarrowLoop narrowLoop() {
 #ifdef TORVEL_HAS_FUSED_LANES
     static const bool fused = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
     return fused ? linearFused : linearNarrow;
@@ -186,37 +186,36 @@ NarrowLoop narrowLoop()
 #endif
 }
 
-void linearWide(const CompiledWeights& table, const OffsetMatrix* m, const V3f* in, V3f* out, std::size_t from,
-                std::size_t to)
-{
+void linearWide(const CompiledWeights& table, const OffsetMatrix* m, const V3f* in, V3f* out,
+                std::size_t from, std::size_t to) {
     for (std::size_t v = from; v < to; ++v) {
         const V3f p = in[v];
         const Lanes x = Lanes::all(p.x), y = Lanes::all(p.y), z = Lanes::all(p.z);
         Lanes sum = Lanes::all(0.0f);
-        Entries{table}.each(v, [&](std::uint32_t i, float w) { sum = sum + moved(m[i], x, y, z) * Lanes::all(w); });
+        Entries{table}.each(
+            v, [&](std::uint32_t i, float w) { sum = sum + moved(m[i], x, y, z) * Lanes::all(w); });
         alignas(16) const float start[4] = {p.x, p.y, p.z, 0.0f};
         (Lanes::load(start) + sum).store3(&out[v].x);
     }
 }
 
 // Curves: few points, double precision.
-void linearWide(const CompiledWeights& table, const OffsetMatrix* m, const V3d* in, V3d* out, std::size_t from,
-                std::size_t to)
-{
+void linearWide(const CompiledWeights& table, const OffsetMatrix* m, const V3d* in, V3d* out,
+                std::size_t from, std::size_t to) {
     for (std::size_t v = from; v < to; ++v) {
         const V3d p = in[v];
         V3d sum(0.0);
         Entries{table}.each(v, [&](std::uint32_t i, float w) {
             for (int c = 0; c < 3; ++c)
-                sum[c] += w * (p.x * m[i].rows[0][c] + p.y * m[i].rows[1][c] + p.z * m[i].rows[2][c] + m[i].rows[3][c]);
+                sum[c] += w * (p.x * m[i].rows[0][c] + p.y * m[i].rows[1][c] +
+                               p.z * m[i].rows[2][c] + m[i].rows[3][c]);
         });
         out[v] = p + sum;
     }
 }
 
 template <class Point>
-void deformLinear(const SkinSetup& setup, const Point* in, Point* out, std::size_t count)
-{
+void deformLinear(const SkinSetup& setup, const Point* in, Point* out, std::size_t count) {
     const std::vector<OffsetMatrix> matrices = offsetMatrices(setup, setup.envelope);
     const CompiledWeights& table = *setup.weights;
     const NarrowLoop narrow = narrowLoop();
@@ -232,23 +231,21 @@ void deformLinear(const SkinSetup& setup, const Point* in, Point* out, std::size
     });
 }
 
-// --- dual quaternions ------------------------------------------------------------------------------------------
+// --- dual quaternions
+// ------------------------------------------------------------------------------------------
 
-struct DualQuaternion
-{
+struct DualQuaternion {
     Quatd real{0, 0, 0, 0};
     Quatd dual{0, 0, 0, 0};
 };
 
-struct RigidInfluence
-{
+struct RigidInfluence {
     bool present = false;
     DualQuaternion dq;
     M44d scale;  // what is left of the move before the rigid part: move = scale * rigid
 };
 
-RigidInfluence rigidInfluence(const SkinInfluence& influence)
-{
+RigidInfluence rigidInfluence(const SkinInfluence& influence) {
     RigidInfluence out;
     out.present = influence.present;
     M44d rigid = influence.move;
@@ -265,14 +262,13 @@ RigidInfluence rigidInfluence(const SkinInfluence& influence)
     return out;
 }
 
-struct RigidSkin
-{
+struct RigidSkin {
     std::vector<RigidInfluence> influences;
     M44d geom, back;
     bool keepScale = false;
 
-    explicit RigidSkin(const SkinSetup& setup) : geom(setup.geom), back(setup.geom.inverse()), keepScale(setup.keepScale)
-    {
+    explicit RigidSkin(const SkinSetup& setup)
+        : geom(setup.geom), back(setup.geom.inverse()), keepScale(setup.keepScale) {
         influences.resize(setup.weights->missing + 1u);
         for (std::size_t i = 0; i < setup.weights->missing && i < setup.influences.size(); ++i)
             if (setup.influences[i].present)
@@ -280,20 +276,18 @@ struct RigidSkin
     }
 };
 
-V3d turned(const Quatd& q, const V3d& p)
-{
+V3d turned(const Quatd& q, const V3d& p) {
     const V3d c = q.v.cross(p) + p * q.r;
     return p + q.v.cross(c) * 2.0;
 }
 
-double dot(const Quatd& a, const Quatd& b)
-{
+double dot(const Quatd& a, const Quatd& b) {
     return a.r * b.r + (a.v ^ b.v);
 }
 
 // The point itself comes back when no influence of it is there.
-V3d rigidPoint(const RigidSkin& skin, const Entries& entries, std::size_t vertex, const V3d& point)
-{
+V3d rigidPoint(const RigidSkin& skin, const Entries& entries, std::size_t vertex,
+               const V3d& point) {
     const Quatd* pivot = nullptr;
     float most = 0.0f;
     entries.each(vertex, [&](std::uint32_t i, float w) {
@@ -330,8 +324,7 @@ V3d rigidPoint(const RigidSkin& skin, const Entries& entries, std::size_t vertex
 }
 
 template <class Point>
-void deformRigid(const SkinSetup& setup, const Point* in, Point* out, std::size_t count)
-{
+void deformRigid(const SkinSetup& setup, const Point* in, Point* out, std::size_t count) {
     using T = typename Point::BaseType;
     const RigidSkin skin(setup);
     const Entries entries{*setup.weights};
@@ -345,8 +338,7 @@ void deformRigid(const SkinSetup& setup, const Point* in, Point* out, std::size_
 }
 
 template <class Point>
-void deformBlended(const SkinSetup& setup, const Point* in, Point* out, std::size_t count)
-{
+void deformBlended(const SkinSetup& setup, const Point* in, Point* out, std::size_t count) {
     using T = typename Point::BaseType;
     std::vector<Point> rigid(count);
     deformRigid(setup, in, rigid.data(), count);
@@ -358,8 +350,7 @@ void deformBlended(const SkinSetup& setup, const Point* in, Point* out, std::siz
 }
 
 template <class Point>
-void deform(const SkinSetup& setup, const Point* in, Point* out, std::size_t count)
-{
+void deform(const SkinSetup& setup, const Point* in, Point* out, std::size_t count) {
     if (setup.method == 1)
         deformRigid(setup, in, out, count);
     else if (setup.method == 2)
@@ -370,13 +361,11 @@ void deform(const SkinSetup& setup, const Point* in, Point* out, std::size_t cou
 
 }  // namespace
 
-void deformPoints(const SkinSetup& setup, const V3f* in, V3f* out, std::size_t count)
-{
+void deformPoints(const SkinSetup& setup, const V3f* in, V3f* out, std::size_t count) {
     deform(setup, in, out, count);
 }
 
-void deformPoints(const SkinSetup& setup, const V3d* in, V3d* out, std::size_t count)
-{
+void deformPoints(const SkinSetup& setup, const V3d* in, V3d* out, std::size_t count) {
     deform(setup, in, out, count);
 }
 

@@ -33,7 +33,8 @@ constexpr AttrRow kSkinAttrs[] = {
     attrRow("lockWeights", "lw", AttrType::Bool, 0.0, kArray),
     attrRow("maintainMaxInfluences", "mmi", AttrType::Bool),
     within(attrRow("maxInfluences", "mi", AttrType::Long, 2.0), 1.0),
-    enumRow("bindMethod", "bm", "Closest Distance=0:Closest In Hierarchy=1:Heat Map=2:Geodesic Voxel=3"),
+    enumRow("bindMethod", "bm",
+            "Closest Distance=0:Closest In Hierarchy=1:Heat Map=2:Geodesic Voxel=3"),
     attrRow("driverPoints", "drp", AttrType::Any, 0.0, kArray | kNotStored),
     attrRow("basePoints", "bps", AttrType::Any, 0.0, kArray | kNotStored),
     attrRow("baseDirty", "bd", AttrType::Any, 0.0, kNotStored),
@@ -42,7 +43,8 @@ constexpr AttrRow kSkinAttrs[] = {
     attrRow("paintArrDirty", "pad", AttrType::Any, 0.0, kNotStored),
     attrRow("useComponents", "uc", AttrType::Bool),
     attrRow("useComponentsMatrix", "ucm", AttrType::Bool),
-    enumRow("skinningMethod", "skm", "Classic Linear=0:Dual Quaternion=1:Weight Blended=2", 0.0, 0, kOut),
+    enumRow("skinningMethod", "skm", "Classic Linear=0:Dual Quaternion=1:Weight Blended=2", 0.0, 0,
+            kOut),
     enumRow("normalizeWeights", "nw", "None=0:Interactive=1:Post=2", 1.0, 0, kOut),
     enumRow("weightDistribution", "wd", "Distance=0:Neighbors=1"),
     attrRow("deformUserNormals", "dun", AttrType::Bool, 1.0),
@@ -59,15 +61,14 @@ constexpr AttrRow kSkinAttrs[] = {
     attrRow("cacheSetup", "cs", AttrType::Bool),
 };
 
-void createdSkin(Scene&, Node& node)
-{
+void createdSkin(Scene&, Node& node) {
     node.slot(node.findAttr("weightList")).data = std::make_shared<WeightList>();
     node.slot(node.findAttr("blendWeights")).data = std::make_shared<DoubleBlock>();
 }
 
-// Influences by logical index. An element without a connection and without a matrix of its own counts as absent.
-std::vector<SkinInfluence> influencesOf(Evaluation& evaluation, std::size_t count)
-{
+// Influences by logical index. An element without a connection and without a matrix of its own
+// counts as absent.
+std::vector<SkinInfluence> influencesOf(Evaluation& evaluation, std::size_t count) {
     const AttrIndex matrix = evaluation.node().findAttr("matrix");
     const AttrIndex pre = evaluation.node().findAttr("bindPreMatrix");
     std::vector<SkinInfluence> out(count);
@@ -76,7 +77,8 @@ std::vector<SkinInfluence> influencesOf(Evaluation& evaluation, std::size_t coun
         if (logical < 0 || static_cast<std::size_t>(logical) >= count)
             continue;
         const Plug plug = evaluation.plug(matrix, logical);
-        const bool present = !evaluation.scene().effectiveSource(plug).isNull() || evaluation.data(plug);
+        const bool present =
+            !evaluation.scene().effectiveSource(plug).isNull() || evaluation.data(plug);
         if (present)
             out[static_cast<std::size_t>(logical)] = {
                 true, evaluation.matrix(evaluation.plug(pre, logical)) * evaluation.matrix(plug)};
@@ -84,8 +86,7 @@ std::vector<SkinInfluence> influencesOf(Evaluation& evaluation, std::size_t coun
     return out;
 }
 
-std::vector<double> blendByVertex(Evaluation& evaluation, std::size_t count)
-{
+std::vector<double> blendByVertex(Evaluation& evaluation, std::size_t count) {
     const auto* block = dynamic_cast<const DoubleBlock*>(
         evaluation.scene().bulk(evaluation.plug(evaluation.node().findAttr("blendWeights"))));
     std::vector<double> out(count, 0.0);
@@ -96,8 +97,7 @@ std::vector<double> blendByVertex(Evaluation& evaluation, std::size_t count)
 }
 
 template <class Points>
-void deformAll(Evaluation& evaluation, SkinSetup& setup, const Points& in, Points& out)
-{
+void deformAll(Evaluation& evaluation, SkinSetup& setup, const Points& in, Points& out) {
     std::vector<double> blend;
     if (setup.method == 2) {
         blend = blendByVertex(evaluation, in.size());
@@ -107,11 +107,10 @@ void deformAll(Evaluation& evaluation, SkinSetup& setup, const Points& in, Point
     deformPoints(setup, in.data(), out.data(), in.size());
 }
 
-PayloadPtr deformSkin(Evaluation& evaluation, std::int32_t, const PayloadPtr& geometry)
-{
+PayloadPtr deformSkin(Evaluation& evaluation, std::int32_t, const PayloadPtr& geometry) {
     const auto attr = [&](const char* name) { return evaluation.node().findAttr(name); };
-    const auto* weights =
-        dynamic_cast<const WeightList*>(evaluation.scene().bulk(evaluation.plug(attr("weightList"))));
+    const auto* weights = dynamic_cast<const WeightList*>(
+        evaluation.scene().bulk(evaluation.plug(attr("weightList"))));
     if (!weights || weights->size() == 0)
         return geometry;  // nothing was ever bound
     SkinSetup setup;
@@ -135,18 +134,19 @@ PayloadPtr deformSkin(Evaluation& evaluation, std::int32_t, const PayloadPtr& ge
     return geometry;
 }
 
-void evaluateSkin(Evaluation& evaluation)
-{
+void evaluateSkin(Evaluation& evaluation) {
     evaluateFilter(evaluation, deformSkin);
 }
 
-const NodeTypeRow kSkinCluster = typeRow("skinCluster", "geometryFilter", kFnSkinCluster, "kSkinClusterFilter",
-                                         kSkinAttrs, kDeformerType, evaluateSkin, createdSkin);
+const NodeTypeRow kSkinCluster =
+    typeRow("skinCluster", "geometryFilter", kFnSkinCluster, "kSkinClusterFilter", kSkinAttrs,
+            kDeformerType, evaluateSkin, createdSkin);
 
 }  // namespace
 
-const NodeTypeRow* const kSkinTypes[] = {&kGeometryFilter, &kTweakNode,     &kGroupPartsNode,    &kGroupIdNode,
-                                         &kObjectSetNode,  &kShadingEngineNode, &kSkinCluster};
+const NodeTypeRow* const kSkinTypes[] = {&kGeometryFilter, &kTweakNode,     &kGroupPartsNode,
+                                         &kGroupIdNode,    &kObjectSetNode, &kShadingEngineNode,
+                                         &kSkinCluster};
 const std::size_t kSkinTypeCount = sizeof kSkinTypes / sizeof *kSkinTypes;
 
 }  // namespace torvel

@@ -4,7 +4,8 @@
 
 #include "graph/node_type.h"
 
-/// Rows of deformers (geometryFilter, tweak, skinCluster), group nodes and sets; after the mesh types, in this order.
+/// Rows of deformers (geometryFilter, tweak, skinCluster), group nodes and sets; after the mesh
+/// types, in this order.
 namespace torvel {
 
 extern const NodeTypeRow* const kSkinTypes[];

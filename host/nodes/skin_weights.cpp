@@ -1,6 +1,7 @@
 #include "nodes/skin_weights.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "nodes/mesh_blocks.h"
 #include "nodes/skin_deform.h"
@@ -11,45 +12,42 @@ namespace {
 constexpr std::int64_t kMostVertices = 1 << 30;
 constexpr std::size_t kVerticesPerRange = 500;
 constexpr std::size_t kLeastWaste = 4096;
+// What a number too large for a double leaves untouched.
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 
 }  // namespace
 
-std::size_t WeightList::innerSize(std::int32_t vertex) const
-{
+std::size_t WeightList::innerSize(std::int32_t vertex) const {
     return vertex < 0 ? 0 : count(static_cast<std::size_t>(vertex));
 }
 
-std::int32_t WeightList::innerLogicalAt(std::int32_t vertex, std::size_t physical) const
-{
-    return physical < innerSize(vertex) ? begin(static_cast<std::size_t>(vertex))[physical].influence : -1;
+std::int32_t WeightList::innerLogicalAt(std::int32_t vertex, std::size_t physical) const {
+    return physical < innerSize(vertex)
+               ? begin(static_cast<std::size_t>(vertex))[physical].influence
+               : -1;
 }
 
-double WeightList::number(const std::int32_t* path, int) const
-{
+double WeightList::number(const std::int32_t* path, int) const {
     return path[0] < 0 || path[1] < 0 ? 0.0 : weight(static_cast<std::size_t>(path[0]), path[1]);
 }
 
-void WeightList::setNumber(const std::int32_t* path, int, double value)
-{
+void WeightList::setNumber(const std::int32_t* path, int, double value) {
     if (path[0] >= 0 && path[1] >= 0)
         set(static_cast<std::size_t>(path[0]), path[1], value);
 }
 
-void WeightList::resize(std::size_t count)
-{
+void WeightList::resize(std::size_t count) {
     for (std::size_t v = count; v < m_rows.size(); ++v)
         m_waste += m_rows[v].room;
     m_rows.resize(count);
     touch();
 }
 
-const SkinWeight* WeightList::begin(std::size_t vertex) const
-{
+const SkinWeight* WeightList::begin(std::size_t vertex) const {
     return count(vertex) > 0 ? m_entries.data() + m_rows[vertex].start : nullptr;
 }
 
-double WeightList::weight(std::size_t vertex, std::int32_t influence) const
-{
+double WeightList::weight(std::size_t vertex, std::int32_t influence) const {
     const SkinWeight* at = begin(vertex);
     for (std::size_t i = 0; i < count(vertex); ++i)
         if (at[i].influence == influence)
@@ -57,8 +55,7 @@ double WeightList::weight(std::size_t vertex, std::int32_t influence) const
     return 0.0;
 }
 
-double WeightList::sum(std::size_t vertex) const
-{
+double WeightList::sum(std::size_t vertex) const {
     double total = 0.0;
     const SkinWeight* at = begin(vertex);
     for (std::size_t i = 0; i < count(vertex); ++i)
@@ -66,16 +63,14 @@ double WeightList::sum(std::size_t vertex) const
     return total;
 }
 
-void WeightList::touch()
-{
+void WeightList::touch() {
     m_revision = nextBlockRevision();
     m_compiled[0].reset();
     m_compiled[1].reset();
 }
 
 // Moves a full list to the end of the block, with room for more.
-void WeightList::grow(Row& row)
-{
+void WeightList::grow(Row& row) {
     const std::uint64_t start = m_entries.size();
     m_entries.resize(m_entries.size() + row.room + 4);
     std::copy_n(m_entries.begin() + static_cast<std::ptrdiff_t>(row.start), row.count,
@@ -85,8 +80,7 @@ void WeightList::grow(Row& row)
     row.room += 4;
 }
 
-void WeightList::pack()
-{
+void WeightList::pack() {
     if (m_waste < kLeastWaste || m_waste * 2 < m_entries.size())
         return;
     std::vector<SkinWeight> packed;
@@ -101,8 +95,7 @@ void WeightList::pack()
     m_waste = 0;
 }
 
-void WeightList::set(std::size_t vertex, std::int32_t influence, double weight)
-{
+void WeightList::set(std::size_t vertex, std::int32_t influence, double weight) {
     if (influence < 0 || vertex >= static_cast<std::size_t>(kMostVertices))
         return;
     if (vertex >= m_rows.size())
@@ -133,11 +126,11 @@ void WeightList::set(std::size_t vertex, std::int32_t influence, double weight)
     pack();
 }
 
-void WeightList::assign(std::size_t vertex, std::vector<SkinWeight> weights)
-{
-    weights.erase(std::remove_if(weights.begin(), weights.end(),
-                                 [](const SkinWeight& w) { return w.weight == 0.0 || w.influence < 0; }),
-                  weights.end());
+void WeightList::assign(std::size_t vertex, std::vector<SkinWeight> weights) {
+    weights.erase(
+        std::remove_if(weights.begin(), weights.end(),
+                       [](const SkinWeight& w) { return w.weight == 0.0 || w.influence < 0; }),
+        weights.end());
     std::sort(weights.begin(), weights.end(),
               [](const SkinWeight& a, const SkinWeight& b) { return a.influence < b.influence; });
     if (vertex >= m_rows.size())
@@ -150,20 +143,22 @@ void WeightList::assign(std::size_t vertex, std::vector<SkinWeight> weights)
         row.room = static_cast<std::uint32_t>(weights.size());
         m_entries.resize(m_entries.size() + weights.size());
     }
-    std::copy(weights.begin(), weights.end(), m_entries.begin() + static_cast<std::ptrdiff_t>(row.start));
+    std::copy(weights.begin(), weights.end(),
+              m_entries.begin() + static_cast<std::ptrdiff_t>(row.start));
     row.count = static_cast<std::uint32_t>(weights.size());
     pack();
 }
 
-// "count influence weight ..." of one vertex. A list may be split over two statements: entries are added.
-bool WeightList::readPairs(std::size_t vertex, NumberSource& source, std::string& error)
-{
+// "count influence weight ..." of one vertex. A list may be split over two statements: entries are
+// added.
+bool WeightList::readPairs(std::size_t vertex, NumberSource& source, std::string& error) {
     long long pairs = 0;
     bool good = source.integer(pairs) && pairs >= 0;
     for (long long i = 0; good && i < pairs; ++i) {
         long long influence = 0;
-        double weight = 0.0;
-        good = source.integer(influence) && influence >= 0 && influence <= INT32_MAX && source.number(weight);
+        double weight = kNoNumber;
+        good = source.integer(influence) && influence >= 0 && influence <= INT32_MAX &&
+               source.number(weight);
         if (good)
             set(vertex, static_cast<std::int32_t>(influence), weight);
     }
@@ -172,12 +167,12 @@ bool WeightList::readPairs(std::size_t vertex, NumberSource& source, std::string
     return good;
 }
 
-bool WeightList::read(const std::int32_t* path, int level, bool inner, std::int64_t first, std::int64_t last,
-                      NumberSource& source, std::string& error)
-{
+bool WeightList::read(const std::int32_t* path, int level, bool inner, std::int64_t first,
+                      std::int64_t last, NumberSource& source, std::string& error) {
     const bool outer = level == 0;
     const std::int64_t lastVertex = outer ? last : path[0];
-    if (first < 0 || last < first || last > INT32_MAX || lastVertex < 0 || lastVertex >= kMostVertices) {
+    if (first < 0 || last < first || last > INT32_MAX || lastVertex < 0 ||
+        lastVertex >= kMostVertices) {
         error = "bad range of weights";
         return false;
     }
@@ -193,7 +188,7 @@ bool WeightList::read(const std::int32_t* path, int level, bool inner, std::int6
                 return false;
             continue;
         }
-        double weight = 0.0;
+        double weight = kNoNumber;
         if (!source.number(weight)) {
             error = "a weight of vertex " + std::to_string(path[0]) + " is missing";
             return false;
@@ -203,15 +198,15 @@ bool WeightList::read(const std::int32_t* path, int level, bool inner, std::int6
     return true;
 }
 
-void WeightList::write(const std::string& attrName, std::string& out) const
-{
+void WeightList::write(const std::string& attrName, std::string& out) const {
     if (m_rows.empty())
         return;
     const std::string name = attrName[0] == '.' ? attrName : "." + attrName;
     out += "\tsetAttr -s " + std::to_string(size()) + " \"" + name + "\";\n";
     for (std::size_t from = 0; from < size(); from += kVerticesPerRange) {
         const std::size_t to = std::min(size(), from + kVerticesPerRange);
-        out += "\tsetAttr \"" + name + "[" + std::to_string(from) + ":" + std::to_string(to - 1) + "].w\"";
+        out += "\tsetAttr \"" + name + "[" + std::to_string(from) + ":" + std::to_string(to - 1) +
+               "].w\"";
         for (std::size_t v = from; v < to; ++v) {
             out += "\n\t\t" + std::to_string(count(v));
             for (std::size_t i = 0; i < count(v); ++i) {
@@ -225,8 +220,7 @@ void WeightList::write(const std::string& attrName, std::string& out) const
     }
 }
 
-const CompiledWeights& WeightList::compiled(bool normalized) const
-{
+const CompiledWeights& WeightList::compiled(bool normalized) const {
     std::shared_ptr<const CompiledWeights>& kept = m_compiled[normalized ? 1 : 0];
     if (!kept)
         kept = compileWeights(*this, normalized);

@@ -14,8 +14,7 @@ namespace {
 
 // What playback and new keys go by lives with the time, unseen by listings and files.
 constexpr std::uint32_t kUnseen = kOpaque | kNotStored;
-constexpr AttrRow setting(const char* name, double value)
-{
+constexpr AttrRow setting(const char* name, double value) {
     return attrRow(name, name, AttrType::Double, value, kUnseen);
 }
 
@@ -38,11 +37,12 @@ constexpr AttrRow kTimeAttrs[] = {
     setting("newOutTangent", 18.0),
 };
 
-// A conversion takes one number or three at once; the inner places of its two numbers serve the second case.
+// A conversion takes one number or three at once; the inner places of its two numbers serve the
+// second case.
 constexpr std::uint32_t kInner = kOpaque | kNotStored;
 constexpr std::uint32_t kInnerOut = kInner | kOutput;
-constexpr AttrRow inner(const char* parent, const char* longName, const char* shortName, std::uint32_t flags)
-{
+constexpr AttrRow inner(const char* parent, const char* longName, const char* shortName,
+                        std::uint32_t flags) {
     return under(parent, attrRow(longName, shortName, AttrType::Double, 0.0, flags));
 }
 
@@ -58,21 +58,19 @@ constexpr AttrRow kConversionAttrs[] = {
     inner("output", "output2", "o_2", kInnerOut),
 };
 
-bool isTime(const Scene& scene, const Plug& plug)
-{
+bool isTime(const Scene& scene, const Plug& plug) {
     return !plug.isNull() && scene.info(plug).type == AttrType::Time;
 }
 
 // Factors of times count in ticks, 6000 a second; times themselves are frames here.
-double tickScale(const Scene& scene, const Plug& source, const Plug& output)
-{
+double tickScale(const Scene& scene, const Plug& source, const Plug& output) {
     const std::vector<Plug>& targets = scene.targets(output);
     const double ticks = kTicksPerSecond / framesPerSecond(scene);
-    return (isTime(scene, source) ? ticks : 1.0) / (!targets.empty() && isTime(scene, targets.front()) ? ticks : 1.0);
+    return (isTime(scene, source) ? ticks : 1.0) /
+           (!targets.empty() && isTime(scene, targets.front()) ? ticks : 1.0);
 }
 
-void convert(Evaluation& e)
-{
+void convert(Evaluation& e) {
     static const AttrPositions<3> at("unitConversion", {"input", "conversionFactor", "output"});
     QuickNode node(e);
     const double factor = node.number(at[1]);
@@ -84,19 +82,18 @@ void convert(Evaluation& e)
         node.set(at[2], node.number(at[0]) * factor * tickScale(e.scene(), source, e.plug(at[2])));
 }
 
-struct RateName
-{
+struct RateName {
     const char* name;
     double framesPerSecond;
 };
 constexpr RateName kRates[] = {
-    {"game", 15.0}, {"film", 24.0}, {"pal", 25.0}, {"ntsc", 30.0}, {"show", 48.0}, {"palf", 50.0}, {"ntscf", 60.0},
-    {"sec", 1.0},   {"millisec", 1000.0}, {"min", 1.0 / 60.0}, {"hour", 1.0 / 3600.0},
+    {"game", 15.0},       {"film", 24.0},      {"pal", 25.0},          {"ntsc", 30.0},
+    {"show", 48.0},       {"palf", 50.0},      {"ntscf", 60.0},        {"sec", 1.0},
+    {"millisec", 1000.0}, {"min", 1.0 / 60.0}, {"hour", 1.0 / 3600.0},
 };
 
 // The word behind -t or -time of a currentUnit statement; empty without one.
-std::string timeWord(const std::string& statement)
-{
+std::string timeWord(const std::string& statement) {
     for (const char* flag : {" -t ", " -time "})
         if (const std::size_t at = statement.find(flag); at != std::string::npos) {
             const std::size_t from = at + std::string(flag).size();
@@ -107,12 +104,12 @@ std::string timeWord(const std::string& statement)
 
 }  // namespace
 
-const NodeTypeRow kTimeNode = typeRow("time", "dependNode", fn::kTime, "kTime", kTimeAttrs, kUniqueType);
-const NodeTypeRow kUnitConversion = typeRow("unitConversion", "dependNode", fn::kUnitConversion, "kUnitConversion",
-                                            kConversionAttrs, 0, convert);
+const NodeTypeRow kTimeNode =
+    typeRow("time", "dependNode", fn::kTime, "kTime", kTimeAttrs, kUniqueType);
+const NodeTypeRow kUnitConversion = typeRow("unitConversion", "dependNode", fn::kUnitConversion,
+                                            "kUnitConversion", kConversionAttrs, 0, convert);
 
-double rateOfUnit(const std::string& unit)
-{
+double rateOfUnit(const std::string& unit) {
     for (const RateName& rate : kRates)
         if (unit == rate.name)
             return rate.framesPerSecond;
@@ -121,14 +118,12 @@ double rateOfUnit(const std::string& unit)
     return end != unit.c_str() && std::string(end) == "fps" && number > 0.0 ? number : 0.0;
 }
 
-std::string timeUnit(const Scene& scene)
-{
+std::string timeUnit(const Scene& scene) {
     const std::string word = timeWord(scene.unitsText);
     return word.empty() ? "film" : word;
 }
 
-double framesPerSecond(const Scene& scene)
-{
+double framesPerSecond(const Scene& scene) {
     if (scene.unitsText.empty())
         return 24.0;
     const double rate = rateOfUnit(timeUnit(scene));

@@ -8,16 +8,15 @@ namespace torvel {
 namespace {
 
 constexpr const char* kOutputs = "matrix inverseMatrix xformMatrix worldMatrix worldInverseMatrix";
-constexpr const char* kWorldOutputs = "parentMatrix parentInverseMatrix worldMatrix worldInverseMatrix";
+constexpr const char* kWorldOutputs =
+    "parentMatrix parentInverseMatrix worldMatrix worldInverseMatrix";
 
-constexpr AttrRow limit(const char* longName, const char* shortName, AttrType type = AttrType::Double,
-                        double defaultValue = 0.0)
-{
+constexpr AttrRow limit(const char* longName, const char* shortName,
+                        AttrType type = AttrType::Double, double defaultValue = 0.0) {
     return vectorRow(longName, shortName, type, defaultValue);
 }
 
-constexpr AttrRow flag(const char* longName, const char* shortName, bool on = false)
-{
+constexpr AttrRow flag(const char* longName, const char* shortName, bool on = false) {
     return attrRow(longName, shortName, AttrType::Bool, on ? 1.0 : 0.0);
 }
 
@@ -100,8 +99,10 @@ constexpr AttrRow kTransformAttrs[] = {
 };
 
 constexpr const char* kLabelTypes =
-    "None=0:Root=1:Hip=2:Knee=3:Foot=4:Toe=5:Spine=6:Neck=7:Head=8:Collar=9:Shoulder=10:Elbow=11:Hand=12:Finger=13:"
-    "Thumb=14:PropA=15:PropB=16:PropC=17:Other=18:Index Finger=19:Middle Finger=20:Ring Finger=21:Pinky Finger=22:"
+    "None=0:Root=1:Hip=2:Knee=3:Foot=4:Toe=5:Spine=6:Neck=7:Head=8:Collar=9:Shoulder=10:Elbow=11:"
+    "Hand=12:Finger=13:"
+    "Thumb=14:PropA=15:PropB=16:PropC=17:Other=18:Index Finger=19:Middle Finger=20:Ring "
+    "Finger=21:Pinky Finger=22:"
     "Extra Finger=23:Big Toe=24:Index Toe=25:Middle Toe=26:Ring Toe=27:Pinky Toe=28:Foot Thumb=29";
 
 constexpr AttrRow kJointAttrs[] = {
@@ -132,8 +133,8 @@ constexpr AttrRow kJointAttrs[] = {
 
 }  // namespace
 
-const NodeTypeRow kTransformNode = typeRow("transform", "dagNode", fn::kTransform, "kTransform", kTransformAttrs,
-                                           kTransformType, evaluateTransform);
+const NodeTypeRow kTransformNode = typeRow("transform", "dagNode", fn::kTransform, "kTransform",
+                                           kTransformAttrs, kTransformType, evaluateTransform);
 const NodeTypeRow kJointNode =
     typeRow("joint", "transform", fn::kJoint, "kJoint", kJointAttrs, 0, evaluateJoint);
 

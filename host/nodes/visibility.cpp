@@ -8,13 +8,11 @@
 namespace torvel {
 namespace {
 
-struct Switches
-{
+struct Switches {
     AttrIndex lodVisibility, overrideEnabled, overrideVisibility;
 };
 
-const Switches& switches()
-{
+const Switches& switches() {
     static const Switches attrs = [] {
         const auto& names = nodeTypes().find("dagNode")->byName;
         return Switches{names.at("lodVisibility"), names.at("overrideEnabled"),
@@ -23,8 +21,7 @@ const Switches& switches()
     return attrs;
 }
 
-bool isOn(const Scene& scene, NodeHandle node)
-{
+bool isOn(const Scene& scene, NodeHandle node) {
     const auto on = [&](AttrIndex attr) { return scene.number(Plug(node, attr)) != 0.0; };
     return on(dagAttrs().visibility) && on(switches().lodVisibility) &&
            !on(dagAttrs().intermediateObject) &&
@@ -33,8 +30,7 @@ bool isOn(const Scene& scene, NodeHandle node)
 
 }  // namespace
 
-bool isShown(const Scene& scene, NodeHandle node)
-{
+bool isShown(const Scene& scene, NodeHandle node) {
     const Node* self = scene.node(node);
     if (!self || !self->isDag())
         return false;

@@ -16,14 +16,12 @@ namespace {
 const std::string kPrefix = "__import__(\"maya.utils\").utils._callback(";
 long g_next = 1;
 
-std::unordered_map<long, PyObject*>& callbacks()
-{
+std::unordered_map<long, PyObject*>& callbacks() {
     static std::unordered_map<long, PyObject*> objects;
     return objects;
 }
 
-PyObject* find(const std::string& text)
-{
+PyObject* find(const std::string& text) {
     if (!isCallback(text))
         return nullptr;
     return callbackObject(std::strtol(text.c_str() + kPrefix.size(), nullptr, 10));
@@ -31,16 +29,14 @@ PyObject* find(const std::string& text)
 
 }  // namespace
 
-PyObject* callbackObject(long number)
-{
+PyObject* callbackObject(long number) {
     const auto found = callbacks().find(number);
     return found == callbacks().end() ? nullptr : found->second;
 }
 
 namespace {
 
-Status callObject(Session& session, PyObject* callable, const std::vector<Value>& args)
-{
+Status callObject(Session& session, PyObject* callable, const std::vector<Value>& args) {
     const ScriptDepth depth;
     const py::Gil lock;
     const py::Ref kept = py::Ref::borrowed(callable);  // it may remove itself
@@ -53,20 +49,17 @@ Status callObject(Session& session, PyObject* callable, const std::vector<Value>
 
 }  // namespace
 
-std::string addCallback(PyObject* callable)
-{
+std::string addCallback(PyObject* callable) {
     Py_INCREF(callable);
     callbacks()[g_next] = callable;
     return kPrefix + std::to_string(g_next++) + ")";
 }
 
-bool isCallback(const std::string& text)
-{
+bool isCallback(const std::string& text) {
     return text.compare(0, kPrefix.size(), kPrefix) == 0;
 }
 
-void removeCallback(const std::string& text)
-{
+void removeCallback(const std::string& text) {
     PyObject* object = find(text);
     if (!object)
         return;
@@ -75,8 +68,8 @@ void removeCallback(const std::string& text)
     Py_DECREF(object);
 }
 
-Status runControlCommand(Session& session, const std::string& command, const std::vector<Value>& args, bool isPython)
-{
+Status runControlCommand(Session& session, const std::string& command,
+                         const std::vector<Value>& args, bool isPython) {
     if (PyObject* callable = find(command))
         return callObject(session, callable, args);
     Language* language = isPython ? session.python : session.mel;

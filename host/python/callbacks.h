@@ -12,8 +12,8 @@ namespace torvel {
 
 class Session;
 
-/// Keeps a Python callable and returns the text that stands for it in a Value: a Python expression that calls it
-/// with the one argument False, as a button does. Call with the lock held.
+/// Keeps a Python callable and returns the text that stands for it in a Value: a Python expression
+/// that calls it with the one argument False, as a button does. Call with the lock held.
 std::string addCallback(_object* callable);
 /// Borrowed; null for an unknown number.
 _object* callbackObject(long number);
@@ -21,12 +21,13 @@ bool isCallback(const std::string& text);
 /// Lets the callable go; any other text is ignored.
 void removeCallback(const std::string& text);
 
-/// Runs what a control was given: a callable with the control's values, or a text in the language named.
-/// A failure is printed to the log and returned; nothing is thrown.
-Status runControlCommand(Session& session, const std::string& command, const std::vector<Value>& args,
-                         bool isPython);
+/// Runs what a control was given: a callable with the control's values, or a text in the language
+/// named. A failure is printed to the log and returned; nothing is thrown.
+Status runControlCommand(Session& session, const std::string& command,
+                         const std::vector<Value>& args, bool isPython);
 
-/// True while a command runs that Python called directly: texts that it is given are Python, not MEL.
+/// True while a command runs that Python called directly: texts that it is given are Python, not
+/// MEL.
 bool calledFromPython();
 
 }  // namespace torvel

@@ -17,8 +17,7 @@ bool g_fromPython = false;
 
 }  // namespace
 
-bool calledFromPython()
-{
+bool calledFromPython() {
     return g_fromPython;
 }
 
@@ -28,17 +27,15 @@ namespace {
 
 Session* g_session = nullptr;
 
-// A command as a function object. Its row is static data; a plug-in's command is looked up at each call.
-struct CommandObject
-{
-    PyObject_HEAD
-    vectorcallfunc call;
+// A command as a function object. Its row is static data; a plug-in's command is looked up at each
+// call.
+struct CommandObject {
+    PyObject_HEAD vectorcallfunc call;
     const Command* command;
     std::string* name;
 };
 
-bool readFlags(PyObject* const* values, PyObject* names, std::vector<RawFlag>& flags)
-{
+bool readFlags(PyObject* const* values, PyObject* names, std::vector<RawFlag>& flags) {
     const Py_ssize_t count = names ? PyTuple_GET_SIZE(names) : 0;
     flags.resize(static_cast<std::size_t>(count));
     for (Py_ssize_t i = 0; i < count; ++i) {
@@ -56,8 +53,7 @@ bool readFlags(PyObject* const* values, PyObject* names, std::vector<RawFlag>& f
     return true;
 }
 
-bool readArguments(PyObject* const* values, std::size_t count, std::vector<Value>& args)
-{
+bool readArguments(PyObject* const* values, std::size_t count, std::vector<Value>& args) {
     args.resize(count);
     for (std::size_t i = 0; i < count; ++i)
         if (!toValue(values[i], false, args[i]))
@@ -65,8 +61,8 @@ bool readArguments(PyObject* const* values, std::size_t count, std::vector<Value
     return true;
 }
 
-Status runCommand(const CommandObject& self, const std::vector<RawFlag>& flags, std::vector<Value> args, Value& result)
-{
+Status runCommand(const CommandObject& self, const std::vector<RawFlag>& flags,
+                  std::vector<Value> args, Value& result) {
     const CallerMark mark(self.command != nullptr);
     if (!self.command)
         return g_session->call(*self.name, flags, std::move(args), result);
@@ -75,8 +71,8 @@ Status runCommand(const CommandObject& self, const std::vector<RawFlag>& flags, 
     return parsed ? self.command->run(call, result) : parsed;
 }
 
-PyObject* callCommand(PyObject* object, PyObject* const* values, std::size_t count, PyObject* names)
-{
+PyObject* callCommand(PyObject* object, PyObject* const* values, std::size_t count,
+                      PyObject* names) {
     const auto& self = *reinterpret_cast<CommandObject*>(object);
     const char* refused = !g_session        ? "There is no scene to work on."
                           : !isMainThread() ? "Commands run on the main thread only; use "
@@ -94,41 +90,40 @@ PyObject* callCommand(PyObject* object, PyObject* const* values, std::size_t cou
     try {
         Value result;
         const Status status = runCommand(self, flags, std::move(args), result);
+        endWait();
         if (status)
             return fromValue(result);
         raise(status);
     } catch (const std::exception& failure) {
+        endWait();
         PyErr_SetString(PyExc_RuntimeError, failure.what());
     }
     return nullptr;
 }
 
-void destroy(PyObject* object)
-{
+void destroy(PyObject* object) {
     delete reinterpret_cast<CommandObject*>(object)->name;
     PyObject_Free(object);
 }
 
-PyObject* nameOf(PyObject* object, void*)
-{
+PyObject* nameOf(PyObject* object, void*) {
     return fromText(*reinterpret_cast<CommandObject*>(object)->name);
 }
 
-PyObject* helpOf(PyObject* object, void*)
-{
+PyObject* helpOf(PyObject* object, void*) {
     const Command* command = reinterpret_cast<CommandObject*>(object)->command;
     if (!command)
         return fromText("A command of a plug-in.");
     std::string text = command->help;
     for (std::size_t i = 0; i < command->flagCount; ++i)
-        text += std::string("\n  ") + command->flags[i].longName + " (" + command->flags[i].shortName + ") " +
-                command->flags[i].args;
+        text += std::string("\n  ") + command->flags[i].longName + " (" +
+                command->flags[i].shortName + ") " + command->flags[i].args;
     return fromText(text);
 }
 
-PyObject* show(PyObject* object)
-{
-    return PyUnicode_FromFormat("<command %s>", reinterpret_cast<CommandObject*>(object)->name->c_str());
+PyObject* show(PyObject* object) {
+    return PyUnicode_FromFormat("<command %s>",
+                                reinterpret_cast<CommandObject*>(object)->name->c_str());
 }
 
 PyGetSetDef g_members[] = {{"__name__", nameOf, nullptr, nullptr, nullptr},
@@ -136,8 +131,7 @@ PyGetSetDef g_members[] = {{"__name__", nameOf, nullptr, nullptr, nullptr},
                            {"__doc__", helpOf, nullptr, nullptr, nullptr},
                            {nullptr, nullptr, nullptr, nullptr, nullptr}};
 
-PyTypeObject* commandType()
-{
+PyTypeObject* commandType() {
     static PyTypeObject type{};
     if (type.tp_name)
         return &type;
@@ -153,8 +147,7 @@ PyTypeObject* commandType()
     return PyType_Ready(&type) == 0 ? &type : nullptr;
 }
 
-PyObject* makeCommand(const std::string& name)
-{
+PyObject* makeCommand(const std::string& name) {
     PyTypeObject* type = commandType();
     auto* made = type ? PyObject_New(CommandObject, type) : nullptr;
     if (!made)
@@ -165,14 +158,12 @@ PyObject* makeCommand(const std::string& name)
     return reinterpret_cast<PyObject*>(made);
 }
 
-PyObject* commandDictionary()
-{
+PyObject* commandDictionary() {
     PyObject* module = PyDict_GetItemString(PyImport_GetModuleDict(), "maya.cmds");
     return module ? PyModule_GetDict(module) : nullptr;
 }
 
-void unbindAll(PyObject* dictionary)
-{
+void unbindAll(PyObject* dictionary) {
     const Ref names(PyDict_Keys(dictionary));
     for (Py_ssize_t i = 0; names && i < PyList_GET_SIZE(names.get()); ++i) {
         PyObject* name = PyList_GET_ITEM(names.get(), i);
@@ -184,34 +175,30 @@ void unbindAll(PyObject* dictionary)
 
 }  // namespace
 
-CallerMark::CallerMark(bool python) : m_before(g_fromPython)
-{
+CallerMark::CallerMark(bool python) : m_before(g_fromPython) {
     g_fromPython = python;
 }
 
-CallerMark::~CallerMark()
-{
+CallerMark::~CallerMark() {
     g_fromPython = m_before;
 }
 
-Session* currentSession()
-{
+Session* currentSession() {
     return g_session;
 }
 
-void raise(const Status& status)
-{
+void raise(const Status& status) {
     PyObject* type = PyExc_RuntimeError;
     if (status.kind() == Status::Kind::Value)
         type = PyExc_ValueError;
     else if (status.kind() == Status::Kind::Type)
         type = PyExc_TypeError;
-    const Ref text(fromText(status.kind() == Status::Kind::Reported ? "Maya command error" : status.text()));
+    const Ref text(
+        fromText(status.kind() == Status::Kind::Reported ? "Maya command error" : status.text()));
     PyErr_SetObject(type, text.get());
 }
 
-void bindCommand(const std::string& name, bool present)
-{
+void bindCommand(const std::string& name, bool present) {
     PyObject* dictionary = commandDictionary();
     if (!dictionary)
         return;
@@ -223,8 +210,7 @@ void bindCommand(const std::string& name, bool present)
     PyErr_Clear();
 }
 
-void bindSession(Session* session)
-{
+void bindSession(Session* session) {
     const Gil lock;
     if (PyObject* dictionary = commandDictionary())
         unbindAll(dictionary);

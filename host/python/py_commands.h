@@ -20,15 +20,14 @@ void bindSession(Session* session);
 void bindCommand(const std::string& name, bool present);
 
 /// Says for its lifetime who calls the commands (see calledFromPython).
-class CallerMark
-{
-public:
+class CallerMark {
+  public:
     explicit CallerMark(bool python);
     ~CallerMark();
     CallerMark(const CallerMark&) = delete;
     CallerMark& operator=(const CallerMark&) = delete;
 
-private:
+  private:
     bool m_before;
 };
 

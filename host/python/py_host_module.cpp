@@ -17,8 +17,7 @@ namespace torvel::py {
 
 namespace {
 
-PyObject* write(PyObject*, PyObject* args)
-{
+PyObject* write(PyObject*, PyObject* args) {
     int stream = 1;
     PyObject* text = nullptr;
     if (!PyArg_ParseTuple(args, "iU", &stream, &text))
@@ -26,13 +25,13 @@ PyObject* write(PyObject*, PyObject* args)
     const Ref bytes(PyUnicode_AsEncodedString(text, "utf-8", "replace"));
     if (!bytes)
         return nullptr;
-    writeScriptOutput({PyBytes_AS_STRING(bytes.get()), static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.get()))},
-                      stream == 2);
+    writeScriptOutput(
+        {PyBytes_AS_STRING(bytes.get()), static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.get()))},
+        stream == 2);
     Py_RETURN_NONE;
 }
 
-PyObject* evalMel(PyObject*, PyObject* args)
-{
+PyObject* evalMel(PyObject*, PyObject* args) {
     const char* text = nullptr;
     Py_ssize_t length = 0;
     if (!PyArg_ParseTuple(args, "s#", &text, &length))
@@ -44,7 +43,9 @@ PyObject* evalMel(PyObject*, PyObject* args)
     }
     const CallerMark mark(false);
     Value result;
-    const Status status = session->mel->run(std::string(text, static_cast<std::size_t>(length)), result);
+    const Status status =
+        session->mel->run(std::string(text, static_cast<std::size_t>(length)), result);
+    endWait();
     if (status)
         return fromValue(result);
     const Ref error(fromText("Error occurred during execution of MEL script\n" + status.text()));
@@ -53,8 +54,7 @@ PyObject* evalMel(PyObject*, PyObject* args)
 }
 
 // A callable that waits for its turn; released with the lock held, wherever the task ends.
-std::shared_ptr<PyObject> kept(PyObject* callable)
-{
+std::shared_ptr<PyObject> kept(PyObject* callable) {
     Py_INCREF(callable);
     return {callable, [](PyObject* object) {
                 const Gil lock;
@@ -62,8 +62,7 @@ std::shared_ptr<PyObject> kept(PyObject* callable)
             }};
 }
 
-PyObject* later(PyObject*, PyObject* callable)
-{
+PyObject* later(PyObject*, PyObject* callable) {
     const std::shared_ptr<PyObject> task = kept(callable);
     runLater([task] {
         const Gil lock;
@@ -77,8 +76,7 @@ PyObject* later(PyObject*, PyObject* callable)
     Py_RETURN_NONE;
 }
 
-PyObject* callback(PyObject*, PyObject* number)
-{
+PyObject* callback(PyObject*, PyObject* number) {
     const long value = PyLong_AsLong(number);
     if (value == -1 && PyErr_Occurred())
         return nullptr;
@@ -92,14 +90,12 @@ PyObject* callback(PyObject*, PyObject* number)
 }
 
 // The error of a call made on the main thread, carried over to the thread that asked.
-struct Outcome
-{
+struct Outcome {
     PyObject* result = nullptr;
     PyObject *type = nullptr, *value = nullptr, *traceback = nullptr;
 };
 
-PyObject* inMainThread(PyObject*, PyObject* callable)
-{
+PyObject* inMainThread(PyObject*, PyObject* callable) {
     QCoreApplication* application = QCoreApplication::instance();
     if (isMainThread())
         return PyObject_CallNoArgs(callable);
@@ -108,32 +104,33 @@ PyObject* inMainThread(PyObject*, PyObject* callable)
         return nullptr;
     }
     Outcome outcome;
-    Py_BEGIN_ALLOW_THREADS
-    QMetaObject::invokeMethod(application, [callable, &outcome] {
-        const Gil lock;
-        outcome.result = PyObject_CallNoArgs(callable);
-        PyErr_Fetch(&outcome.type, &outcome.value, &outcome.traceback);
-    }, Qt::BlockingQueuedConnection);
-    Py_END_ALLOW_THREADS
-    if (!outcome.result)
+    Py_BEGIN_ALLOW_THREADS QMetaObject::invokeMethod(
+        application,
+        [callable, &outcome] {
+            const Gil lock;
+            outcome.result = PyObject_CallNoArgs(callable);
+            PyErr_Fetch(&outcome.type, &outcome.value, &outcome.traceback);
+        },
+        Qt::BlockingQueuedConnection);
+    Py_END_ALLOW_THREADS if (!outcome.result)
         PyErr_Restore(outcome.type, outcome.value, outcome.traceback);
     return outcome.result;
 }
 
-PyMethodDef g_functions[] = {{"write", write, METH_VARARGS, nullptr},
-                             {"eval_mel", evalMel, METH_VARARGS, "Runs a MEL text and returns its result."},
-                             {"later", later, METH_O, nullptr},
-                             {"callback", callback, METH_O, nullptr},
-                             {"in_main_thread", inMainThread, METH_O, nullptr},
-                             {nullptr, nullptr, 0, nullptr}};
+PyMethodDef g_functions[] = {
+    {"write", write, METH_VARARGS, nullptr},
+    {"eval_mel", evalMel, METH_VARARGS, "Runs a MEL text and returns its result."},
+    {"later", later, METH_O, nullptr},
+    {"callback", callback, METH_O, nullptr},
+    {"in_main_thread", inMainThread, METH_O, nullptr},
+    {nullptr, nullptr, 0, nullptr}};
 
-PyModuleDef g_module = {PyModuleDef_HEAD_INIT, "_torvel", nullptr, -1, g_functions, nullptr, nullptr, nullptr,
-                        nullptr};
+PyModuleDef g_module = {
+    PyModuleDef_HEAD_INIT, "_torvel", nullptr, -1, g_functions, nullptr, nullptr, nullptr, nullptr};
 
 }  // namespace
 
-PyObject* makeHostModule()
-{
+PyObject* makeHostModule() {
     return PyModule_Create(&g_module);
 }
 

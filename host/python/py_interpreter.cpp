@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
+#include <vector>
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
@@ -72,22 +73,20 @@ sys.stdout = sys.__stdout__ = _Stream(1)
 sys.stderr = sys.__stderr__ = _Stream(2)
 )PY";
 
-[[noreturn]] void die(const char* what)
-{
+[[noreturn]] void die(const char* what) {
     std::fprintf(stderr, "The Python interpreter cannot be started: %s\n", what);
     std::_Exit(1);
 }
 
-void check(const PyStatus& status)
-{
+void check(const PyStatus& status) {
     if (PyStatus_Exception(status))
         die(status.err_msg ? status.err_msg : "unknown reason");
 }
 
-void configure(PyConfig& config)
-{
+void configure(PyConfig& config) {
     PyConfig_InitIsolatedConfig(&config);
-    config.site_import = 0;  // a third of the start; its one use, the packages' folder, is added below
+    config.site_import =
+        0;  // a third of the start; its one use, the packages' folder, is added below
     config.install_signal_handlers = 0;
     config.parse_argv = 0;
     config.pathconfig_warnings = 0;
@@ -98,11 +97,11 @@ void configure(PyConfig& config)
         check(PyConfig_SetBytesString(&config, &config.pythonpath_env, path));
 }
 
-void addPackageFolders()
-{
+void addPackageFolders() {
     PyObject* path = PySys_GetObject("path");
     char local[64];
-    std::snprintf(local, sizeof local, "/usr/local/lib/python%d.%d/dist-packages", PY_MAJOR_VERSION, PY_MINOR_VERSION);
+    std::snprintf(local, sizeof local, "/usr/local/lib/python%d.%d/dist-packages", PY_MAJOR_VERSION,
+                  PY_MINOR_VERSION);
     for (const char* folder : {static_cast<const char*>(local), "/usr/lib/python3/dist-packages"}) {
         const Ref text(PyUnicode_FromString(folder));
         if (path && text)
@@ -110,8 +109,7 @@ void addPackageFolders()
     }
 }
 
-void installPackage()
-{
+void installPackage() {
     PyObject* modules = PyImport_GetModuleDict();
     const Ref host(makeHostModule());
     if (!host || PyDict_SetItemString(modules, "_torvel", host.get()) != 0)
@@ -127,10 +125,21 @@ void installPackage()
     }
 }
 
+// One entry for each wait of the main thread that gave the lock back, innermost last: how often the
+// thread had asked for it by then. A callback inside the wait asks once more, so only an equal
+// count means the wait itself.
+std::vector<int> g_waits;
+
+void beginWait() {
+    if (!isMainThread() || !PyGILState_Check())
+        return;
+    g_waits.push_back(PyThreadState_Get()->gilstate_counter);
+    PyEval_SaveThread();
+}
+
 }  // namespace
 
-void startInterpreter()
-{
+void startInterpreter() {
     if (Py_IsInitialized())
         return;
     g_mainThread = std::this_thread::get_id();
@@ -144,29 +153,34 @@ void startInterpreter()
     PyEval_SaveThread();
 }
 
-void followEventLoop()
-{
+void followEventLoop() {
     static bool following = false;
     QAbstractEventDispatcher* dispatcher =
-        QCoreApplication::instance() ? QAbstractEventDispatcher::instance(QCoreApplication::instance()->thread())
-                                     : nullptr;
+        QCoreApplication::instance()
+            ? QAbstractEventDispatcher::instance(QCoreApplication::instance()->thread())
+            : nullptr;
     if (following || !dispatcher)
         return;
     following = true;
-    static PyThreadState* given = nullptr;
-    QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, dispatcher, [] {
-        if (!given && isMainThread() && PyGILState_Check())
-            given = PyEval_SaveThread();
-    }, Qt::DirectConnection);
-    QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, dispatcher, [] {
-        if (given && isMainThread())
-            PyEval_RestoreThread(std::exchange(given, nullptr));
-    }, Qt::DirectConnection);
+    QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, dispatcher, beginWait,
+                     Qt::DirectConnection);
+    QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, dispatcher, endWait,
+                     Qt::DirectConnection);
     QObject::connect(dispatcher, &QObject::destroyed, [] { following = false; });
 }
 
-bool isMainThread()
-{
+// Qt may tell of an end without a beginning (processEvents), and not tell of the last end at all.
+void endWait() {
+    if (!isMainThread() || g_waits.empty() || PyGILState_Check())
+        return;
+    PyThreadState* state = PyGILState_GetThisThreadState();
+    if (state->gilstate_counter != g_waits.back())
+        return;
+    g_waits.pop_back();
+    PyEval_RestoreThread(state);
+}
+
+bool isMainThread() {
     return std::this_thread::get_id() == g_mainThread;
 }
 

@@ -11,33 +11,32 @@ namespace torvel::py {
 
 namespace {
 
-Ref compile(const std::string& text, const char* fileName, int start)
-{
+Ref compile(const std::string& text, const char* fileName, int start) {
     return Ref(Py_CompileString(text.c_str(), fileName, start));
 }
 
-Ref evaluate(const Ref& code)
-{
+Ref evaluate(const Ref& code) {
     return code ? Ref(PyEval_EvalCode(code.get(), mainDictionary(), mainDictionary())) : Ref();
 }
 
-// Everything before the last expression, then that expression; the line numbers stay those of the whole text.
-struct Parts
-{
+// Everything before the last expression, then that expression; the line numbers stay those of the
+// whole text.
+struct Parts {
     Ref head;
     Ref tail;
     bool usable = false;
 };
 
-Parts compileParts(const std::string& text, const char* fileName)
-{
+Parts compileParts(const std::string& text, const char* fileName) {
     Parts parts;
     const TextRange last = lastExpression(text);
     if (last.isEmpty())
         return parts;
     const std::size_t at = last.begin;
-    const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.begin() + static_cast<long>(at), '\n'));
-    parts.tail = compile(std::string(lines, '\n') + text.substr(at, last.end - at), fileName, Py_eval_input);
+    const auto lines = static_cast<std::size_t>(
+        std::count(text.begin(), text.begin() + static_cast<long>(at), '\n'));
+    parts.tail =
+        compile(std::string(lines, '\n') + text.substr(at, last.end - at), fileName, Py_eval_input);
     if (parts.tail && text.find_first_not_of(" \t\r\n") < at)
         parts.head = compile(text.substr(0, at), fileName, Py_file_input);
     parts.usable = !PyErr_Occurred();
@@ -45,23 +44,20 @@ Parts compileParts(const std::string& text, const char* fileName)
     return parts;
 }
 
-std::string frameLine(PyTracebackObject* entry)
-{
+std::string frameLine(PyTracebackObject* entry) {
     const Ref code(reinterpret_cast<PyObject*>(PyFrame_GetCode(entry->tb_frame)));
     const auto* object = reinterpret_cast<PyCodeObject*>(code.get());
-    return "File \"" + textOf(object->co_filename) + "\", line " + std::to_string(entry->tb_lineno) + ", in " +
-           textOf(object->co_name);
+    return "File \"" + textOf(object->co_filename) + "\", line " +
+           std::to_string(entry->tb_lineno) + ", in " + textOf(object->co_name);
 }
 
-struct Trace
-{
+struct Trace {
     std::string file = "<maya console>";
     int line = 1;
     std::vector<std::string> frames;
 };
 
-Trace traceOf(PyObject* traceback)
-{
+Trace traceOf(PyObject* traceback) {
     Trace trace;
     for (auto* at = reinterpret_cast<PyTracebackObject*>(traceback); at; at = at->tb_next) {
         const Ref code(reinterpret_cast<PyObject*>(PyFrame_GetCode(at->tb_frame)));
@@ -72,36 +68,33 @@ Trace traceOf(PyObject* traceback)
     return trace;
 }
 
-int lineOfSyntaxError(PyObject* value)
-{
+int lineOfSyntaxError(PyObject* value) {
     const Ref number(PyObject_GetAttrString(value, "lineno"));
     const long line = number && PyLong_Check(number.get()) ? PyLong_AsLong(number.get()) : 1;
     PyErr_Clear();
     return static_cast<int>(line);
 }
 
-std::string syntaxText(PyObject* value)
-{
+std::string syntaxText(PyObject* value) {
     const Ref text(PyObject_GetAttrString(value, "msg"));
     return textOf(text.get());
 }
 
-bool isCleanExit(PyObject* value)
-{
+bool isCleanExit(PyObject* value) {
     const Ref code(value ? PyObject_GetAttrString(value, "code") : nullptr);
     PyErr_Clear();
-    return !code || code.get() == Py_None || (PyLong_Check(code.get()) && PyLong_AsLong(code.get()) == 0);
+    return !code || code.get() == Py_None ||
+           (PyLong_Check(code.get()) && PyLong_AsLong(code.get()) == 0);
 }
 
 }  // namespace
 
-PyObject* mainDictionary()
-{
+PyObject* mainDictionary() {
     return PyModule_GetDict(PyImport_AddModule("__main__"));
 }
 
-Status runText(Session& session, const std::string& text, const char* fileName, bool wantResult, Value& result)
-{
+Status runText(Session& session, const std::string& text, const char* fileName, bool wantResult,
+               Value& result) {
     result = Value();
     if (text.find('\0') != std::string::npos) {
         PyErr_SetString(PyExc_ValueError, "source code string cannot contain null bytes");
@@ -126,8 +119,7 @@ Status runText(Session& session, const std::string& text, const char* fileName, 
     return Status::ok();
 }
 
-Status reportError(Session& session)
-{
+Status reportError(Session& session) {
     PyObject *rawType = nullptr, *rawValue = nullptr, *rawTrace = nullptr;
     PyErr_Fetch(&rawType, &rawValue, &rawTrace);
     PyErr_NormalizeException(&rawType, &rawValue, &rawTrace);
@@ -144,7 +136,8 @@ Status reportError(Session& session)
         trace.line = lineOfSyntaxError(value.get());
         text = syntaxText(value.get());
     }
-    const std::string line = name + ": file " + trace.file + " line " + std::to_string(trace.line) + ": " + text;
+    const std::string line =
+        name + ": file " + trace.file + " line " + std::to_string(trace.line) + ": " + text;
     std::string shown = "# Error: " + line;
     if (trace.frames.size() > 1) {
         shown += "\n# Traceback (most recent call last):";

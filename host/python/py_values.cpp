@@ -8,8 +8,7 @@ namespace {
 
 constexpr int kDeepestList = 100;
 
-bool textInto(PyObject* object, Value& value)
-{
+bool textInto(PyObject* object, Value& value) {
     Py_ssize_t length = 0;
     const char* text = PyUnicode_AsUTF8AndSize(object, &length);
     if (!text)
@@ -18,8 +17,7 @@ bool textInto(PyObject* object, Value& value)
     return true;
 }
 
-bool integerInto(PyObject* object, Value& value)
-{
+bool integerInto(PyObject* object, Value& value) {
     int overflow = 0;
     const long long number = PyLong_AsLongLongAndOverflow(object, &overflow);
     if (overflow) {
@@ -34,8 +32,7 @@ bool integerInto(PyObject* object, Value& value)
 
 bool convert(PyObject* object, bool callables, int depth, Value& value);
 
-bool listInto(PyObject* object, bool callables, int depth, Value& value)
-{
+bool listInto(PyObject* object, bool callables, int depth, Value& value) {
     if (depth > kDeepestList) {
         PyErr_SetString(PyExc_TypeError, "Invalid argument: lists nested too deeply.");
         return false;
@@ -51,8 +48,7 @@ bool listInto(PyObject* object, bool callables, int depth, Value& value)
     return true;
 }
 
-bool otherInto(PyObject* object, bool callables, Value& value)
-{
+bool otherInto(PyObject* object, bool callables, Value& value) {
     if (PyIndex_Check(object)) {
         const Ref index(PyNumber_Index(object));
         return index && integerInto(index.get(), value);
@@ -69,13 +65,13 @@ bool otherInto(PyObject* object, bool callables, Value& value)
         value = Value(addCallback(object));
         return true;
     }
-    PyErr_Format(PyExc_TypeError, "Invalid argument: objects of type '%.100s' cannot be passed to a command.",
+    PyErr_Format(PyExc_TypeError,
+                 "Invalid argument: objects of type '%.100s' cannot be passed to a command.",
                  Py_TYPE(object)->tp_name);
     return false;
 }
 
-bool convert(PyObject* object, bool callables, int depth, Value& value)
-{
+bool convert(PyObject* object, bool callables, int depth, Value& value) {
     if (PyUnicode_Check(object))
         return textInto(object, value);
     if (PyBool_Check(object)) {
@@ -95,10 +91,10 @@ bool convert(PyObject* object, bool callables, int depth, Value& value)
     return otherInto(object, callables, value);
 }
 
-Value resultAt(PyObject* object, int depth)
-{
+Value resultAt(PyObject* object, int depth) {
     Value value;
-    const bool plain = object == Py_None || PyUnicode_Check(object) || PyLong_Check(object) || PyFloat_Check(object);
+    const bool plain = object == Py_None || PyUnicode_Check(object) || PyLong_Check(object) ||
+                       PyFloat_Check(object);
     if (plain && convert(object, false, 0, value))
         return value;
     PyErr_Clear();
@@ -111,8 +107,7 @@ Value resultAt(PyObject* object, int depth)
 }
 
 template <class Items>
-PyObject* fromList(const Items& items)
-{
+PyObject* fromList(const Items& items) {
     Ref list(PyList_New(static_cast<Py_ssize_t>(items.size())));
     for (std::size_t i = 0; list && i < items.size(); ++i) {
         PyObject* item = fromValue(items[i]);
@@ -123,8 +118,7 @@ PyObject* fromList(const Items& items)
     return list.release();
 }
 
-PyObject* fromTuple(const std::vector<double>& items)
-{
+PyObject* fromTuple(const std::vector<double>& items) {
     Ref tuple(PyTuple_New(static_cast<Py_ssize_t>(items.size())));
     for (std::size_t i = 0; tuple && i < items.size(); ++i) {
         PyObject* item = PyFloat_FromDouble(items[i]);
@@ -137,23 +131,19 @@ PyObject* fromTuple(const std::vector<double>& items)
 
 }  // namespace
 
-bool toValue(PyObject* object, bool callables, Value& value)
-{
+bool toValue(PyObject* object, bool callables, Value& value) {
     return convert(object, callables, 0, value);
 }
 
-Value resultOf(PyObject* object)
-{
+Value resultOf(PyObject* object) {
     return resultAt(object, 0);
 }
 
-PyObject* fromText(const std::string& text)
-{
+PyObject* fromText(const std::string& text) {
     return PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()), "replace");
 }
 
-PyObject* fromValue(const Value& value)
-{
+PyObject* fromValue(const Value& value) {
     if (value.isString())
         return fromText(value.string());
     if (value.isDouble())
@@ -169,12 +159,12 @@ PyObject* fromValue(const Value& value)
     Py_RETURN_NONE;
 }
 
-std::string textOf(PyObject* object)
-{
+std::string textOf(PyObject* object) {
     const Ref text(object ? PyObject_Str(object) : nullptr);
     const Ref bytes(text ? PyUnicode_AsEncodedString(text.get(), "utf-8", "replace") : nullptr);
     PyErr_Clear();
-    return bytes ? std::string(PyBytes_AS_STRING(bytes.get()), static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.get())))
+    return bytes ? std::string(PyBytes_AS_STRING(bytes.get()),
+                               static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.get())))
                  : std::string();
 }
 

@@ -8,9 +8,10 @@
 
 namespace torvel::py {
 
-/// An argument of a command: None, bool, int, float, str and lists or tuples of them; objects with __index__ or
-/// __float__ count as numbers. With `callables` a callable becomes the text of a callback (callbacks.h).
-/// False with a TypeError set for anything else.
+/// An argument of a command: None, bool, int, float, str and lists or tuples of them; objects with
+/// __index__ or
+/// __float__ count as numbers. With `callables` a callable becomes the text of a callback
+/// (callbacks.h). False with a TypeError set for anything else.
 bool toValue(PyObject* object, bool callables, Value& value);
 
 /// A result of a text. What no Value can hold becomes an empty Tuple, the mark of "no such value".

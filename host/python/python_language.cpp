@@ -17,11 +17,10 @@ namespace torvel {
 
 namespace {
 
-class PythonLanguage : public Language
-{
-public:
-    explicit PythonLanguage(Session& session) : m_session(session), m_alive(std::make_shared<bool>(true))
-    {
+class PythonLanguage : public Language {
+  public:
+    explicit PythonLanguage(Session& session)
+        : m_session(session), m_alive(std::make_shared<bool>(true)) {
         py::startInterpreter();
         py::bindSession(&session);
         const std::weak_ptr<bool> alive = m_alive;
@@ -33,14 +32,12 @@ public:
         });
     }
 
-    ~PythonLanguage() override
-    {
+    ~PythonLanguage() override {
         if (py::currentSession() == &m_session)
             py::bindSession(nullptr);
     }
 
-    Status run(const std::string& text, Value& result) override
-    {
+    Status run(const std::string& text, Value& result) override {
         py::followEventLoop();
         const ScriptDepth depth;
         const py::Gil lock;
@@ -48,8 +45,7 @@ public:
         return py::runText(m_session, text, "<maya console>", true, result);
     }
 
-    Status runFile(const std::string& path) override
-    {
+    Status runFile(const std::string& path) override {
         py::followEventLoop();
         const ScriptDepth depth;
         const py::Gil lock;
@@ -65,10 +61,9 @@ public:
         return py::runText(m_session, text.str(), path.c_str(), false, ignored);
     }
 
-private:
+  private:
     // What a script expects to find: its own name and its neighbours.
-    static void announce(const std::string& path)
-    {
+    static void announce(const std::string& path) {
         const py::Ref name(py::fromText(path));
         PyDict_SetItemString(py::mainDictionary(), "__file__", name.get());
         const std::size_t slash = path.rfind('/');
@@ -83,8 +78,7 @@ private:
     std::shared_ptr<bool> m_alive;
 };
 
-Status runPython(const CommandCall& call, Value& result)
-{
+Status runPython(const CommandCall& call, Value& result) {
     std::string text;
     for (const std::string& part : call.texts())
         text += (text.empty() ? "" : "\n") + part;
@@ -92,27 +86,23 @@ Status runPython(const CommandCall& call, Value& result)
     return python ? python->run(text, result) : call.fail("Python is not available.");
 }
 
-std::string joined(const CommandCall& call)
-{
+std::string joined(const CommandCall& call) {
     std::string text;
     for (const std::string& part : call.texts())
         text += part;
     return text;
 }
 
-Status runError(const CommandCall& call, Value&)
-{
+Status runError(const CommandCall& call, Value&) {
     return Status::failure(joined(call));
 }
 
-Status runWarning(const CommandCall& call, Value&)
-{
+Status runWarning(const CommandCall& call, Value&) {
     call.session().log().write(Channel::Warning, "# Warning: " + joined(call), true);
     return Status::ok();
 }
 
-Status runEvalDeferred(const CommandCall& call, Value&)
-{
+Status runEvalDeferred(const CommandCall& call, Value&) {
     Session* session = &call.session();
     const std::string text = joined(call);
     runLater([session, text] {
@@ -124,31 +114,31 @@ Status runEvalDeferred(const CommandCall& call, Value&)
 }
 
 constexpr FlagRow kTellFlags[] = {{"noContext", "n", "b"}, {"showLineNumber", "sl", "b"}};
-constexpr FlagRow kDeferFlags[] = {{"lowestPriority", "lp"}, {"lowPriority", "low"}, {"list", "ls"}};
+constexpr FlagRow kDeferFlags[] = {
+    {"lowestPriority", "lp"}, {"lowPriority", "low"}, {"list", "ls"}};
 
 const Command kRows[] = {
-    {"python", nullptr, 0, runPython, "Runs a Python text and returns the value of its last expression."},
+    {"python", nullptr, 0, runPython,
+     "Runs a Python text and returns the value of its last expression."},
     {"error", kTellFlags, countOf(kTellFlags), runError, "Fails with a text."},
     {"warning", kTellFlags, countOf(kTellFlags), runWarning, "Prints a warning."},
-    {"evalDeferred", kDeferFlags, countOf(kDeferFlags), runEvalDeferred, "Runs a text when the program is idle."}};
+    {"evalDeferred", kDeferFlags, countOf(kDeferFlags), runEvalDeferred,
+     "Runs a text when the program is idle."}};
 
 }  // namespace
 
-CommandTable pythonCommands()
-{
+CommandTable pythonCommands() {
     return {kRows, sizeof kRows / sizeof kRows[0]};
 }
 
-std::unique_ptr<Language> makePythonLanguage(Session& session)
-{
+std::unique_ptr<Language> makePythonLanguage(Session& session) {
     session.addCommands(kRows, pythonCommands().count);
     auto language = std::make_unique<PythonLanguage>(session);
     session.python = language.get();
     return language;
 }
 
-void setUpPython(Session& session)
-{
+void setUpPython(Session& session) {
     static auto* kept = new std::map<Session*, std::unique_ptr<Language>>;
     std::unique_ptr<Language>& place = (*kept)[&session];
     place.reset();

@@ -233,8 +233,8 @@ const ControlType kGenericTypes[] = {
 const std::map<std::string, Kind>& kinds() {
     static const std::map<std::string, Kind> all = [] {
         std::map<std::string, Kind> made;
-        for (const ControlTypes& types : {layoutTypes(), fieldTypes(), choiceTypes(),
-                                         groupTypes(), listTypes(), sliderTypes()})
+        for (const ControlTypes& types :
+             {layoutTypes(), fieldTypes(), choiceTypes(), groupTypes(), listTypes(), sliderTypes()})
             for (const ControlType& type : types)
                 made.emplace(type.name, kindOf(type));
         for (const ControlType& type : kGenericTypes)

@@ -45,7 +45,7 @@ Box* plainBox(QWidget* owner) {
 
 ColumnWidget::ColumnWidget(QWidget* parent, bool adjustable)
     : LayoutWidget(parent), m_box(plainBox<QVBoxLayout>(this)), m_adjustable(adjustable) {
-    m_box->setAlignment(Qt::AlignTop);
+    m_box->addStretch(1);  // rows keep their heights; what is left over stays below them
 }
 
 void ColumnWidget::setSpacing(int rows) {
@@ -66,7 +66,7 @@ void ColumnWidget::take(QWidget* child) {
         letGrow(child);
     else if (stretched)
         child->setFixedWidth(m_width);
-    m_box->addWidget(child, 0, m_adjustable ? Qt::Alignment() : m_align);
+    m_box->insertWidget(m_box->count() - 1, child, 0, m_adjustable ? Qt::Alignment() : m_align);
 }
 
 // Cells stand at odd rows and columns; the even ones are the room between them.

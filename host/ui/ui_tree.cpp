@@ -74,6 +74,8 @@ void UiTree::remove(int id) {
     const auto it = m_elements.find(id);
     if (it == m_elements.end())
         return;
+    if (id == m_currentParent)
+        m_currentParent = it->second.parent;
     const QPointer<QObject> object = it->second.object;
     removeCallback(it->second.command);
     for (const auto& [flag, command] : it->second.commands)

@@ -55,7 +55,7 @@ class UiTree {
     /// Same without texts: kNone when none or several.
     int lookUp(const std::string& text) const;
     /// Takes the element and all below out of the tree at once and deletes their objects when Qt is
-    /// idle.
+    /// idle. Where it was the current parent, the element above it is now.
     void remove(int id);
 
     const UiElement* element(int id) const;  ///< null when it or its object is gone

@@ -62,7 +62,8 @@ static void groupControl(FKJoint& fk, const MString& offsetType) {
 }
 
 // The child decides how its parent's name is read. A parent without "_FK" then keeps its bare name,
-// and the group goes right under that joint: kept, duplicate chains below a joint rely on it.
+// and the group goes right under that joint: kept, that is where a duplicate chain's first group
+// belongs.
 static MString candidateName(const MString& parent, bool isDuplicate, const char* suffix) {
     if (!isDuplicate)
         return parent + suffix;

@@ -86,7 +86,7 @@ static MObject makePyramid() {
 
 static void makeSwitchCurve(const FKIKChain& chain) {
     const MString attr = chain.e + "_attr";
-    const MObject curve = makePyramid();
+    MObject curve = makePyramid();
     MFnDependencyNode(curve).setName(attr);
     runMel("setAttr \"" + attr + ".overrideEnabled\" 1");
     runMel("setAttr \"" + attr + ".overrideColor\" 4");

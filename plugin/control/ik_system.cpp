@@ -32,13 +32,13 @@ static void nameChain(IKChain& chain, const MObject& startJoint) {
 
 static MObject makeControl(const MObject& joint, const MString& name, const MString& axis,
                            double radius) {
-    const MObject control = createCircleControl(joint, axis, radius);
+    MObject control = createCircleControl(joint, axis, radius);
     MFnDependencyNode(control).setName(name);
     return control;
 }
 
 static MObject makeHandControl(const IKChain& chain, const MString& axis) {
-    // No blanks before the flags, kept: scripts that read the log rely on the text.
+    // No blanks before the flags, kept: the text is known that way, and MEL reads it all the same.
     runMel("ikHandle -sj " + chain.start + "-ee " + chain.end + "-sol ikRPsolver -n " +
            chain.handle + ";");
     getObjectByName(chain.handle);  // reports a handle that was not made

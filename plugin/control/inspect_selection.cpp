@@ -1,4 +1,5 @@
 #include <maya/MDagPath.h>
+#include <maya/MFn.h>
 #include <maya/MFnDagNode.h>
 #include <maya/MGlobal.h>
 #include <maya/MItSelectionList.h>

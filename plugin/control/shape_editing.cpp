@@ -1,7 +1,9 @@
 // The right panel: replace, colour, scale and rotate the curves of the selected controls.
 
 #include <maya/MDagPath.h>
+#include <maya/MFn.h>
 #include <maya/MFnDagNode.h>
+#include <maya/MFnDependencyNode.h>
 #include <maya/MFnNurbsCurve.h>
 #include <maya/MGlobal.h>
 #include <maya/MItSelectionList.h>
@@ -116,9 +118,9 @@ void ControlWindow::scaleShapes(int value) {
     }
 
     // The factor of the slider's value, not of its change: the steps of a drag compound.
-    const MObjectArray curves = curvesOfSelection(selection);
+    MObjectArray curves = curvesOfSelection(selection);
     for (unsigned int i = 0; i < curves.length(); ++i) {
-        MFnNurbsCurve curveFn(curves[i]);
+        MFnNurbsCurve curveFn(curves[i]);  // by non-const reference: the points are written
         MPointArray points;
         curveFn.getCVs(points, MSpace::kObject);
         for (unsigned int k = 0; k < points.length(); ++k)

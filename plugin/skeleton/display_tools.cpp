@@ -1,6 +1,7 @@
 // How the selected joints are drawn: local axes, bone style, radius.
 
 #include <maya/MDagPath.h>
+#include <maya/MFn.h>
 #include <maya/MFnDagNode.h>
 #include <maya/MGlobal.h>
 #include <maya/MItSelectionList.h>

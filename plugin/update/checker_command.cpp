@@ -23,7 +23,8 @@ static bool askServer(QByteArray& answer) {
     QNetworkReply* reply = manager.get(QNetworkRequest(updateInfoAddress()));
     QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
     loop.exec();
-    const bool isGood = reply->error() == QNetworkReply::NoError;
+    // An application that ends takes every loop along, finished or not.
+    const bool isGood = reply->isFinished() && reply->error() == QNetworkReply::NoError;
     if (isGood)
         answer = reply->readAll();
     else

@@ -76,7 +76,8 @@ TEST_F(ConstraintTransferTest, DriversComeInOrderAndTheJointLast) {
                                 "1 tipo: " + kind.apiType);
         EXPECT_EQ(lines[1], "info: Ejecutando comando: " + command);
         EXPECT_EQ(lines[2].rfind("mel stringArray: " + command, 0), 0u) << lines[2];
-        python("cmds.delete('" + path + "', cmds.listRelatives('|x|y', type='constraint', "
+        python("cmds.delete('" + path +
+               "', cmds.listRelatives('|x|y', type='constraint', "
                "path=True))");
     }
 }

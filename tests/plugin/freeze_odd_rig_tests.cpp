@@ -187,6 +187,65 @@ TEST_F(FreezeSpecialTest, RotateLinksLeadToTheCopies) {
     EXPECT_EQ(languageErrors(), 0);
 }
 
+// The link reads the frozen joint's zero; what it drives was not frozen and turns.
+TEST_F(FreezeSpecialTest, ALinkTurnsTheJointThatWasNotFrozen) {
+    makeChain(*this, {"hip", "knee", "ankle"});
+    makeChain(*this, {"arm"}, "|hip");
+    python("cmds.connectAttr('|hip|knee|ankle.rotateX', '|hip|arm.rotateX')");
+    bindTube(*this, "|hip", "leg");
+    const RigState before = stateOf(*this);
+    const V3d turned = rotationOf(*this, "|hip|arm");
+    ASSERT_NEAR(turned.x, 7.0, 1e-9);
+    freeze({"|hip|knee|ankle"}, false);
+    expectFrozen(*this, {"|hip|knee|ankle"});
+    EXPECT_TRUE(rotationOf(*this, "|hip|arm").equalWithAbsError(V3d(0, turned.y, turned.z), 1e-9));
+    const RigState after = stateOf(*this);
+    for (const char* path : {"|hip", "|hip|knee", "|hip|knee|ankle"})
+        EXPECT_TRUE(after.joints.at(path).equalWithAbsError(before.joints.at(path), 1e-9)) << path;
+    EXPECT_FALSE(after.joints.at("|hip|arm").equalWithAbsError(before.joints.at("|hip|arm"), 1e-2));
+    EXPECT_EQ(after.weights, before.weights);
+}
+
+TEST_F(FreezeSpecialTest, ADualQuaternionClusterEndsLinear) {
+    makeLeg(*this);
+    const V3d rest = rotationOf(*this, "|hip|knee");
+    auto posed = [&](int method) {
+        python("cmds.setAttr('skinCluster1.skinningMethod', " + std::to_string(method) + ")");
+        turnInWorld(*this, "|hip|knee", 60.0);
+        const Points points = pointsOf(*this, "|leg|legShape");
+        python("cmds.setAttr('|hip|knee.rotate', " + std::to_string(rest.x) + ", " +
+               std::to_string(rest.y) + ", " + std::to_string(rest.z) + ")");
+        return points;
+    };
+    const Points linear = posed(0);
+    const Points dual = posed(1);
+    ASSERT_GT(deviation(dual, linear), 1e-3);
+    python("cmds.setAttr('skinCluster1.normalizeWeights', 2)");
+    freeze({"|hip"}, true);
+    EXPECT_EQ(scene().number(plug("skinCluster1", "skinningMethod")), 0.0);
+    EXPECT_EQ(scene().number(plug("skinCluster1", "normalizeWeights")), 1.0);
+    turnInWorld(*this, "|hip|knee", 60.0);
+    expectPoints(pointsOf(*this, "|leg|legShape"), linear, 1e-4);
+}
+
+// A colour for faces leads from the group back to each of its meshes, and the closing bind follows.
+TEST_F(FreezeSpecialTest, AMeshOfTheSameShadingGroupIsBoundToo) {
+    makeLeg(*this);
+    python(
+        "cmds.polyCube(name='boot')\n"
+        "cmds.connectAttr('initialShadingGroup.memberWireframeColor', "
+        "'bootShape.instObjGroups[0].objectGroups[0].objectGrpColor')");
+    const RigState before = stateOf(*this);
+    freeze({"|hip"}, true);
+    EXPECT_TRUE(contains(scripts(), bindLine("hip", "|leg|legShape")));
+    EXPECT_TRUE(contains(scripts(), bindLine("hip", "|boot|bootShape")));
+    EXPECT_EQ(pythonText("cmds.skinCluster('boot', query=True, influence=True)"), "hip knee ankle");
+    const RigState after = stateOf(*this);
+    EXPECT_EQ(after.weights.at("skinCluster1"), before.weights.at("skinCluster1"));
+    EXPECT_EQ(after.weights.size(), 2u);
+    expectSamePoints(after, before);
+}
+
 TEST_F(FreezeSpecialTest, ALoneJointIsNeverLeftHalfDone) {
     makeChain(*this, {"solo"});
     bindTube(*this, "|solo", "leg");

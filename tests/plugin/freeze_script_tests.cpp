@@ -133,6 +133,10 @@ TEST_F(FreezeScriptTest, AClusterWithTwoOutputsIsDetachedTwice) {
     const Lines said = messages();
     EXPECT_EQ(std::count(said.begin(), said.end(), "info: Binding skin to: |leg|legShape"), 1);
     EXPECT_EQ(std::count(said.begin(), said.end(), "info: Binding skin to: |leg2|leg2Shape"), 1);
+    const std::string first = bindLine("hip", "|leg|legShape");
+    const std::string second = bindLine("hip", "|leg2|leg2Shape") + " (failed)";
+    EXPECT_EQ(std::count(all.begin(), all.end(), first), 1) << "takes the cluster up again";
+    EXPECT_EQ(std::count(all.begin(), all.end(), second), 1) << "the cluster is in use by then";
     EXPECT_EQ(said.back(), kClosing);
 }
 

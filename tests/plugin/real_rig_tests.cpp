@@ -70,6 +70,27 @@ TEST_P(RealRigTest, EverySelectionKeepsTheSkin) {
     EXPECT_TRUE(moved) << "no pose bent a mesh";
 }
 
+// The only scene of them whose weights no one touched since the bind.
+TEST_F(RealRig, ABindGivesTheStoredWeights) {
+    const std::string path = rigPath("UsdExportSkeletonAtSceneRoot.ma");
+    if (path.empty())
+        GTEST_SKIP() << "UsdExportSkeletonAtSceneRoot.ma is not at hand (TORVEL_RIGS)";
+    open(path);
+    const std::vector<Weight> stored = stateOf(*this).weights.at("skinCluster1");
+    const Lines joints = influences();
+    ASSERT_EQ(joints.size(), 3u);
+    python("cmds.skinCluster('skinCluster1', edit=True, unbind=True)");
+    python("cmds.skinCluster('" + joints[0] + "', '" + joints[1] + "', '" + joints[2] +
+           "', 'pCube1', toSelectedBones=True, maximumInfluences=5, name='again')");
+    const std::vector<Weight> made = stateOf(*this).weights.at("again");
+    ASSERT_EQ(made.size(), stored.size());
+    for (std::size_t i = 0; i < made.size(); ++i) {
+        EXPECT_EQ(std::get<0>(made[i]), std::get<0>(stored[i]));
+        EXPECT_EQ(std::get<1>(made[i]), std::get<1>(stored[i]));
+        EXPECT_NEAR(std::get<2>(made[i]), std::get<2>(stored[i]), 1e-12);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Files, RealRigTest,
                          ::testing::Values("UsdExportSkeletonAtSceneRoot.ma", "plane_skinned.ma",
                                            "bindTransformsExport.ma", "rig_rlessard_example01.ma"),

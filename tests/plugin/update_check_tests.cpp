@@ -220,6 +220,48 @@ TEST_F(UpdateCheckTest, EventsRunDuringTheWait) {
     EXPECT_GE(ticks, 3);
 }
 
+// Nothing guards against a second check: each gets its own answer, the inner one first.
+TEST_F(UpdateCheckTest, ASecondCheckInsideTheWait) {
+    UpdateServer server([&server](QTcpSocket& socket) {
+        const bool first = server.requests().size() == 1;
+        const QByteArray body = first ? QByteArray("{}") : QByteArray("none");
+        QTimer::singleShot(first ? 400 : 50, &socket,
+                           [&socket, body] { socket.write(httpAnswer("200 OK", body)); });
+    });
+    QTimer::singleShot(100, &mainWindow(), [this] { python("cmds.checkUpdates()"); });
+    EXPECT_EQ(checkUpdates(), (Lines{kNoJson, kLatest, kLatest}));
+    EXPECT_EQ(server.requests().size(), 2);
+    EXPECT_EQ(storedDate(), today());
+}
+
+// What has come by then is no whole answer, even where it reads like one.
+TEST_F(UpdateCheckTest, QuittingEndsTheWait) {
+    const QByteArray body(kNewer);
+    UpdateServer server([&body](QTcpSocket& socket) {
+        socket.write("HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n" + body);
+    });
+    QTimer::singleShot(150, qApp, &QCoreApplication::quit);
+    EXPECT_EQ(checkUpdates(), (Lines{kNoAnswer, kLatest}));
+    EXPECT_EQ(storedDate(), "2020-01-02");
+    EXPECT_TRUE(dialogs().empty());
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QApplication::exec();  // until the application runs again, every loop ends at once
+}
+
+TEST_F(UpdateCheckTest, ANewSceneDuringTheWait) {
+    UpdateServer server([](QTcpSocket& socket) {
+        QTimer::singleShot(200, &socket, [&socket] { socket.write(httpAnswer("200 OK", kNewer)); });
+    });
+    QTimer::singleShot(50, &mainWindow(), [this] { python("cmds.file(new=True, force=True)"); });
+    EXPECT_EQ(checkUpdates(), Lines{});
+    EXPECT_EQ(dialogs().size(), 1u);
+}
+
+TEST_F(UpdateCheckTest, DeeplyNestedAnswersAreNoJson) {
+    UpdateServer server(R"({"version": )" + QByteArray(100000, '['));
+    EXPECT_EQ(checkUpdates(), (Lines{kNoJson, kLatest}));
+}
+
 TEST_F(UpdateCheckTest, AVeryLargeAnswerIsRead) {
     const QByteArray padding(8 << 20, 'x');
     {
@@ -346,6 +388,30 @@ TEST_F(UpdateCheckTest, MarkingMakesNoFileAndMendsNone) {
         markCheckedToday();
         EXPECT_EQ(read(), content);
     }
+}
+
+TEST_F(UpdateCheckTest, AFolderInPlaceOfTheFileStays) {
+    ASSERT_TRUE(QDir().mkpath(settingsPath()));
+    UpdateServer server(QByteArray("{}"));
+    EXPECT_TRUE(shouldCheckToday());
+    for (int round = 0; round < 2; ++round) {
+        forget();
+        openWindow("torvel_skeleton", "SkeletonWindow");
+        EXPECT_EQ(messages(), Lines{kChecking});
+    }
+    EXPECT_TRUE(QFileInfo(settingsPath()).isDir());
+    EXPECT_EQ(toolWindows().size(), 2u);
+}
+
+TEST_F(UpdateCheckTest, AFileThatCannotBeWrittenKeepsItsDate) {
+    write(R"({"last_version_check": "2020-01-02"})");
+    QFile::setPermissions(settingsPath(), QFile::ReadOwner);
+    if (QFile(settingsPath()).open(QIODevice::ReadWrite))
+        GTEST_SKIP() << "this user may write every file";
+    UpdateServer server(QByteArray("{}"));
+    python("cmds.checkUpdates()");
+    EXPECT_EQ(messages(), Lines{kLatest});
+    EXPECT_EQ(storedDate(), "2020-01-02");
 }
 
 TEST_F(UpdateCheckTest, WithoutAFileTheCommandStoresNothing) {

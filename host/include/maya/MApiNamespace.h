@@ -1,6 +1,6 @@
 // Declares every class of the API and nothing more. The classes live in a namespace that bears the
-// release; the using-directive makes the plain names work. A source that declares one of them on its
-// own in the global namespace makes the name ambiguous and does not compile.
+// release; the using-directive makes the plain names work. A source that declares one of them on
+// its own in the global namespace makes the name ambiguous and does not compile.
 #pragma once
 
 #if defined(_WIN32)

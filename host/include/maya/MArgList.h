@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MArgList {
-public:
+  public:
     MArgList();
     MArgList(const MArgList& other);
     ~MArgList();
@@ -19,7 +19,7 @@ public:
     double asDouble(unsigned int index, MStatus* ReturnStatus = nullptr) const;
     MString asString(unsigned int index, MStatus* ReturnStatus = nullptr) const;
 
-private:
+  private:
     friend struct MApiBridge;
     struct Data;
     Data* fData;

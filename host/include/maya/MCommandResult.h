@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MCommandResult {
-public:
+  public:
     enum Type {
         kInvalid,
         kInt,
@@ -36,7 +36,7 @@ public:
     MStatus getResult(MString& result) const;
     MStatus getResult(MStringArray& result) const;
 
-private:
+  private:
     friend struct MApiBridge;
     struct Data;
     Data* fData;

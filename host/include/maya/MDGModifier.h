@@ -7,7 +7,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MDGModifier {
-public:
+  public:
     MDGModifier();
     virtual ~MDGModifier();
     MDGModifier(const MDGModifier&) = delete;
@@ -31,7 +31,7 @@ public:
     // Undoes the connections made and broken by the last doIt. Anything else is refused.
     MStatus undoIt();
 
-protected:
+  protected:
     friend struct MApiBridge;
     struct Data;
     Data* fData;

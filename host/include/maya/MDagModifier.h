@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MDagModifier : public MDGModifier {
-public:
+  public:
     MDagModifier();
     ~MDagModifier() override;
 

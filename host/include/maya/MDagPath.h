@@ -8,7 +8,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MDagPath {
-public:
+  public:
     // Not valid. A path also stops being valid when its node is deleted; the functions below then
     // fail and return an empty text, the null object or 0.
     MDagPath();
@@ -16,7 +16,8 @@ public:
     ~MDagPath() = default;
     MDagPath& operator=(const MDagPath& other) = default;
 
-    // The first path to a node. A null object or one that is no DAG node: failure, `path` not valid.
+    // The first path to a node. A null object or one that is no DAG node: failure, `path` not
+    // valid.
     static MStatus getAPathTo(const MObject& node, MDagPath& path);
     static MDagPath getAPathTo(const MObject& node, MStatus* ReturnStatus = nullptr);
 
@@ -55,7 +56,7 @@ public:
     bool operator==(const MDagPath& other) const;
     bool operator!=(const MDagPath& other) const;
 
-private:
+  private:
     friend struct MApiBridge;
     unsigned int fIndex;
     unsigned int fGeneration;

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MDagPathArray {
-public:
+  public:
     MDagPathArray();
     MDagPathArray(const MDagPathArray& other);
     MDagPathArray(const MDagPath* source, unsigned int count);
@@ -38,7 +38,7 @@ public:
     const MDagPath* cbegin() const;
     const MDagPath* cend() const;
 
-private:
+  private:
     friend struct MApiBridge;
     MDagPath* fData;
     unsigned int fLength;

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MDoubleArray {
-public:
+  public:
     MDoubleArray();
     MDoubleArray(const MDoubleArray& other);
     MDoubleArray(const double* source, unsigned int count);
@@ -38,7 +38,7 @@ public:
     const double* cbegin() const;
     const double* cend() const;
 
-private:
+  private:
     friend struct MApiBridge;
     double* fData;
     unsigned int fLength;

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MFn {
-public:
+  public:
     enum Type {
         kInvalid = 0,
         kBase = 1,

@@ -8,7 +8,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MFnBase {
-public:
+  public:
     MFnBase();
     virtual ~MFnBase();
     MFnBase(const MFnBase&) = delete;
@@ -30,7 +30,7 @@ public:
     // The constant's name, such as "kJoint".
     static const char* typeString(MFn::Type type);
 
-protected:
+  protected:
     friend struct MApiBridge;
     MStatus attach(const MObject& object, MFn::Type required);
 

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MFnDagNode : public MFnDependencyNode {
-public:
+  public:
     MFnDagNode();
     explicit MFnDagNode(MObject& object, MStatus* ReturnStatus = nullptr);
     explicit MFnDagNode(const MObject& object, MStatus* ReturnStatus = nullptr);
@@ -39,7 +39,8 @@ public:
     bool isChildOf(const MObject& node, MStatus* ReturnStatus = nullptr) const;
 
     // Puts an existing node below this one.
-    MStatus addChild(MObject& child, unsigned int index = kNextPos, bool keepExistingParents = false);
+    MStatus addChild(MObject& child, unsigned int index = kNextPos,
+                     bool keepExistingParents = false);
     // The child goes below the world.
     MStatus removeChild(MObject& child);
 
@@ -51,15 +52,16 @@ public:
     // Of the attached path, else of the node's first path.
     MString fullPathName(MStatus* ReturnStatus = nullptr) const;
     MString partialPathName(MStatus* ReturnStatus = nullptr) const;
-    MStatus getPath(MDagPath& path) const;
+    MStatus getPath(MDagPath& path);
     // Fails unless a path was attached.
     MDagPath dagPath(MStatus* ReturnStatus = nullptr) const;
     bool isIntermediateObject(MStatus* ReturnStatus = nullptr) const;
 
     enum { kNextPos = 0xff };
 
-protected:
+  protected:
     friend struct MApiBridge;
+    MStatus readPath(MDagPath& path) const;
     unsigned int fPath[4];
 };
 

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MFnDependencyNode : public MFnBase {
-public:
+  public:
     MFnDependencyNode();
     explicit MFnDependencyNode(MObject& object, MStatus* ReturnStatus = nullptr);
     explicit MFnDependencyNode(const MObject& object, MStatus* ReturnStatus = nullptr);

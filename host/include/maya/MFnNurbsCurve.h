@@ -7,7 +7,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MFnNurbsCurve : public MFnDagNode {
-public:
+  public:
     enum Form { kInvalid, kOpen, kClosed, kPeriodic, kLast };
 
     MFnNurbsCurve();
@@ -21,8 +21,8 @@ public:
     // A curve below `parentOrOwner`; below a new transform, which is returned, for the null object.
     // The function set is attached to the shape. The count of knots has to be that of the vertices
     // plus degree minus 1, and knots may not descend; otherwise nothing is made.
-    MObject create(const MPointArray& cvs, const MDoubleArray& knots, unsigned int degree, Form form,
-                   bool create2D, bool createRational,
+    MObject create(const MPointArray& cvs, const MDoubleArray& knots, unsigned int degree,
+                   Form form, bool create2D, bool createRational,
                    const MObject& parentOrOwner = MObject::kNullObj,
                    MStatus* ReturnStatus = nullptr);
 

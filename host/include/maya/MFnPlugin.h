@@ -1,5 +1,5 @@
-// Registration of what a plug-in offers. Include it in exactly one source of a plug-in: it plants the
-// version text, the signature block and the declarations of the entry functions there. A second
+// Registration of what a plug-in offers. Include it in exactly one source of a plug-in: it plants
+// the version text, the signature block and the declarations of the entry functions there. A second
 // source that needs the class defines MNoVersionString and MNoPluginEntry before.
 #pragma once
 
@@ -11,7 +11,7 @@ typedef void* (*MCreatorFunction)();
 typedef MSyntax (*MCreateSyntaxFunction)();
 
 class MAYA_API_EXPORT MFnPlugin : public MFnBase {
-public:
+  public:
     MFnPlugin();
     // `object` is the one that the entry function received. A vendor and version other than
     // "Unknown" are kept as those of the plug-in.

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MFnSkinCluster : public MFnGeometryFilter {
-public:
+  public:
     MFnSkinCluster();
     explicit MFnSkinCluster(MObject& object, MStatus* ReturnStatus = nullptr);
     explicit MFnSkinCluster(const MObject& object, MStatus* ReturnStatus = nullptr);

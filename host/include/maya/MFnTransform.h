@@ -7,7 +7,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MFnTransform : public MFnDagNode {
-public:
+  public:
     MFnTransform();
     explicit MFnTransform(MObject& object, MStatus* ReturnStatus = nullptr);
     explicit MFnTransform(const MObject& object, MStatus* ReturnStatus = nullptr);
@@ -19,8 +19,8 @@ public:
     // A top-level transform; attached and returned.
     MObject create(const MObject& parent = MObject::kNullObj, MStatus* ReturnStatus = nullptr);
 
-    // kTransform and kObject are the translate channels; kWorld is the translation part of the world
-    // matrix and needs an attached path. Pivots play no part. Centimetres.
+    // kTransform and kObject are the translate channels; kWorld is the translation part of the
+    // world matrix and needs an attached path. Pivots play no part. Centimetres.
     MVector getTranslation(MSpace::Space space, MStatus* ReturnStatus = nullptr) const;
     MStatus setTranslation(const MVector& translation, MSpace::Space space);
 };

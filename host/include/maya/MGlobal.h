@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MGlobal {
-public:
+  public:
     enum ListAdjustment {
         kReplaceList = 0,
         kXORWithList,
@@ -25,8 +25,8 @@ public:
                                           bool orderedSelectionIfAvailable = false);
     static MStatus setActiveSelectionList(const MSelectionList& source,
                                           ListAdjustment adjustment = kReplaceList);
-    // Replaces the contents of `list` by all matches, fewest path components first, ties in the order
-    // of the DAG, other nodes last. Nothing found: failure and an empty list.
+    // Replaces the contents of `list` by all matches, fewest path components first, ties in the
+    // order of the DAG, other nodes last. Nothing found: failure and an empty list.
     static MStatus getSelectionListByName(const MString& name, MSelectionList& list);
 
     // Run a text at once. A failure prints its error line and leaves the variable as it was. An

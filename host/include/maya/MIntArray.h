@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MIntArray {
-public:
+  public:
     MIntArray();
     MIntArray(const MIntArray& other);
     MIntArray(const int* source, unsigned int count);
@@ -38,7 +38,7 @@ public:
     const int* cbegin() const;
     const int* cend() const;
 
-private:
+  private:
     friend struct MApiBridge;
     int* fData;
     unsigned int fLength;

@@ -7,7 +7,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MItDag {
-public:
+  public:
     enum TraversalType { kInvalidType, kDepthFirst, kBreadthFirst };
 
     // Starts at the world. Nodes that fail the filter are not reported but still walked through.
@@ -37,7 +37,7 @@ public:
     // Levels below the root: 0 for the root itself.
     unsigned int depth(MStatus* ReturnStatus = nullptr) const;
 
-private:
+  private:
     struct Data;
     Data* fData;
 };

@@ -7,13 +7,13 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MItDependencyGraph {
-public:
+  public:
     enum Direction { kDownstream = 0, kUpstream = 1 };
     enum Traversal { kDepthFirst = 0, kBreadthFirst = 1 };
     enum Level { kNodeLevel = 0, kPlugLevel = 1 };
 
-    // Every connection of a node is followed and each node reported once. Nodes that fail the filter
-    // are walked through. A null root, and the plug level, fail: the walk is done at once.
+    // Every connection of a node is followed and each node reported once. Nodes that fail the
+    // filter are walked through. A null root, and the plug level, fail: the walk is done at once.
     explicit MItDependencyGraph(MObject& root, MFn::Type filter = MFn::kInvalid,
                                 Direction direction = kDownstream,
                                 Traversal traversal = kDepthFirst, Level level = kNodeLevel,
@@ -32,7 +32,7 @@ public:
     MStatus prune();
     MObject currentItem(MStatus* ReturnStatus = nullptr);
 
-private:
+  private:
     struct Data;
     Data* fData;
 };

@@ -7,7 +7,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MItSelectionList {
-public:
+  public:
     // Keeps a copy of the list and stands on the first match. kInvalid passes everything.
     explicit MItSelectionList(const MSelectionList& list, MFn::Type filter = MFn::kInvalid,
                               MStatus* ReturnStatus = nullptr);
@@ -27,7 +27,7 @@ public:
     MStatus getDagPath(MDagPath& path, MObject& component);
     MStatus getPlug(MPlug& plug);
 
-private:
+  private:
     struct Data;
     Data* fData;
 };

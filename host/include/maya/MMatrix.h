@@ -8,7 +8,7 @@ MAYA_API_NAMESPACE_OPEN
 #define MMatrix_kTol 1.0e-10
 
 class MAYA_API_EXPORT MMatrix {
-public:
+  public:
     // Identity.
     MMatrix();
     MMatrix(const MMatrix& other) = default;

@@ -7,7 +7,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MObject {
-public:
+  public:
     // The null object.
     MObject();
     MObject(const MObject& other) = default;
@@ -26,7 +26,7 @@ public:
 
     static MObject kNullObj;
 
-private:
+  private:
     friend struct MApiBridge;
     unsigned int fIndex;
     unsigned int fGeneration;

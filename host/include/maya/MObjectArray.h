@@ -7,7 +7,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MObjectArray {
-public:
+  public:
     MObjectArray();
     MObjectArray(const MObjectArray& other);
     MObjectArray(const MObject* source, unsigned int count);
@@ -39,7 +39,7 @@ public:
     const MObject* cbegin() const;
     const MObject* cend() const;
 
-private:
+  private:
     friend struct MApiBridge;
     MObject* fData;
     unsigned int fLength;

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MPlug {
-public:
+  public:
     // The null plug. Every question to it fails with false, 0 or another null plug.
     MPlug();
     MPlug(const MPlug& other) = default;
@@ -40,7 +40,8 @@ public:
 
     // Replaces the contents of `array` by the source of this very plug (`asDst`) and its
     // destinations (`asSrc`); children and elements are not looked at. True when any was found.
-    bool connectedTo(MPlugArray& array, bool asDst, bool asSrc, MStatus* ReturnStatus = nullptr) const;
+    bool connectedTo(MPlugArray& array, bool asDst, bool asSrc,
+                     MStatus* ReturnStatus = nullptr) const;
     bool isConnected(MStatus* ReturnStatus = nullptr) const;
 
     bool operator==(const MPlug& other) const;
@@ -49,7 +50,7 @@ public:
     bool operator==(const MObject& attribute) const;
     bool operator!=(const MObject& attribute) const;
 
-private:
+  private:
     friend struct MApiBridge;
     alignas(8) unsigned int fData[8];
 };

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MPlugArray {
-public:
+  public:
     MPlugArray();
     MPlugArray(const MPlugArray& other);
     MPlugArray(const MPlug* source, unsigned int count);
@@ -38,7 +38,7 @@ public:
     const MPlug* cbegin() const;
     const MPlug* cend() const;
 
-private:
+  private:
     friend struct MApiBridge;
     MPlug* fData;
     unsigned int fLength;

@@ -8,7 +8,7 @@ MAYA_API_NAMESPACE_OPEN
 #define MPoint_kTol 1.0e-10
 
 class MAYA_API_EXPORT MPoint {
-public:
+  public:
     // The origin.
     MPoint() : x(0.0), y(0.0), z(0.0), w(1.0) {}
     MPoint(const MPoint& other) = default;

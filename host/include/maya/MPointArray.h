@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MPointArray {
-public:
+  public:
     MPointArray();
     MPointArray(const MPointArray& other);
     MPointArray(const MPoint* source, unsigned int count);
@@ -39,7 +39,7 @@ public:
     const MPoint* cbegin() const;
     const MPoint* cend() const;
 
-private:
+  private:
     friend struct MApiBridge;
     MPoint* fData;
     unsigned int fLength;

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MPxCommand {
-public:
+  public:
     MPxCommand();
     MPxCommand(const MPxCommand&) = delete;
     MPxCommand& operator=(const MPxCommand&) = delete;

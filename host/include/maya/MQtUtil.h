@@ -8,7 +8,7 @@ class QWidget;
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MQtUtil {
-public:
+  public:
     // Null when the program has no main window.
     static QWidget* mainWindow();
 };

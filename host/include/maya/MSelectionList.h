@@ -7,7 +7,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MSelectionList {
-public:
+  public:
     MSelectionList();
     MSelectionList(const MSelectionList& other);
     ~MSelectionList();
@@ -19,8 +19,8 @@ public:
     // Components are not supported: one that is not null fails.
     MStatus add(const MDagPath& path, const MObject& component = MObject::kNullObj,
                 const bool mergeWithExisting = false);
-    // All matches of a name, a path or a pattern with * and ?: fewest path components first, ties in
-    // the order of the DAG, other nodes last.
+    // All matches of a name, a path or a pattern with * and ?: fewest path components first, ties
+    // in the order of the DAG, other nodes last.
     MStatus add(const MString& match, const bool searchChildNamespacesToo = false);
     MStatus add(const MPlug& plug, const bool mergeWithExisting = false);
     MStatus add(const MUuid& uuid, bool mergeWithExisting = false);
@@ -42,7 +42,7 @@ public:
     MStatus getSelectionStrings(MStringArray& strings) const;
     bool hasItem(const MObject& object, MStatus* ReturnStatus = nullptr) const;
 
-private:
+  private:
     friend struct MApiBridge;
     struct Data;
     Data* fData;

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MSpace {
-public:
+  public:
     enum Space {
         kInvalid = 0,
         kTransform = 1,

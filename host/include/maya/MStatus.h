@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MStatus {
-public:
+  public:
     enum MStatusCode {
         kSuccess = 0,
         kFailure,
@@ -42,7 +42,7 @@ public:
     void perror(const char* text) const;
     void perror(const MString& text) const;
 
-private:
+  private:
     MStatusCode fCode;
 };
 

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MString {
-public:
+  public:
     MString();
     // Bytes in the encoding of the locale; a null pointer gives the empty text.
     MString(const char* text);
@@ -93,7 +93,7 @@ public:
     bool isInt() const;
     int asInt() const;
 
-private:
+  private:
     friend struct MApiBridge;
     void assign(const char* text, unsigned int count);
     void append(const char* text, unsigned int count);

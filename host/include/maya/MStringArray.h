@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MStringArray {
-public:
+  public:
     MStringArray();
     MStringArray(const MStringArray& other);
     MStringArray(const MString* source, unsigned int count);
@@ -38,7 +38,7 @@ public:
     const MString* cbegin() const;
     const MString* cend() const;
 
-private:
+  private:
     friend struct MApiBridge;
     MString* fData;
     unsigned int fLength;

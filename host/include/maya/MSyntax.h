@@ -7,7 +7,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MSyntax {
-public:
+  public:
     MSyntax();
     MSyntax(const MSyntax& other);
     ~MSyntax();

@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MTypeId {
-public:
+  public:
     MTypeId() : fId(0) {}
     MTypeId(const MTypeId& other) = default;
     MTypeId(unsigned int id) : fId(id) {}
@@ -17,7 +17,7 @@ public:
     bool operator!=(const MTypeId& other) const { return fId != other.fId; }
     unsigned int id() const { return fId; }
 
-private:
+  private:
     unsigned int fId;
 };
 

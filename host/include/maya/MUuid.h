@@ -6,7 +6,7 @@
 MAYA_API_NAMESPACE_OPEN
 
 class MAYA_API_EXPORT MUuid {
-public:
+  public:
     // Not valid.
     MUuid();
     MUuid(const MUuid& other) = default;
@@ -19,7 +19,7 @@ public:
     bool valid() const;
     MString asString() const;
 
-private:
+  private:
     unsigned char fBytes[16];
 };
 

@@ -8,7 +8,7 @@ MAYA_API_NAMESPACE_OPEN
 #define MVector_kTol 1.0e-10
 
 class MAYA_API_EXPORT MVector {
-public:
+  public:
     // The zero vector.
     MVector() : x(0.0), y(0.0), z(0.0) {}
     MVector(const MVector& other) = default;

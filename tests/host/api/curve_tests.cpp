@@ -9,12 +9,10 @@
 namespace torvel::test {
 namespace {
 
-class CurveTest : public ApiTest
-{
-protected:
-    MObject makeSquare(MFnNurbsCurve& fn, const MObject& parent = MObject::kNullObj, unsigned int knotCount = 5,
-                       MStatus* status = nullptr)
-    {
+class CurveTest : public ApiTest {
+  protected:
+    MObject makeSquare(MFnNurbsCurve& fn, const MObject& parent = MObject::kNullObj,
+                       unsigned int knotCount = 5, MStatus* status = nullptr) {
         MPointArray points;
         for (const double x : {-1.0, 1.0})
             points.append(x, 0, x), points.append(x, 0, -x);
@@ -26,8 +24,7 @@ protected:
     }
 };
 
-TEST_F(CurveTest, createWithoutParentGivesTheTransformAndAttachesToTheShape)
-{
+TEST_F(CurveTest, createWithoutParentGivesTheTransformAndAttachesToTheShape) {
     MFnNurbsCurve fn;
     const MObject made = makeSquare(fn);
     EXPECT_EQ(nameOf(made), "curve1");
@@ -39,8 +36,7 @@ TEST_F(CurveTest, createWithoutParentGivesTheTransformAndAttachesToTheShape)
     EXPECT_EQ(fn.form(), MFnNurbsCurve::kOpen);
 }
 
-TEST_F(CurveTest, createBelowATransformGivesTheShape)
-{
+TEST_F(CurveTest, createBelowATransformGivesTheShape) {
     const MObject parent = make("transform", "holder");
     MFnNurbsCurve fn;
     const MObject made = makeSquare(fn, parent);
@@ -48,8 +44,7 @@ TEST_F(CurveTest, createBelowATransformGivesTheShape)
     EXPECT_TRUE(MFnDagNode(parent).hasChild(made));
 }
 
-TEST_F(CurveTest, aWrongKnotCountMakesNothing)
-{
+TEST_F(CurveTest, aWrongKnotCountMakesNothing) {
     const std::size_t before = scene.scene().nodeCount();
     MFnNurbsCurve fn;
     MStatus status;
@@ -58,8 +53,7 @@ TEST_F(CurveTest, aWrongKnotCountMakesNothing)
     EXPECT_EQ(scene.scene().nodeCount(), before);
 }
 
-TEST_F(CurveTest, pointsAreReadAndWrittenInBothSpaces)
-{
+TEST_F(CurveTest, pointsAreReadAndWrittenInBothSpaces) {
     MFnNurbsCurve made;
     makeSquare(made);
     scene.set("curve1.translate", 10, 0, 0);
@@ -80,8 +74,7 @@ TEST_F(CurveTest, pointsAreReadAndWrittenInBothSpaces)
     EXPECT_FALSE(made.getCVs(points, MSpace::kWorld)) << "an object has no path";
 }
 
-TEST_F(CurveTest, scalingTheElevenPointsOfALiveCircleLasts)
-{
+TEST_F(CurveTest, scalingTheElevenPointsOfALiveCircleLasts) {
     scene.call("circle", {}, {flag("n", {"ring"}), flag("nr", {1, 0, 0})});
     MFnNurbsCurve fn(path("ring"));
     MPointArray points;
@@ -99,11 +92,11 @@ TEST_F(CurveTest, scalingTheElevenPointsOfALiveCircleLasts)
     EXPECT_TRUE(points[9].isEquivalent(points[1]));
     scene.set("makeNurbCircle1.radius", 2);
     EXPECT_TRUE(fn.getCVs(points));
-    EXPECT_TRUE(points[1].isEquivalent(MPoint(0, 6.0 * 1.1081941875543879, 0), 1e-9)) << "5 - 1 + 2";
+    EXPECT_TRUE(points[1].isEquivalent(MPoint(0, 6.0 * 1.1081941875543879, 0), 1e-9))
+        << "5 - 1 + 2";
 }
 
-TEST_F(CurveTest, shapeNamesAreFreeInTheWholeScene)
-{
+TEST_F(CurveTest, shapeNamesAreFreeInTheWholeScene) {
     MFnNurbsCurve fn;
     makeSquare(fn);
     scene.call("rename", {"curve1", "other"}, {flag("ignoreShape")});
@@ -112,8 +105,7 @@ TEST_F(CurveTest, shapeNamesAreFreeInTheWholeScene)
     EXPECT_EQ(text(fn.fullPathName()), "|curve1|curveShape2");
 }
 
-TEST_F(CurveTest, componentsAreAddedByName)
-{
+TEST_F(CurveTest, componentsAreAddedByName) {
     MFnNurbsCurve fn;
     makeSquare(fn);
     MSelectionList list;

@@ -12,18 +12,15 @@ namespace torvel::test {
 namespace {
 
 /// hip > (knee > ankle, tail); a shape below the knee.
-class DagTest : public ApiTest
-{
-protected:
-    void SetUp() override
-    {
+class DagTest : public ApiTest {
+  protected:
+    void SetUp() override {
         scene.make("joint", "hip");
         scene.make("joint", "knee", "hip");
         scene.make("joint", "ankle", "knee");
         scene.make("joint", "tail", "hip");
     }
-    std::vector<std::string> walk(MItDag& it)
-    {
+    std::vector<std::string> walk(MItDag& it) {
         std::vector<std::string> names;
         for (; !it.isDone(); it.next())
             names.push_back(nameOf(it.currentItem()));
@@ -31,8 +28,7 @@ protected:
     }
 };
 
-TEST_F(DagTest, topLevelNodeHasTheWorldAsParent)
-{
+TEST_F(DagTest, topLevelNodeHasTheWorldAsParent) {
     MFnDagNode fn(find("hip"));
     ASSERT_EQ(fn.parentCount(), 1u);
     const MObject world = fn.parent(0);
@@ -45,8 +41,7 @@ TEST_F(DagTest, topLevelNodeHasTheWorldAsParent)
     EXPECT_EQ(MFnDagNode(world).parentCount(), 0u);
 }
 
-TEST_F(DagTest, pathsCountFromBelowTheWorld)
-{
+TEST_F(DagTest, pathsCountFromBelowTheWorld) {
     MDagPath ankle = path("ankle");
     EXPECT_EQ(text(ankle.fullPathName()), "|hip|knee|ankle");
     EXPECT_EQ(ankle.length(), 3u);
@@ -59,8 +54,7 @@ TEST_F(DagTest, pathsCountFromBelowTheWorld)
     EXPECT_FALSE(ankle.push(find("ankle")));
 }
 
-TEST_F(DagTest, invalidPathsAnswerWithNothing)
-{
+TEST_F(DagTest, invalidPathsAnswerWithNothing) {
     MDagPath path;
     EXPECT_FALSE(MDagPath::getAPathTo(MObject::kNullObj, path));
     EXPECT_FALSE(path.isValid());
@@ -80,8 +74,7 @@ TEST_F(DagTest, invalidPathsAnswerWithNothing)
     EXPECT_EQ(list.length(), 0u);
 }
 
-TEST_F(DagTest, depthFirstWalkIsPreOrderFromTheRootItself)
-{
+TEST_F(DagTest, depthFirstWalkIsPreOrderFromTheRootItself) {
     MItDag it(MItDag::kDepthFirst, MFn::kTransform);
     EXPECT_TRUE(it.reset(path("hip"), MItDag::kDepthFirst, MFn::kJoint));
     EXPECT_EQ(walk(it), (std::vector<std::string>{"hip", "knee", "ankle", "tail"}));
@@ -90,23 +83,20 @@ TEST_F(DagTest, depthFirstWalkIsPreOrderFromTheRootItself)
     EXPECT_TRUE(it.currentItem().isNull());
 }
 
-TEST_F(DagTest, breadthFirstWalkGoesLevelByLevel)
-{
+TEST_F(DagTest, breadthFirstWalkGoesLevelByLevel) {
     MItDag it;
     it.reset(path("hip"), MItDag::kBreadthFirst);
     EXPECT_EQ(walk(it), (std::vector<std::string>{"hip", "knee", "tail", "ankle"}));
 }
 
-TEST_F(DagTest, resetForgetsTheFilterOfTheConstructor)
-{
+TEST_F(DagTest, resetForgetsTheFilterOfTheConstructor) {
     scene.make("locator", "mark", "knee");
     MItDag it(MItDag::kDepthFirst, MFn::kJoint);
     it.reset(path("knee"));
     EXPECT_EQ(walk(it).size(), 3u);
 }
 
-TEST_F(DagTest, filteredNodesAreWalkedThrough)
-{
+TEST_F(DagTest, filteredNodesAreWalkedThrough) {
     scene.make("transform", "group", "ankle");
     scene.make("joint", "toe", "group");
     MItDag it;
@@ -120,8 +110,7 @@ TEST_F(DagTest, filteredNodesAreWalkedThrough)
     EXPECT_EQ(it.depth(), 1u);
 }
 
-TEST_F(DagTest, prunedSubTreesAreLeftOut)
-{
+TEST_F(DagTest, prunedSubTreesAreLeftOut) {
     MItDag it;
     it.reset(path("hip"));
     it.next();
@@ -130,8 +119,7 @@ TEST_F(DagTest, prunedSubTreesAreLeftOut)
     EXPECT_EQ(nameOf(it.currentItem()), "tail");
 }
 
-TEST_F(DagTest, invalidRootEndsTheWalk)
-{
+TEST_F(DagTest, invalidRootEndsTheWalk) {
     MItDag it;
     EXPECT_FALSE(it.reset(MDagPath()));
     EXPECT_TRUE(it.isDone());
@@ -139,8 +127,7 @@ TEST_F(DagTest, invalidRootEndsTheWalk)
     EXPECT_TRUE(it.isDone());
 }
 
-TEST_F(DagTest, worldTranslationIsReadAndWrittenThroughPaths)
-{
+TEST_F(DagTest, worldTranslationIsReadAndWrittenThroughPaths) {
     scene.set("hip.translate", 1, 2, 3);
     scene.set("hip.rotate", 0, 0, 90);
     scene.set("knee.translate", 5, 0, 0);
@@ -153,8 +140,7 @@ TEST_F(DagTest, worldTranslationIsReadAndWrittenThroughPaths)
     EXPECT_FALSE(status) << "an object has no path";
 }
 
-TEST_F(DagTest, removeChildPutsItBelowTheWorld)
-{
+TEST_F(DagTest, removeChildPutsItBelowTheWorld) {
     MFnDagNode hip(find("hip"));
     MObject knee = find("knee");
     EXPECT_TRUE(hip.removeChild(knee));
@@ -163,8 +149,7 @@ TEST_F(DagTest, removeChildPutsItBelowTheWorld)
     EXPECT_EQ(hip.childCount(), 1u);
 }
 
-TEST_F(DagTest, duplicateCopiesBelowAndNumbersTheTop)
-{
+TEST_F(DagTest, duplicateCopiesBelowAndNumbersTheTop) {
     scene.call("select", {"tail"});
     MFnDagNode knee(find("knee"));
     const MObject copy = knee.duplicate(false, false);
@@ -174,8 +159,7 @@ TEST_F(DagTest, duplicateCopiesBelowAndNumbersTheTop)
     EXPECT_EQ(scene.text("ls", {}, {flag("selection")}), "tail");
 }
 
-TEST_F(DagTest, createMakesShapesWithTheirTransform)
-{
+TEST_F(DagTest, createMakesShapesWithTheirTransform) {
     MFnDagNode fn;
     const MObject top = fn.create("transform", MObject::kNullObj);
     EXPECT_EQ(nameOf(top), "transform1");

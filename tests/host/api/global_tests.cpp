@@ -14,11 +14,9 @@ namespace torvel::test {
 namespace {
 
 /// Answers every text with one value, or fails.
-class FixedLanguage : public Language
-{
-public:
-    Status run(const std::string&, Value& result) override
-    {
+class FixedLanguage : public Language {
+  public:
+    Status run(const std::string&, Value& result) override {
         if (throws)
             throw std::runtime_error("thrown");
         result = answer;
@@ -31,11 +29,9 @@ public:
     bool throws = false;
 };
 
-class GlobalTest : public ApiTest
-{
-protected:
-    void SetUp() override
-    {
+class GlobalTest : public ApiTest {
+  protected:
+    void SetUp() override {
         scene.session().python = &language;
         scene.session().mel = &language;
         scene.session().record().clear();
@@ -46,8 +42,7 @@ protected:
     FixedLanguage language;
 };
 
-TEST_F(GlobalTest, textResultsTakeTextNumbersAndNothing)
-{
+TEST_F(GlobalTest, textResultsTakeTextNumbersAndNothing) {
     MString result("before");
     language.answer = "text";
     EXPECT_TRUE(MGlobal::executePythonCommand("x", result, false, false));
@@ -63,8 +58,7 @@ TEST_F(GlobalTest, textResultsTakeTextNumbersAndNothing)
     EXPECT_EQ(text(result), "");
 }
 
-TEST_F(GlobalTest, aResultThatDoesNotFitLeavesTheVariable)
-{
+TEST_F(GlobalTest, aResultThatDoesNotFitLeavesTheVariable) {
     MString result("before");
     language.answer = Value(Value::List{"a"});
     EXPECT_FALSE(MGlobal::executePythonCommand("x", result));
@@ -79,8 +73,7 @@ TEST_F(GlobalTest, aResultThatDoesNotFitLeavesTheVariable)
     EXPECT_EQ(text(list[0]), "kept");
 }
 
-TEST_F(GlobalTest, listResultsTakeListsOneTextAndNothing)
-{
+TEST_F(GlobalTest, listResultsTakeListsOneTextAndNothing) {
     MStringArray list;
     language.answer = Value::strings({"a", "b"});
     EXPECT_TRUE(MGlobal::executeCommand("x", list));
@@ -94,8 +87,7 @@ TEST_F(GlobalTest, listResultsTakeListsOneTextAndNothing)
     EXPECT_EQ(list.length(), 0u);
 }
 
-TEST_F(GlobalTest, numbersAndTheirListsAreRead)
-{
+TEST_F(GlobalTest, numbersAndTheirListsAreRead) {
     int whole = 0;
     language.answer = 4;
     EXPECT_TRUE(MGlobal::executeCommand("x", whole));
@@ -112,10 +104,10 @@ TEST_F(GlobalTest, numbersAndTheirListsAreRead)
     EXPECT_EQ(any.resultType(), MCommandResult::kVector);
 }
 
-TEST_F(GlobalTest, stringResultShowsAnyValue)
-{
+TEST_F(GlobalTest, stringResultShowsAnyValue) {
     language.answer = Value(Value::List{"it's", 1, 2.0});
-    EXPECT_EQ(text(MGlobal::executePythonCommandStringResult("x", false, false)), "[\"it's\", 1, 2.0]");
+    EXPECT_EQ(text(MGlobal::executePythonCommandStringResult("x", false, false)),
+              "[\"it's\", 1, 2.0]");
     language.answer = Value(Value::Tuple{{1.0, 0.5}});
     EXPECT_EQ(text(MGlobal::executePythonCommandStringResult("x")), "(1.0, 0.5)");
     language.fails = true;
@@ -124,8 +116,7 @@ TEST_F(GlobalTest, stringResultShowsAnyValue)
     EXPECT_FALSE(status);
 }
 
-TEST_F(GlobalTest, everythingRunIsRecorded)
-{
+TEST_F(GlobalTest, everythingRunIsRecorded) {
     language.answer = "sphere";
     MString result;
     MGlobal::executePythonCommand("first", result, false, true);
@@ -134,7 +125,8 @@ TEST_F(GlobalTest, everythingRunIsRecorded)
     MGlobal::executeCommand("second");
     const auto& entries = scene.session().record().entries();
     ASSERT_EQ(entries.size(), 3u);
-    EXPECT_EQ(entries[0].language + " " + entries[0].form + " " + entries[0].text, "python string first");
+    EXPECT_EQ(entries[0].language + " " + entries[0].form + " " + entries[0].text,
+              "python string first");
     EXPECT_TRUE(entries[0].undo);
     EXPECT_FALSE(entries[0].display);
     EXPECT_EQ(entries[0].result.string(), "sphere");
@@ -145,8 +137,7 @@ TEST_F(GlobalTest, everythingRunIsRecorded)
     EXPECT_EQ(entries[2].error, "it failed");
 }
 
-TEST_F(GlobalTest, noExceptionLeavesTheApi)
-{
+TEST_F(GlobalTest, noExceptionLeavesTheApi) {
     language.throws = true;
     EXPECT_FALSE(MGlobal::executeCommand("x"));
     EXPECT_EQ(last().error, "thrown");
@@ -154,13 +145,11 @@ TEST_F(GlobalTest, noExceptionLeavesTheApi)
     EXPECT_FALSE(MGlobal::executeCommand("x")) << "a language that is not there";
 }
 
-TEST_F(GlobalTest, thereIsNoMainWindowWithoutOne)
-{
+TEST_F(GlobalTest, thereIsNoMainWindowWithoutOne) {
     EXPECT_EQ(MQtUtil::mainWindow(), nullptr);
 }
 
-TEST(GlobalWithoutSession, answersAreEmpty)
-{
+TEST(GlobalWithoutSession, answersAreEmpty) {
     ASSERT_EQ(Session::current(), nullptr);
     MSelectionList list;
     EXPECT_FALSE(MGlobal::getActiveSelectionList(list));

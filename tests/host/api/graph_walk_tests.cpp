@@ -8,11 +8,9 @@ namespace torvel::test {
 namespace {
 
 /// a feeds b and c, b feeds d, c feeds d and e, e feeds a.
-class GraphWalkTest : public ApiTest
-{
-protected:
-    void SetUp() override
-    {
+class GraphWalkTest : public ApiTest {
+  protected:
+    void SetUp() override {
         for (const char* name : {"a", "b", "c", "d"})
             scene.make("transform", name);
         scene.make("joint", "e");
@@ -23,22 +21,20 @@ protected:
         connect("c.ty", "e.tx");
         connect("e.message", "a.dummyLink");
     }
-    void connect(const std::string& from, const std::string& to)
-    {
+    void connect(const std::string& from, const std::string& to) {
         if (to == "a.dummyLink")
-            scene.call("addAttr", {"a"}, {flag("longName", {"dummyLink"}), flag("attributeType", {"message"})});
+            scene.call("addAttr", {"a"},
+                       {flag("longName", {"dummyLink"}), flag("attributeType", {"message"})});
         ApiTest::connect(from, to);
     }
-    std::string walk(MItDependencyGraph& it)
-    {
+    std::string walk(MItDependencyGraph& it) {
         std::string names;
         for (; !it.isDone(); it.next())
             names += nameOf(it.currentItem());
         return names;
     }
     std::string walk(const char* root, MFn::Type filter, MItDependencyGraph::Direction direction,
-                     MItDependencyGraph::Traversal traversal)
-    {
+                     MItDependencyGraph::Traversal traversal) {
         MObject object = find(root);
         MItDependencyGraph it(object, filter, direction, traversal);
         return walk(it);
@@ -50,27 +46,23 @@ constexpr auto kUp = MItDependencyGraph::kUpstream;
 constexpr auto kDepth = MItDependencyGraph::kDepthFirst;
 constexpr auto kBreadth = MItDependencyGraph::kBreadthFirst;
 
-TEST_F(GraphWalkTest, eachNodeIsReportedOnceFromTheRootOn)
-{
+TEST_F(GraphWalkTest, eachNodeIsReportedOnceFromTheRootOn) {
     EXPECT_EQ(walk("a", MFn::kInvalid, kDown, kDepth), "abdce");
     EXPECT_EQ(walk("a", MFn::kInvalid, kDown, kBreadth), "abcde");
     EXPECT_EQ(walk("d", MFn::kInvalid, kUp, kDepth), "dbaec");
 }
 
-TEST_F(GraphWalkTest, filteredNodesAreWalkedThrough)
-{
+TEST_F(GraphWalkTest, filteredNodesAreWalkedThrough) {
     EXPECT_EQ(walk("a", MFn::kJoint, kDown, kDepth), "e");
     EXPECT_EQ(walk("b", MFn::kJoint, kDown, kDepth), "");
 }
 
-TEST_F(GraphWalkTest, dagParenthoodIsNoConnection)
-{
+TEST_F(GraphWalkTest, dagParenthoodIsNoConnection) {
     scene.make("transform", "child", "d");
     EXPECT_EQ(walk("d", MFn::kInvalid, kDown, kDepth), "d");
 }
 
-TEST_F(GraphWalkTest, aWalkInsideAnotherDisturbsNeither)
-{
+TEST_F(GraphWalkTest, aWalkInsideAnotherDisturbsNeither) {
     MObject root = find("a");
     MItDependencyGraph outer(root);
     std::string names;
@@ -81,8 +73,7 @@ TEST_F(GraphWalkTest, aWalkInsideAnotherDisturbsNeither)
     EXPECT_EQ(names, "abdce");
 }
 
-TEST_F(GraphWalkTest, prunedNodesLeadNowhere)
-{
+TEST_F(GraphWalkTest, prunedNodesLeadNowhere) {
     MObject root = find("a");
     MItDependencyGraph it(root, MFn::kInvalid, kDown, kDepth);
     it.next();
@@ -94,8 +85,7 @@ TEST_F(GraphWalkTest, prunedNodesLeadNowhere)
     EXPECT_TRUE(it.isDone());
 }
 
-TEST_F(GraphWalkTest, aPlugAsRootRestrictsTheFirstStep)
-{
+TEST_F(GraphWalkTest, aPlugAsRootRestrictsTheFirstStep) {
     MPlug root = plug("a", "translate");
     MItDependencyGraph all(root, MFn::kInvalid, kDown, kDepth, MItDependencyGraph::kNodeLevel);
     EXPECT_EQ(walk(all), "abdce");
@@ -104,8 +94,7 @@ TEST_F(GraphWalkTest, aPlugAsRootRestrictsTheFirstStep)
     EXPECT_EQ(walk(some), "acde");
 }
 
-TEST_F(GraphWalkTest, badRootsAreDoneAtOnce)
-{
+TEST_F(GraphWalkTest, badRootsAreDoneAtOnce) {
     MObject null;
     MStatus status;
     MItDependencyGraph it(null, MFn::kMesh, kDown, kDepth, MItDependencyGraph::kNodeLevel, &status);
@@ -114,13 +103,13 @@ TEST_F(GraphWalkTest, badRootsAreDoneAtOnce)
     EXPECT_TRUE(it.currentItem().isNull());
     EXPECT_FALSE(it.next());
     MObject root = find("a");
-    MItDependencyGraph plugs(root, MFn::kInvalid, kDown, kDepth, MItDependencyGraph::kPlugLevel, &status);
+    MItDependencyGraph plugs(root, MFn::kInvalid, kDown, kDepth, MItDependencyGraph::kPlugLevel,
+                             &status);
     EXPECT_EQ(status, MS::kNotImplemented);
     EXPECT_TRUE(plugs.isDone());
 }
 
-TEST_F(GraphWalkTest, nodesDeletedOnTheWayAreLeftOut)
-{
+TEST_F(GraphWalkTest, nodesDeletedOnTheWayAreLeftOut) {
     MObject root = find("a");
     MItDependencyGraph it(root, MFn::kInvalid, kDown, kBreadth);
     it.next();

@@ -14,8 +14,7 @@ namespace {
 
 using ObjectTest = ApiTest;
 
-TEST_F(ObjectTest, nullObjectAnswersEverything)
-{
+TEST_F(ObjectTest, nullObjectAnswersEverything) {
     const MObject null;
     EXPECT_TRUE(null.isNull());
     EXPECT_TRUE(null == MObject::kNullObj);
@@ -25,8 +24,7 @@ TEST_F(ObjectTest, nullObjectAnswersEverything)
     EXPECT_FALSE(MFnBase::isValid(null.apiType()));
 }
 
-TEST_F(ObjectTest, jointHasTheFunctionSetsOfItsBases)
-{
+TEST_F(ObjectTest, jointHasTheFunctionSetsOfItsBases) {
     const MObject joint = make("joint", "hip");
     EXPECT_TRUE(joint.hasFn(MFn::kDagNode));
     EXPECT_TRUE(joint.hasFn(MFn::kTransform));
@@ -36,16 +34,14 @@ TEST_F(ObjectTest, jointHasTheFunctionSetsOfItsBases)
     EXPECT_STREQ(joint.apiTypeStr(), "kJoint");
 }
 
-TEST_F(ObjectTest, constraintsAreTransformsAndPoleVectorIsNoPointConstraint)
-{
+TEST_F(ObjectTest, constraintsAreTransformsAndPoleVectorIsNoPointConstraint) {
     const MObject pole = make("poleVectorConstraint", "pole", scene.make("transform", "holder"));
     EXPECT_TRUE(pole.hasFn(MFn::kTransform));
     EXPECT_TRUE(pole.hasFn(MFn::kConstraint));
     EXPECT_FALSE(pole.hasFn(MFn::kPointConstraint));
 }
 
-TEST_F(ObjectTest, identitySurvivesRenameAndReparent)
-{
+TEST_F(ObjectTest, identitySurvivesRenameAndReparent) {
     MObject joint = make("joint", "hip");
     scene.make("transform", "group");
     scene.call("rename", {"hip", "pelvis"});
@@ -54,8 +50,7 @@ TEST_F(ObjectTest, identitySurvivesRenameAndReparent)
     EXPECT_EQ(nameOf(joint), "pelvis");
 }
 
-TEST_F(ObjectTest, deletedNodeIsHarmlessAndItsPlaceIsNotTakenOver)
-{
+TEST_F(ObjectTest, deletedNodeIsHarmlessAndItsPlaceIsNotTakenOver) {
     const MObject gone = make("joint", "hip");
     scene.call("delete", {"hip"});
     const MObject fresh = make("joint", "hip");
@@ -70,8 +65,7 @@ TEST_F(ObjectTest, deletedNodeIsHarmlessAndItsPlaceIsNotTakenOver)
     EXPECT_FALSE(status);
 }
 
-TEST_F(ObjectTest, functionSetOfADeletedNodeFailsQuietly)
-{
+TEST_F(ObjectTest, functionSetOfADeletedNodeFailsQuietly) {
     MObject joint = make("joint", "hip");
     MFnTransform fn(joint);
     scene.call("delete", {"hip"});
@@ -87,8 +81,7 @@ TEST_F(ObjectTest, functionSetOfADeletedNodeFailsQuietly)
     EXPECT_TRUE(scene.lines().empty());
 }
 
-TEST_F(ObjectTest, functionSetsRefuseObjectsOfAnotherKind)
-{
+TEST_F(ObjectTest, functionSetsRefuseObjectsOfAnotherKind) {
     const MObject joint = make("joint", "hip");
     MStatus status;
     MFnSkinCluster skin(joint, &status);
@@ -102,19 +95,20 @@ TEST_F(ObjectTest, functionSetsRefuseObjectsOfAnotherKind)
     EXPECT_TRUE(transform.object().isNull());
 }
 
-TEST_F(ObjectTest, setNameMakesNamesLegalAndUnique)
-{
+TEST_F(ObjectTest, setNameMakesNamesLegalAndUnique) {
     MObject first = make("transform", "a");
     MObject second = make("transform", "b");
-    EXPECT_EQ(text(MFnDependencyNode(first).setName("|shoulder|elbow_attr")), "shoulder_elbow_attr");
-    EXPECT_EQ(text(MFnDependencyNode(second).setName("shoulder_elbow_attr")), "shoulder_elbow_attr1");
+    EXPECT_EQ(text(MFnDependencyNode(first).setName("|shoulder|elbow_attr")),
+              "shoulder_elbow_attr");
+    EXPECT_EQ(text(MFnDependencyNode(second).setName("shoulder_elbow_attr")),
+              "shoulder_elbow_attr1");
     MStatus status;
-    EXPECT_EQ(text(MFnDependencyNode(second).setName("||", false, &status)), "shoulder_elbow_attr1");
+    EXPECT_EQ(text(MFnDependencyNode(second).setName("||", false, &status)),
+              "shoulder_elbow_attr1");
     EXPECT_FALSE(status);
 }
 
-TEST_F(ObjectTest, numbersOfNodeTypesAreThoseOfTheApi)
-{
+TEST_F(ObjectTest, numbersOfNodeTypesAreThoseOfTheApi) {
     EXPECT_EQ(static_cast<int>(fn::kTransform), MFn::kTransform);
     EXPECT_EQ(static_cast<int>(fn::kIkHandle), MFn::kIkHandle);
     EXPECT_EQ(static_cast<int>(fn::kConstraint), MFn::kConstraint);

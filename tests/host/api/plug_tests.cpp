@@ -8,19 +8,16 @@
 namespace torvel::test {
 namespace {
 
-class PlugTest : public ApiTest
-{
-protected:
-    void SetUp() override
-    {
+class PlugTest : public ApiTest {
+  protected:
+    void SetUp() override {
         scene.make("transform", "a");
         scene.make("transform", "b");
         scene.make("parentConstraint", "hold", "b");
     }
 };
 
-TEST_F(PlugTest, nullPlugAnswersEverything)
-{
+TEST_F(PlugTest, nullPlugAnswersEverything) {
     MPlug null;
     MStatus status;
     MPlugArray found;
@@ -34,15 +31,13 @@ TEST_F(PlugTest, nullPlugAnswersEverything)
     EXPECT_EQ(text(null.name()), "");
 }
 
-TEST_F(PlugTest, namesAreLongAndElementsShowTheirIndex)
-{
+TEST_F(PlugTest, namesAreLongAndElementsShowTheirIndex) {
     EXPECT_EQ(text(plug("a", "tx").name()), "a.translateX");
     EXPECT_EQ(text(plug("a", "worldMatrix").elementByLogicalIndex(0).name()), "a.worldMatrix[0]");
     EXPECT_TRUE(plug("a", "noSuchThing").isNull());
 }
 
-TEST_F(PlugTest, compoundsHaveTheirChildrenInOrder)
-{
+TEST_F(PlugTest, compoundsHaveTheirChildrenInOrder) {
     const MPlug translate = plug("a", "translate");
     EXPECT_TRUE(translate.isCompound());
     ASSERT_EQ(translate.numChildren(), 3u);
@@ -51,17 +46,16 @@ TEST_F(PlugTest, compoundsHaveTheirChildrenInOrder)
     EXPECT_TRUE(translate.child(plug("b", "translateY").attribute()) == plug("a", "translateY"));
 }
 
-TEST_F(PlugTest, dynamicAttributesAreFoundByBothNames)
-{
-    scene.call("addAttr", {"a"}, {flag("longName", {"bend"}), flag("shortName", {"bn"}),
-                                  flag("attributeType", {"double"})});
+TEST_F(PlugTest, dynamicAttributesAreFoundByBothNames) {
+    scene.call(
+        "addAttr", {"a"},
+        {flag("longName", {"bend"}), flag("shortName", {"bn"}), flag("attributeType", {"double"})});
     EXPECT_EQ(text(plug("a", "bn").name()), "a.bend");
     EXPECT_TRUE(MFnDependencyNode(find("a")).hasAttribute("bend"));
     EXPECT_FALSE(MFnDependencyNode(find("b")).hasAttribute("bend"));
 }
 
-TEST_F(PlugTest, physicalIndexFindsTheElementsOfASparseArray)
-{
+TEST_F(PlugTest, physicalIndexFindsTheElementsOfASparseArray) {
     connect("a.translate", "hold.target[5].targetTranslate");
     connect("b.translate", "hold.target[0].targetTranslate");
     const MPlug target = plug("hold", "target");
@@ -71,8 +65,7 @@ TEST_F(PlugTest, physicalIndexFindsTheElementsOfASparseArray)
     EXPECT_TRUE(target.elementByPhysicalIndex(2).isNull());
 }
 
-TEST_F(PlugTest, connectionsOfThisVeryPlugAreGiven)
-{
+TEST_F(PlugTest, connectionsOfThisVeryPlugAreGiven) {
     connect("a.translateX", "b.translateX");
     connect("a.translateX", "b.translateY");
     MPlugArray found(3, plug("a", "visibility"));
@@ -86,8 +79,7 @@ TEST_F(PlugTest, connectionsOfThisVeryPlugAreGiven)
     EXPECT_EQ(found.length(), 0u);
 }
 
-TEST_F(PlugTest, plugOfADeletedNodeIsNull)
-{
+TEST_F(PlugTest, plugOfADeletedNodeIsNull) {
     const MPlug gone = plug("a", "translateX");
     scene.call("delete", {"a"});
     MPlugArray found;
@@ -96,10 +88,10 @@ TEST_F(PlugTest, plugOfADeletedNodeIsNull)
     EXPECT_FALSE(MDGModifier().connect(gone, plug("b", "translateX")));
 }
 
-// --- modifiers -------------------------------------------------------------------------------------------------------
+// --- modifiers
+// -------------------------------------------------------------------------------------------------------
 
-TEST_F(PlugTest, nothingHappensBeforeDoIt)
-{
+TEST_F(PlugTest, nothingHappensBeforeDoIt) {
     MDGModifier modifier;
     EXPECT_TRUE(modifier.connect(plug("a", "translateX"), plug("b", "translateX")));
     EXPECT_FALSE(plug("b", "translateX").isConnected());
@@ -110,8 +102,7 @@ TEST_F(PlugTest, nothingHappensBeforeDoIt)
     EXPECT_FALSE(plug("b", "translateX").isConnected());
 }
 
-TEST_F(PlugTest, rewiringKeepsTheOrderOfTheCalls)
-{
+TEST_F(PlugTest, rewiringKeepsTheOrderOfTheCalls) {
     connect("a.translateX", "hold.target[2].targetWeight");
     const MPlug element = plug("hold", "target").elementByPhysicalIndex(0);
     const MPlug weight = plug("hold", "target[2].targetWeight");
@@ -125,8 +116,7 @@ TEST_F(PlugTest, rewiringKeepsTheOrderOfTheCalls)
     EXPECT_EQ(text(found[0].name()), "b.translateX");
 }
 
-TEST_F(PlugTest, badConnectionsAreRefusedAtOnce)
-{
+TEST_F(PlugTest, badConnectionsAreRefusedAtOnce) {
     MDGModifier modifier;
     EXPECT_FALSE(modifier.connect(MPlug(), plug("b", "translateX")));
     EXPECT_FALSE(modifier.connect(plug("a", "message"), plug("b", "translateX")));
@@ -136,8 +126,7 @@ TEST_F(PlugTest, badConnectionsAreRefusedAtOnce)
     EXPECT_TRUE(modifier.doIt()) << "nothing was queued";
 }
 
-TEST_F(PlugTest, reparentKeepsTheLocalTransformAndRefusesCycles)
-{
+TEST_F(PlugTest, reparentKeepsTheLocalTransformAndRefusesCycles) {
     scene.set("a.translate", 0, 5, 0);
     scene.set("b.translate", 1, 0, 0);
     MDagModifier modifier;
@@ -152,8 +141,7 @@ TEST_F(PlugTest, reparentKeepsTheLocalTransformAndRefusesCycles)
     EXPECT_EQ(text(path("b").fullPathName()), "|b");
 }
 
-TEST_F(PlugTest, aDeletedParentIsNotTakenForTheWorld)
-{
+TEST_F(PlugTest, aDeletedParentIsNotTakenForTheWorld) {
     const MObject gone = find("a");
     scene.call("delete", {"a"});
     MDagModifier modifier;
@@ -163,8 +151,7 @@ TEST_F(PlugTest, aDeletedParentIsNotTakenForTheWorld)
     EXPECT_FALSE(status);
 }
 
-TEST_F(PlugTest, createdNodesAreThereAfterDoIt)
-{
+TEST_F(PlugTest, createdNodesAreThereAfterDoIt) {
     MDagModifier modifier;
     MObject made = modifier.createNode("transform", MObject::kNullObj);
     EXPECT_TRUE(modifier.doIt());

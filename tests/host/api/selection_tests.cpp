@@ -9,11 +9,9 @@
 namespace torvel::test {
 namespace {
 
-class SelectionListTest : public ApiTest
-{
-protected:
-    std::vector<std::string> names(const MSelectionList& list)
-    {
+class SelectionListTest : public ApiTest {
+  protected:
+    std::vector<std::string> names(const MSelectionList& list) {
         MStringArray strings;
         list.getSelectionStrings(strings);
         std::vector<std::string> found;
@@ -23,8 +21,7 @@ protected:
     }
 };
 
-TEST_F(SelectionListTest, namesGiveAllMatchesFewestComponentsFirst)
-{
+TEST_F(SelectionListTest, namesGiveAllMatchesFewestComponentsFirst) {
     scene.make("transform", "parked");
     scene.make("joint", "hip", "parked");
     scene.make("joint", "hip");
@@ -35,8 +32,7 @@ TEST_F(SelectionListTest, namesGiveAllMatchesFewestComponentsFirst)
     EXPECT_EQ(names(list), (std::vector<std::string>{"|hip", "parked|hip", "early|hip"}));
 }
 
-TEST_F(SelectionListTest, failedLookUpLeavesTheListEmptyOrAsItWas)
-{
+TEST_F(SelectionListTest, failedLookUpLeavesTheListEmptyOrAsItWas) {
     scene.make("transform", "a");
     MSelectionList list;
     list.add("a");
@@ -48,8 +44,7 @@ TEST_F(SelectionListTest, failedLookUpLeavesTheListEmptyOrAsItWas)
     EXPECT_FALSE(list.add("world")) << "no node bears the name";
 }
 
-TEST_F(SelectionListTest, patternsAndPlugsAreTaken)
-{
+TEST_F(SelectionListTest, patternsAndPlugsAreTaken) {
     scene.make("transform", "armLeft");
     scene.make("transform", "armRight");
     MSelectionList list;
@@ -62,8 +57,7 @@ TEST_F(SelectionListTest, patternsAndPlugsAreTaken)
     EXPECT_FALSE(list.getPlug(0, plug));
 }
 
-TEST_F(SelectionListTest, repeatsStayUnlessMerged)
-{
+TEST_F(SelectionListTest, repeatsStayUnlessMerged) {
     const MObject a = make("transform", "a");
     MSelectionList list;
     list.add(a);
@@ -73,8 +67,7 @@ TEST_F(SelectionListTest, repeatsStayUnlessMerged)
     EXPECT_EQ(list.length(), 2u);
 }
 
-TEST_F(SelectionListTest, onlyDagItemsHavePaths)
-{
+TEST_F(SelectionListTest, onlyDagItemsHavePaths) {
     scene.make("transform", "a");
     scene.make("dagPose", "pose");
     MSelectionList list;
@@ -89,8 +82,7 @@ TEST_F(SelectionListTest, onlyDagItemsHavePaths)
     EXPECT_TRUE(MObject::kNullObj.isNull());
 }
 
-TEST_F(SelectionListTest, iteratorFiltersByFunctionSet)
-{
+TEST_F(SelectionListTest, iteratorFiltersByFunctionSet) {
     scene.make("joint", "hip");
     scene.make("dagPose", "pose");
     scene.make("transform", "group");
@@ -106,8 +98,7 @@ TEST_F(SelectionListTest, iteratorFiltersByFunctionSet)
     EXPECT_EQ(found, "hip group ");
 }
 
-TEST_F(SelectionListTest, activeSelectionKeepsItsOrder)
-{
+TEST_F(SelectionListTest, activeSelectionKeepsItsOrder) {
     for (const char* name : {"a", "b", "c"})
         scene.make("transform", name);
     MSelectionList active;

@@ -10,11 +10,9 @@ namespace torvel::test {
 namespace {
 
 /// A body whose shape is fed by a skin, behind a tweak and before a group filter, as files hold it.
-class SkinFunctionsTest : public ApiTest
-{
-protected:
-    void SetUp() override
-    {
+class SkinFunctionsTest : public ApiTest {
+  protected:
+    void SetUp() override {
         scene.make("transform", "body");
         scene.make("mesh", "bodyShape", "body");
         scene.make("mesh", "bodyOrig", "body");
@@ -31,8 +29,7 @@ protected:
         connect("hip.worldMatrix[0]", "skin.matrix[0]");
         connect("knee.worldMatrix[0]", "skin.matrix[2]");
     }
-    std::string namesOf(const MObjectArray& objects)
-    {
+    std::string namesOf(const MObjectArray& objects) {
         std::string names;
         for (unsigned int i = 0; i < objects.length(); ++i)
             names += nameOf(objects[i]) + " ";
@@ -40,8 +37,7 @@ protected:
     }
 };
 
-TEST_F(SkinFunctionsTest, influencesComeByTheirIndex)
-{
+TEST_F(SkinFunctionsTest, influencesComeByTheirIndex) {
     MFnSkinCluster skin(find("skin"));
     MDagPathArray paths;
     MStatus status;
@@ -52,8 +48,7 @@ TEST_F(SkinFunctionsTest, influencesComeByTheirIndex)
     EXPECT_EQ(text(paths[2].fullPathName()), "|ankle");
 }
 
-TEST_F(SkinFunctionsTest, geometryIsFoundThroughOtherDeformers)
-{
+TEST_F(SkinFunctionsTest, geometryIsFoundThroughOtherDeformers) {
     MFnSkinCluster skin(find("skin"));
     MObjectArray shapes(2, find("hip"));
     EXPECT_TRUE(skin.getOutputGeometry(shapes));
@@ -62,8 +57,7 @@ TEST_F(SkinFunctionsTest, geometryIsFoundThroughOtherDeformers)
     EXPECT_EQ(namesOf(shapes), "bodyOrig ");
 }
 
-TEST_F(SkinFunctionsTest, anUnboundSkinHasNoGeometry)
-{
+TEST_F(SkinFunctionsTest, anUnboundSkinHasNoGeometry) {
     scene.make("skinCluster", "loose");
     MFnSkinCluster skin(find("loose"));
     MObjectArray shapes;
@@ -76,8 +70,7 @@ TEST_F(SkinFunctionsTest, anUnboundSkinHasNoGeometry)
     EXPECT_FALSE(status);
 }
 
-TEST_F(SkinFunctionsTest, isASkinAndAGeometryFilter)
-{
+TEST_F(SkinFunctionsTest, isASkinAndAGeometryFilter) {
     const MObject skin = find("skin");
     EXPECT_TRUE(skin.hasFn(MFn::kSkinClusterFilter));
     EXPECT_TRUE(skin.hasFn(MFn::kGeometryFilt));

@@ -1,5 +1,5 @@
-// Holds at compile time what plug-in sources may and may not write. A line that fails here means that the headers
-// accept code which a real installation refuses, or the other way round.
+// Holds at compile time what plug-in sources may and may not write. A line that fails here means
+// that the headers accept code which a real installation refuses, or the other way round.
 #include <functional>
 #include <string>
 #include <type_traits>
@@ -50,20 +50,17 @@ template <class...>
 using Void = void;
 
 // DETECT(Name, expression over T): Name<T> tells whether the expression compiles.
-#define DETECT(Name, ...)                                 \
-    template <class T, class = void>                      \
-    struct Name : std::false_type                         \
-    {                                                     \
-    };                                                    \
-    template <class T>                                    \
-    struct Name<T, Void<decltype(__VA_ARGS__)>> : std::true_type \
-    {                                                     \
-    };
+#define DETECT(Name, ...)             \
+    template <class T, class = void>  \
+    struct Name : std::false_type {}; \
+    template <class T>                \
+    struct Name<T, Void<decltype(__VA_ARGS__)>> : std::true_type {};
 
 template <class T>
 T& lvalue();
 
-// --- texts -----------------------------------------------------------------------------------------------------------
+// --- texts
+// -----------------------------------------------------------------------------------------------------------
 
 static_assert(!std::is_convertible_v<MString, std::string>);
 static_assert(!std::is_convertible_v<MString, const char*>);
@@ -100,7 +97,8 @@ static_assert(std::is_same_v<decltype(std::declval<const MString&>().length()), 
 static_assert(std::is_same_v<decltype(std::declval<const MString&>().numChars()), int>);
 static_assert(std::is_same_v<decltype(std::declval<const MString&>().indexW("|")), int>);
 
-// --- status ----------------------------------------------------------------------------------------------------------
+// --- status
+// ----------------------------------------------------------------------------------------------------------
 
 static_assert(!std::is_convertible_v<bool, MStatus>);
 static_assert(!std::is_convertible_v<int, MStatus>);
@@ -109,7 +107,8 @@ static_assert(std::is_convertible_v<MStatus, bool>);
 static_assert(std::is_same_v<MS, MStatus>);
 static_assert(std::is_same_v<decltype(MStatus() == MS::kSuccess), bool>);
 
-// --- objects ---------------------------------------------------------------------------------------------------------
+// --- objects
+// ---------------------------------------------------------------------------------------------------------
 
 static_assert(!std::is_convertible_v<MObject, bool> && !std::is_constructible_v<bool, MObject>);
 static_assert(!std::is_constructible_v<MObject, std::nullptr_t>);
@@ -119,44 +118,49 @@ static_assert(std::is_same_v<decltype(std::declval<const MObject&>().apiTypeStr(
 static_assert(std::is_same_v<decltype(MFnBase::typeString(MFn::kJoint)), const char*>);
 static_assert(!PointerPlus<decltype(std::declval<const MObject&>().apiTypeStr())>::value);
 
-// --- lists -----------------------------------------------------------------------------------------------------------
+// --- lists
+// -----------------------------------------------------------------------------------------------------------
 
 DETECT(Size, std::declval<T>().size())
 DETECT(PushBack, std::declval<T>().push_back(std::declval<T>()[0u]))
 
 template <class List>
-constexpr bool isPlainList()
-{
+constexpr bool isPlainList() {
     return !Size<List>::value && !PushBack<List>::value && !Empty<List>::value &&
            std::is_same_v<decltype(std::declval<const List&>().length()), unsigned int> &&
            std::is_copy_constructible_v<List>;
 }
 
-static_assert(isPlainList<MObjectArray>() && isPlainList<MStringArray>() && isPlainList<MPlugArray>());
-static_assert(isPlainList<MDagPathArray>() && isPlainList<MPointArray>() && isPlainList<MDoubleArray>());
+static_assert(isPlainList<MObjectArray>() && isPlainList<MStringArray>() &&
+              isPlainList<MPlugArray>());
+static_assert(isPlainList<MDagPathArray>() && isPlainList<MPointArray>() &&
+              isPlainList<MDoubleArray>());
 static_assert(isPlainList<MIntArray>());
 static_assert(!std::is_constructible_v<MObjectArray, std::initializer_list<MObject>>);
 static_assert(!std::is_constructible_v<MStringArray, const char*, const char*, const char*>);
 static_assert(std::is_constructible_v<MObjectArray, unsigned int>);
 static_assert(!std::is_default_constructible_v<MItSelectionList>);
 
-// --- classes that stay where they are made -----------------------------------------------------------------------------
+// --- classes that stay where they are made
+// -----------------------------------------------------------------------------
 
 template <class T>
-constexpr bool stays()
-{
+constexpr bool stays() {
     return !std::is_copy_constructible_v<T> && !std::is_copy_assignable_v<T> &&
            !std::is_move_constructible_v<T> && !std::is_move_assignable_v<T>;
 }
 
-static_assert(stays<MFnBase>() && stays<MFnDependencyNode>() && stays<MFnDagNode>() && stays<MFnTransform>());
+static_assert(stays<MFnBase>() && stays<MFnDependencyNode>() && stays<MFnDagNode>() &&
+              stays<MFnTransform>());
 static_assert(stays<MFnNurbsCurve>() && stays<MFnGeometryFilter>() && stays<MFnSkinCluster>());
-static_assert(stays<MFnPlugin>() && stays<MPxCommand>() && stays<MItDag>() && stays<MItDependencyGraph>());
+static_assert(stays<MFnPlugin>() && stays<MPxCommand>() && stays<MItDag>() &&
+              stays<MItDependencyGraph>());
 static_assert(stays<MItSelectionList>() && stays<MDGModifier>() && stays<MDagModifier>());
 static_assert(stays<MCommandResult>());
 static_assert(std::is_copy_constructible_v<MDagPath> && std::is_copy_constructible_v<MPlug>);
 
-// --- non-const lvalues -------------------------------------------------------------------------------------------------
+// --- non-const lvalues
+// -------------------------------------------------------------------------------------------------
 
 static_assert(std::is_constructible_v<MItDependencyGraph, MObject&>);
 static_assert(!std::is_constructible_v<MItDependencyGraph, const MObject&>);
@@ -172,15 +176,20 @@ static_assert(std::is_constructible_v<MFnDagNode, MObject>);
 DETECT(RemoveLvalue, std::declval<T&>().removeChild(lvalue<MObject>()))
 DETECT(RemoveConst, std::declval<T&>().removeChild(lvalue<const MObject>()))
 DETECT(AddConst, std::declval<T&>().addChild(lvalue<const MObject>()))
-static_assert(RemoveLvalue<MFnDagNode>::value && !RemoveConst<MFnDagNode>::value && !AddConst<MFnDagNode>::value);
+static_assert(RemoveLvalue<MFnDagNode>::value && !RemoveConst<MFnDagNode>::value &&
+              !AddConst<MFnDagNode>::value);
 
-DETECT(PathWithComponent, std::declval<const T&>().getDagPath(0, lvalue<MDagPath>(), lvalue<MObject>()))
+DETECT(PathWithComponent,
+       std::declval<const T&>().getDagPath(0, lvalue<MDagPath>(), lvalue<MObject>()))
 DETECT(PathWithoutComponent, std::declval<const T&>().getDagPath(0, lvalue<MDagPath>()))
-DETECT(PathWithConstComponent, std::declval<const T&>().getDagPath(0, lvalue<MDagPath>(), lvalue<const MObject>()))
-static_assert(PathWithComponent<MSelectionList>::value && PathWithoutComponent<MSelectionList>::value);
+DETECT(PathWithConstComponent,
+       std::declval<const T&>().getDagPath(0, lvalue<MDagPath>(), lvalue<const MObject>()))
+static_assert(PathWithComponent<MSelectionList>::value &&
+              PathWithoutComponent<MSelectionList>::value);
 static_assert(!PathWithConstComponent<MSelectionList>::value);
 
-// --- function sets -----------------------------------------------------------------------------------------------------
+// --- function sets
+// -----------------------------------------------------------------------------------------------------
 
 DETECT(IsValidWithType, T::isValid(MFn::kJoint))
 DETECT(IsValidAlone, std::declval<T>().isValid())
@@ -190,18 +199,23 @@ static_assert(!IsValidAlone<MFnSkinCluster>::value);
 DETECT(FindPlugBool, std::declval<const T&>().findPlug("tx", true))
 DETECT(FindPlugAlone, std::declval<const T&>().findPlug("tx"))
 DETECT(FindPlugStatus, std::declval<const T&>().findPlug("tx", std::declval<MStatus*>()))
-DETECT(FindPlugAll, std::declval<const T&>().findPlug(std::declval<MString>(), false, std::declval<MStatus*>()))
+DETECT(FindPlugAll,
+       std::declval<const T&>().findPlug(std::declval<MString>(), false, std::declval<MStatus*>()))
 static_assert(FindPlugBool<MFnDependencyNode>::value && FindPlugAll<MFnDependencyNode>::value);
-static_assert(!FindPlugAlone<MFnDependencyNode>::value && !FindPlugStatus<MFnDependencyNode>::value);
+static_assert(!FindPlugAlone<MFnDependencyNode>::value &&
+              !FindPlugStatus<MFnDependencyNode>::value);
 
 static_assert(std::is_same_v<decltype(std::declval<const MFnNurbsCurve&>().numCVs()), int>);
-static_assert(std::is_same_v<decltype(std::declval<const MFnDagNode&>().childCount()), unsigned int>);
-static_assert(std::is_same_v<decltype(std::declval<const MDagPath&>().fullPathName(nullptr)), MString>);
+static_assert(
+    std::is_same_v<decltype(std::declval<const MFnDagNode&>().childCount()), unsigned int>);
+static_assert(
+    std::is_same_v<decltype(std::declval<const MDagPath&>().fullPathName(nullptr)), MString>);
 
 DETECT(StatusByReference, std::declval<const T&>().name(lvalue<MStatus>()))
 static_assert(!StatusByReference<MFnDependencyNode>::value);
 
-// --- iterators ---------------------------------------------------------------------------------------------------------
+// --- iterators
+// ---------------------------------------------------------------------------------------------------------
 
 DETECT(ConstIsDone, std::declval<const T&>().isDone())
 DETECT(ConstCurrent, std::declval<const T&>().currentItem())
@@ -209,35 +223,44 @@ DETECT(Begin, std::declval<T&>().begin())
 static_assert(!ConstIsDone<MItSelectionList>::value && !ConstIsDone<MItDependencyGraph>::value);
 static_assert(ConstIsDone<MItDag>::value);
 static_assert(!ConstCurrent<MItDependencyGraph>::value && !ConstCurrent<MItDag>::value);
-static_assert(!Begin<MItDag>::value && !Begin<MItDependencyGraph>::value && !Begin<MItSelectionList>::value);
+static_assert(!Begin<MItDag>::value && !Begin<MItDependencyGraph>::value &&
+              !Begin<MItSelectionList>::value);
 static_assert(!std::is_same_v<MItDag::TraversalType, MItDependencyGraph::Traversal>);
-static_assert(std::is_convertible_v<MFn::Type, int> && std::is_convertible_v<MItDag::TraversalType, int>, "plain enums");
+static_assert(std::is_convertible_v<MFn::Type, int> &&
+                  std::is_convertible_v<MItDag::TraversalType, int>,
+              "plain enums");
 static_assert(MItDependencyGraph::kDownstream == 0 && MItDependencyGraph::kUpstream == 1);
 static_assert(MItDependencyGraph::kNodeLevel == 0 && MItDependencyGraph::kPlugLevel == 1);
 
-// --- scripts -----------------------------------------------------------------------------------------------------------
+// --- scripts
+// -----------------------------------------------------------------------------------------------------------
 
 DETECT(RunForStdText, T::executeCommand("", lvalue<std::string>()))
 DETECT(RunForLong, T::executeCommand("", lvalue<long>(), false, false))
 DETECT(PythonForResult, T::executePythonCommandStringResult("", lvalue<MString>()))
-static_assert(!RunForStdText<MGlobal>::value && !RunForLong<MGlobal>::value && !PythonForResult<MGlobal>::value);
-static_assert(std::is_same_v<decltype(MGlobal::executePythonCommandStringResult("", false, false)), MString>);
+static_assert(!RunForStdText<MGlobal>::value && !RunForLong<MGlobal>::value &&
+              !PythonForResult<MGlobal>::value);
+static_assert(
+    std::is_same_v<decltype(MGlobal::executePythonCommandStringResult("", false, false)), MString>);
 static_assert(std::is_same_v<decltype(MGlobal::executeCommand("", false, false)), MStatus>);
-static_assert(std::is_same_v<decltype(MGlobal::executeCommand("", lvalue<MStringArray>(), false, false)), MStatus>);
+static_assert(
+    std::is_same_v<decltype(MGlobal::executeCommand("", lvalue<MStringArray>(), false, false)),
+                   MStatus>);
 
-// --- points and vectors ------------------------------------------------------------------------------------------------
+// --- points and vectors
+// ------------------------------------------------------------------------------------------------
 
 static_assert(std::is_same_v<decltype(MVector() * MVector()), double>);
 static_assert(std::is_same_v<decltype(MVector() ^ MVector()), MVector>);
 static_assert(std::is_same_v<decltype(MPoint() - MPoint()), MVector>);
 
-// --- commands ----------------------------------------------------------------------------------------------------------
+// --- commands
+// ----------------------------------------------------------------------------------------------------------
 
 static_assert(!std::is_abstract_v<MPxCommand> && std::has_virtual_destructor_v<MPxCommand>);
 
-class Checked : public MPxCommand
-{
-public:
+class Checked : public MPxCommand {
+  public:
     MStatus doIt(const MArgList&) override { return MS::kSuccess; }
     MStatus undoIt() override { return MS::kSuccess; }
     MStatus redoIt() override { return MS::kSuccess; }
@@ -247,8 +270,7 @@ public:
 
 static_assert(MAYA_API_VERSION == 20240200 && MAYA_APP_VERSION == 2024);
 
-TEST(Strictness, publishedTypeNumbersArePinned)
-{
+TEST(Strictness, publishedTypeNumbersArePinned) {
     EXPECT_EQ(MFn::kInvalid, 0);
     EXPECT_EQ(MFn::kTransform, 110);
     EXPECT_EQ(MFn::kAimConstraint, 111);
@@ -261,22 +283,19 @@ TEST(Strictness, publishedTypeNumbersArePinned)
     EXPECT_EQ(MFn::kConstraint, 933);
 }
 
-TEST(Strictness, statusCodesCountFromSuccess)
-{
+TEST(Strictness, statusCodesCountFromSuccess) {
     EXPECT_EQ(MS::kSuccess, 0);
     EXPECT_EQ(MS::kFailure, 1);
     EXPECT_EQ(MS::kInvalidParameter, 3);
     EXPECT_EQ(MS::kEndOfFile, 8);
 }
 
-TEST(Strictness, classesLiveInAVersionedNamespace)
-{
+TEST(Strictness, classesLiveInAVersionedNamespace) {
     // A declaration of one's own in the global namespace would name another class.
     EXPECT_TRUE((std::is_same_v<MObject, OpenMaya20240000::MObject>));
 }
 
-TEST(Strictness, commandsAreNotUndoableUnlessTheySaySo)
-{
+TEST(Strictness, commandsAreNotUndoableUnlessTheySaySo) {
     MPxCommand plain;
     EXPECT_FALSE(plain.isUndoable());
     EXPECT_FALSE(plain.hasSyntax());

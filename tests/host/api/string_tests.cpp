@@ -6,14 +6,16 @@
 
 namespace {
 
-std::string text(const MString& string) { return {string.asChar(), string.length()}; }
+std::string text(const MString& string) {
+    return {string.asChar(), string.length()};
+}
 
 // "señal": five characters, six bytes.
-const char* const kAccented = "se\xC3\xB1"
-                              "al";
+const char* const kAccented =
+    "se\xC3\xB1"
+    "al";
 
-TEST(StringTest, numbersAreWrittenShort)
-{
+TEST(StringTest, numbersAreWrittenShort) {
     EXPECT_EQ(text(MString("v") + 1.0), "v1");
     EXPECT_EQ(text(MString("v") + 40), "v40");
     EXPECT_EQ(text(MString("v") + -0.25), "v-0.25");
@@ -22,8 +24,7 @@ TEST(StringTest, numbersAreWrittenShort)
     EXPECT_EQ(text(MString("v") + 1e-05), "v1e-05");
 }
 
-TEST(StringTest, appendingTakesEveryKindOfNumber)
-{
+TEST(StringTest, appendingTakesEveryKindOfNumber) {
     MString string("n");
     string += 3;
     string += -4;
@@ -34,8 +35,7 @@ TEST(StringTest, appendingTakesEveryKindOfNumber)
     EXPECT_EQ(text(string), "n3-450.52.5x");
 }
 
-TEST(StringTest, appendingToItselfDoublesIt)
-{
+TEST(StringTest, appendingToItselfDoublesIt) {
     MString string("abc");
     string += string;
     string += string.asChar();
@@ -44,8 +44,7 @@ TEST(StringTest, appendingToItselfDoublesIt)
     EXPECT_EQ(text(string), "abc");
 }
 
-TEST(StringTest, bytesAndCharactersAreCountedApart)
-{
+TEST(StringTest, bytesAndCharactersAreCountedApart) {
     const MString string(kAccented);
     EXPECT_EQ(string.length(), 6u);
     EXPECT_EQ(string.numChars(), 5);
@@ -56,8 +55,7 @@ TEST(StringTest, bytesAndCharactersAreCountedApart)
     EXPECT_EQ(string.indexW("|"), -1);
 }
 
-TEST(StringTest, partsIncludeTheirEndAndAreClipped)
-{
+TEST(StringTest, partsIncludeTheirEndAndAreClipped) {
     const MString string("|shoulder");
     EXPECT_EQ(text(string.substringW(1, 3)), "sho");
     EXPECT_EQ(text(string.substringW(1, static_cast<int>(string.length()) - 1)), "shoulder");
@@ -69,15 +67,13 @@ TEST(StringTest, partsIncludeTheirEndAndAreClipped)
     EXPECT_EQ(text(MString().substringW(0, 5)), "");
 }
 
-TEST(StringTest, partsOfAccentedTextKeepWholeCharacters)
-{
+TEST(StringTest, partsOfAccentedTextKeepWholeCharacters) {
     const MString string(kAccented);
     EXPECT_EQ(text(string.substringW(1, 2)), "e\xC3\xB1");
     EXPECT_EQ(text(string.substringW(0, static_cast<int>(string.length()) - 1)), kAccented);
 }
 
-TEST(StringTest, substituteReplacesEveryOccurrence)
-{
+TEST(StringTest, substituteReplacesEveryOccurrence) {
     MString string("a|b|c");
     EXPECT_TRUE(string.substitute("|", "__"));
     EXPECT_EQ(text(string), "a__b__c");
@@ -85,8 +81,7 @@ TEST(StringTest, substituteReplacesEveryOccurrence)
     EXPECT_EQ(text(string), "a__b__c");
 }
 
-TEST(StringTest, splitDropsEmptyParts)
-{
+TEST(StringTest, splitDropsEmptyParts) {
     MStringArray parts(1, MString("old"));
     EXPECT_TRUE(MString("|a||b|").split('|', parts));
     ASSERT_EQ(parts.length(), 2u);
@@ -94,8 +89,7 @@ TEST(StringTest, splitDropsEmptyParts)
     EXPECT_EQ(text(parts[1]), "b");
 }
 
-TEST(StringTest, wideTextGoesBothWays)
-{
+TEST(StringTest, wideTextGoesBothWays) {
     const MString string(L"se\u00f1al");
     EXPECT_TRUE(string == kAccented);
     EXPECT_EQ(std::wstring(MString(kAccented).asWChar()), L"se\u00f1al");
@@ -104,8 +98,7 @@ TEST(StringTest, wideTextGoesBothWays)
     EXPECT_EQ(length, 3);
 }
 
-TEST(StringTest, nullPointersAreEmptyTexts)
-{
+TEST(StringTest, nullPointersAreEmptyTexts) {
     const char* nothing = nullptr;
     MString string(nothing);
     EXPECT_TRUE(string.isEmpty());
@@ -115,8 +108,7 @@ TEST(StringTest, nullPointersAreEmptyTexts)
     EXPECT_STREQ(string.asChar(), "");
 }
 
-TEST(StringTest, numbersAreReadWholeOrNotAtAll)
-{
+TEST(StringTest, numbersAreReadWholeOrNotAtAll) {
     EXPECT_TRUE(MString(" 12 ").isInt());
     EXPECT_EQ(MString("12").asInt(), 12);
     EXPECT_FALSE(MString("12a").isInt());
@@ -124,8 +116,7 @@ TEST(StringTest, numbersAreReadWholeOrNotAtAll)
     EXPECT_FALSE(MString("").isDouble());
 }
 
-TEST(StringArrayTest, itemsMoveWithInsertAndRemove)
-{
+TEST(StringArrayTest, itemsMoveWithInsertAndRemove) {
     MStringArray list;
     list.append("b");
     EXPECT_TRUE(list.insert("a", 0));
@@ -137,8 +128,7 @@ TEST(StringArrayTest, itemsMoveWithInsertAndRemove)
     EXPECT_EQ(text(list[0]) + text(list[1]), "ac");
 }
 
-TEST(StringArrayTest, anItemOfTheListMayBeAppendedToIt)
-{
+TEST(StringArrayTest, anItemOfTheListMayBeAppendedToIt) {
     MStringArray list;
     list.append("a");
     for (int i = 0; i < 20; ++i)
@@ -146,8 +136,7 @@ TEST(StringArrayTest, anItemOfTheListMayBeAppendedToIt)
     EXPECT_EQ(text(list[20]), "a");
 }
 
-TEST(StringArrayTest, lengtheningGivesFreshItems)
-{
+TEST(StringArrayTest, lengtheningGivesFreshItems) {
     MStringArray list(2, MString("x"));
     list.clear();
     list.setLength(2);

@@ -27,9 +27,10 @@ TEST(Coverage, TellsWhatIsComputedAndWhatIsKept) {
     Session session;
     setUpSession(session);
     const std::string text = coverageText(session);
-    for (const char* row : {"| multiplyDivide | dependNode | evaluated |", "| camera | shape | data |",
-                            "| blendShape | geometryFilter | evaluated |", "| dagPose | dependNode | data |",
-                            "| currentTime | Gets and sets the time. | update (u) |"})
+    for (const char* row :
+         {"| multiplyDivide | dependNode | evaluated |", "| camera | shape | data |",
+          "| blendShape | geometryFilter | evaluated |", "| dagPose | dependNode | data |",
+          "| currentTime | Gets and sets the time. | update (u) |"})
         EXPECT_NE(text.find(row), std::string::npos) << row;
     EXPECT_EQ(text.find("\n| deformableShape |"), std::string::npos);
 }

@@ -85,8 +85,8 @@ TEST(Options, APictureHasAViewASizeAndFrames) {
     EXPECT_EQ(plain.render, "a.png");
     EXPECT_EQ(plain.view, "persp");
     EXPECT_EQ(plain.frames, "");
-    const Options o = good({"--render", "a.png", "--view", "side", "--size", "64x48", "--frames",
-                            "-2:9", "--wire"});
+    const Options o = good(
+        {"--render", "a.png", "--view", "side", "--size", "64x48", "--frames", "-2:9", "--wire"});
     EXPECT_EQ(o.view, "side");
     EXPECT_EQ(o.size, "64x48");
     EXPECT_EQ(o.frames, "-2:9");

@@ -1,6 +1,7 @@
 // The program itself, run as users run it.
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -17,8 +18,9 @@ struct Outcome {
     std::string out, err;
 };
 
-Outcome run(const QStringList& arguments) {
+Outcome run(const QStringList& arguments, const QString& folder = {}) {
     QProcess process;
+    process.setWorkingDirectory(folder);
     process.start(QStringLiteral(TORVEL_HOST_PROGRAM), arguments);
     if (!process.waitForFinished(120000)) {
         process.kill();
@@ -55,6 +57,22 @@ const char* const kScene =
     "createNode joint -n \"knee\" -p \"hip\";\n\tsetAttr \".t\" -type \"double3\" 0 5 0 ;\n// End "
     "of scene.ma\n";
 
+TEST_F(ProgramTest, AWindowThatAScriptClosedEndsTheProgram) {
+    const QString script = write("close.py",
+                                 "import os\ntry:\n    from PySide2 import QtWidgets\n"
+                                 "except ImportError:\n    os._exit(77)\n"
+                                 "for window in QtWidgets.QApplication.topLevelWidgets():\n"
+                                 "    if window.objectName() == 'MayaWindow':\n"
+                                 "        print('open:', window.isVisible())\n"
+                                 "        window.close()\n");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const Outcome done = run({"--script", script});
+    if (done.code == 77)
+        GTEST_SKIP() << "PySide2 is not installed";
+    EXPECT_EQ(done.code, 0) << done.err;
+    EXPECT_NE(done.out.find("open: True"), std::string::npos) << done.out;
+}
+
 TEST_F(ProgramTest, PrintsOfScriptsGoToStandardOutput) {
     const Outcome done = run({"--batch", "--no-plugin", "--python", "print(6 * 7)"});
     EXPECT_EQ(done.code, 0) << done.err;
@@ -62,11 +80,11 @@ TEST_F(ProgramTest, PrintsOfScriptsGoToStandardOutput) {
 }
 
 TEST_F(ProgramTest, DialogsAreAnsweredFromTheCommandLine) {
-    const Outcome done = run({"--batch", "--no-plugin", "--answer", "No", "--answer", "OK=a=b",
-                              "--python",
-                              "from maya import cmds\n"
-                              "print(cmds.confirmDialog(message='Go?', button=['Yes', 'No']))\n"
-                              "cmds.promptDialog()\nprint(cmds.promptDialog(q=True, text=True))"});
+    const Outcome done =
+        run({"--batch", "--no-plugin", "--answer", "No", "--answer", "OK=a=b", "--python",
+             "from maya import cmds\n"
+             "print(cmds.confirmDialog(message='Go?', button=['Yes', 'No']))\n"
+             "cmds.promptDialog()\nprint(cmds.promptDialog(q=True, text=True))"});
     EXPECT_EQ(done.code, 0) << done.err;
     EXPECT_EQ(done.out, "No\na=b\n");
 }
@@ -78,8 +96,9 @@ TEST_F(ProgramTest, AMissingSceneIsUnreadable) {
 }
 
 TEST_F(ProgramTest, ADamagedSceneIsUnreadable) {
-    const Outcome done = run({"--batch", "--no-plugin",
-                          write("cut.ma", "//Maya ASCII 2024 scene\ncreateNode joint -n \"hi")});
+    const Outcome done =
+        run({"--batch", "--no-plugin",
+             write("cut.ma", "//Maya ASCII 2024 scene\ncreateNode joint -n \"hi")});
     EXPECT_EQ(done.code, 3) << done.err;
 }
 
@@ -95,8 +114,8 @@ TEST_F(ProgramTest, ThePictureShowsWhatTheScriptsMade) {
     const std::string script =
         "import maya.cmds as c\nc.circle(n='ring')\nc.setAttr('ring.overrideEnabled', 1)\n"
         "c.setAttr('ring.overrideColor', 13)\nc.select(cl=True)";
-    const Outcome done = run({"--batch", "--no-plugin", "--python", QString::fromStdString(script), "--render", file,
-                              "--view", "front", "--size", "120x80"});
+    const Outcome done = run({"--batch", "--no-plugin", "--python", QString::fromStdString(script),
+                              "--render", file, "--view", "front", "--size", "120x80"});
     EXPECT_EQ(done.code, 0) << done.err;
     const QImage picture(file);
     ASSERT_EQ(picture.size(), QSize(120, 80));
@@ -109,7 +128,7 @@ TEST_F(ProgramTest, ThePictureShowsWhatTheScriptsMade) {
 
 TEST_F(ProgramTest, AFailingScriptIsOneAndTheNextStillRuns) {
     const Outcome done = run({"--batch", "--no-plugin", "--python", "raise ValueError('mine')",
-                          "--python", "print('on')"});
+                              "--python", "print('on')"});
     EXPECT_EQ(done.code, 1);
     EXPECT_EQ(done.out, "on\n");
     EXPECT_NE(done.err.find("mine"), std::string::npos);
@@ -120,7 +139,7 @@ TEST_F(ProgramTest, AFailingScriptIsOneAndTheNextStillRuns) {
 TEST_F(ProgramTest, ScriptsSeeTheirArgumentsAndRunInOrder) {
     const QString script = write("args.py", "import sys\nprint(sys.argv[1:])\n");
     const Outcome done = run({"--batch", "--no-plugin", "--python", "print('first')", "--script",
-                          script, "--command", "print \"third\\n\"", "--", "it's", "-x"});
+                              script, "--command", "print \"third\\n\"", "--", "it's", "-x"});
     EXPECT_EQ(done.code, 0) << done.err;
     EXPECT_EQ(done.out, "first\n[\"it's\", '-x']\nthird\n");
 }
@@ -128,11 +147,11 @@ TEST_F(ProgramTest, ScriptsSeeTheirArgumentsAndRunInOrder) {
 TEST_F(ProgramTest, ASceneIsOpenedChangedAndSaved) {
     const QString scene = write("in.ma", kScene);
     const Outcome done = run({"--batch", "--no-plugin", scene, "--python",
-                          "import maya.cmds as cmds; cmds.setAttr('knee.ty', 9)", "--save",
-                          dir.filePath("out.ma")});
+                              "import maya.cmds as cmds; cmds.setAttr('knee.ty', 9)", "--save",
+                              dir.filePath("out.ma")});
     EXPECT_EQ(done.code, 0) << done.err;
     const Outcome again = run({"--batch", "--no-plugin", dir.filePath("out.ma"), "--python",
-                           "import maya.cmds as cmds; print(cmds.getAttr('knee.ty'))"});
+                               "import maya.cmds as cmds; print(cmds.getAttr('knee.ty'))"});
     EXPECT_EQ(again.out, "9.0\n") << again.err;
 }
 
@@ -140,7 +159,7 @@ TEST_F(ProgramTest, VerifyFindsAMovedJoint) {
     const QString scene = write("in.ma", kScene);
     const QString move = "import maya.cmds as cmds; cmds.setAttr('hip.tx', 1.5)";
     const Outcome moved = run({"--batch", "--no-plugin", scene, "--verify", "--verify-json",
-                           dir.filePath("v.json"), "--python", move});
+                               dir.filePath("v.json"), "--python", move});
     EXPECT_EQ(moved.code, 4) << moved.err;
     EXPECT_NE(moved.out.find("DIFFERS"), std::string::npos);
     EXPECT_NE(read("v.json").find("\"largest\": 0.5"), std::string::npos);
@@ -159,6 +178,33 @@ TEST_F(ProgramTest, BatchHasAHiddenMainWindowAndNoUiHasNone) {
     EXPECT_EQ(bare.code, 1);
     EXPECT_EQ(bare.out, "True\n");
     EXPECT_NE(bare.err.find("no user interface"), std::string::npos);
+}
+
+// The script opens the plug-in's window by its menu item and clicks in it through PySide2.
+TEST_F(ProgramTest, AScriptClicksThePluginsWindow) {
+    const Outcome done = run({"--batch", "--script", TORVEL_SOURCE_DIR "/tools/show_freeze.py",
+                              "--", TORVEL_SCENES_DIR "/leg.ma", TORVEL_SCENES_DIR "/limb.ma"},
+                             dir.path());
+    EXPECT_EQ(done.code, 0) << done.err;
+    EXPECT_NE(done.err.find("Reconnecting skinCluster: skinCluster1\n"), std::string::npos);
+    std::istringstream lines(done.out);
+    std::vector<std::vector<std::string>> rows;
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream cells(line);
+        std::vector<std::string> row{std::istream_iterator<std::string>(cells), {}};
+        if (row.size() > 9 && row[1] != "scope")
+            rows.push_back(row);
+    }
+    ASSERT_EQ(rows.size(), 4u) << done.out;
+    const char* const frozen[] = {"1", "4", "1", "7"};
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_EQ(rows[i][0], i < 2 ? "leg.ma" : "limb.ma");
+        EXPECT_EQ(rows[i][1], i % 2 ? "all" : "one");
+        EXPECT_EQ(rows[i][3], frozen[i]) << done.out;
+        EXPECT_LE(std::stod(rows[i][8]), 1e-4);
+        EXPECT_EQ(rows[i][10], "identical");
+    }
+    EXPECT_GT(QImage(dir.filePath("build/pictures/window.png")).width(), 200);
 }
 
 TEST_F(ProgramTest, ThePluginPutsItsMenuIntoTheWindow) {

@@ -13,25 +13,21 @@ namespace {
 using Flags = TestScene::Flags;
 
 /// Drivers "one" and "two", and "object" below "parent".
-class Constraints : public testing::Test
-{
-protected:
-    Constraints()
-    {
+class Constraints : public testing::Test {
+  protected:
+    Constraints() {
         for (const char* name : {"one", "two", "parent"})
             scene.make("transform", name);
         scene.make("transform", "object", "parent");
     }
-    std::string sources(const std::string& plug)
-    {
+    std::string sources(const std::string& plug) {
         return scene.text("listConnections", {plug},
                           {flag("s", {true}), flag("d", {false}), flag("p", {true})});
     }
     Flags edit(RawFlag more) { return {flag("e"), std::move(more)}; }
     Flags query(const char* what) { return {flag("q"), flag(what)}; }
     void expectWorld(const std::string& node, const std::vector<double>& wanted,
-                     double tolerance = 1e-9)
-    {
+                     double tolerance = 1e-9) {
         expectNear(scene.worldMatrix(node), wanted, tolerance);
     }
 
@@ -39,8 +35,7 @@ protected:
     const Flags mo{flag("mo")};
 };
 
-TEST_F(Constraints, ParentConstraintIsMadeBelowItsObject)
-{
+TEST_F(Constraints, ParentConstraintIsMadeBelowItsObject) {
     EXPECT_EQ(scene.text("parentConstraint", {"one", "two", "object"}), "object_parentConstraint1");
     EXPECT_EQ(scene.text("listRelatives", {"object"}), "object_parentConstraint1");
     EXPECT_EQ(scene.text("ls", {}, {flag("sl")}), "object_parentConstraint1");
@@ -75,8 +70,7 @@ TEST_F(Constraints, ParentConstraintIsMadeBelowItsObject)
         "twoW1");
 }
 
-TEST_F(Constraints, JointsGetTheirOwnLinks)
-{
+TEST_F(Constraints, JointsGetTheirOwnLinks) {
     scene.make("joint", "bone");
     scene.make("joint", "driver");
     scene.call("parentConstraint", {"driver", "bone"});
@@ -92,8 +86,7 @@ TEST_F(Constraints, JointsGetTheirOwnLinks)
     EXPECT_EQ(sources("bone.scaleY"), "bone_scaleConstraint1.constraintScaleY");
 }
 
-TEST_F(Constraints, NamesAndNamespaces)
-{
+TEST_F(Constraints, NamesAndNamespaces) {
     scene.make("transform", "ns:ctl");
     scene.make("transform", "ns:hand");
     EXPECT_EQ(scene.text("orientConstraint", {"ns:ctl", "ns:hand"}), "ns:hand_orientConstraint1");
@@ -105,8 +98,7 @@ TEST_F(Constraints, NamesAndNamespaces)
     EXPECT_EQ(scene.text("aimConstraint", {"one", "|object"}), "object_aimConstraint1");
 }
 
-TEST_F(Constraints, WithoutOffsetTheObjectGoesToItsTargets)
-{
+TEST_F(Constraints, WithoutOffsetTheObjectGoesToItsTargets) {
     scene.set("one.t", 1, 2, 3);
     scene.set("one.r", 10, 20, 30);
     scene.set("parent.t", 5, 5, 5);
@@ -116,8 +108,7 @@ TEST_F(Constraints, WithoutOffsetTheObjectGoesToItsTargets)
     expectNear(scene.numbers("object_parentConstraint1.restTranslate"), scene.numbers("object.t"));
 }
 
-TEST_F(Constraints, OffsetsKeepTheObjectAndThenCarryIt)
-{
+TEST_F(Constraints, OffsetsKeepTheObjectAndThenCarryIt) {
     for (const char* command : {"parentConstraint", "pointConstraint", "orientConstraint",
                                 "aimConstraint", "scaleConstraint"}) {
         TestScene fresh;
@@ -145,8 +136,7 @@ TEST_F(Constraints, OffsetsKeepTheObjectAndThenCarryIt)
     }
 }
 
-TEST_F(Constraints, ParentOffsetOfTheWorkedCase)
-{
+TEST_F(Constraints, ParentOffsetOfTheWorkedCase) {
     scene.set("object.t", 0, 0, 6);
     scene.set("object.r", 0, 99.46, 0);
     scene.call("parentConstraint", {"one", "object"}, mo);
@@ -159,8 +149,7 @@ TEST_F(Constraints, ParentOffsetOfTheWorkedCase)
     expectNear(scene.numbers(con + "restTranslate"), {0, 0, 6});
 }
 
-TEST_F(Constraints, TheSameCommandAddsTargets)
-{
+TEST_F(Constraints, TheSameCommandAddsTargets) {
     scene.set("two.t", 8, 0, 0);
     EXPECT_EQ(scene.text("pointConstraint", {"one", "object"}), "object_pointConstraint1");
     EXPECT_EQ(
@@ -173,8 +162,7 @@ TEST_F(Constraints, TheSameCommandAddsTargets)
     expectNear(scene.worldPosition("object"), {8, 0, 0});
 }
 
-TEST_F(Constraints, WeightsAreEditedAndAsked)
-{
+TEST_F(Constraints, WeightsAreEditedAndAsked) {
     scene.set("two.t", 8, 0, 0);
     scene.call("pointConstraint", {"one", "two", "object"});
     EXPECT_EQ(scene.text("pointConstraint", {"two", "object"}, edit(flag("w", {0}))),
@@ -191,8 +179,7 @@ TEST_F(Constraints, WeightsAreEditedAndAsked)
     EXPECT_NE(scene.error("pointConstraint", {"one", "parent"}, edit(flag("w", {1}))), "ok");
 }
 
-TEST_F(Constraints, RemovedTargetsLeaveGapsAndTheLastTakesTheConstraint)
-{
+TEST_F(Constraints, RemovedTargetsLeaveGapsAndTheLastTakesTheConstraint) {
     scene.set("two.t", 8, 0, 0);
     scene.call("pointConstraint", {"one", "two", "object"});
     EXPECT_EQ(scene.text("pointConstraint", {"one", "object"}, edit(flag("rm"))),
@@ -210,8 +197,7 @@ TEST_F(Constraints, RemovedTargetsLeaveGapsAndTheLastTakesTheConstraint)
     scene.set("object.tx", 1);
 }
 
-TEST_F(Constraints, SkippedAxesStayFree)
-{
+TEST_F(Constraints, SkippedAxesStayFree) {
     scene.set("one.t", 1, 2, 3);
     scene.set("one.r", 0, 0, 50);
     scene.call("parentConstraint", {"one", "object"},
@@ -225,8 +211,7 @@ TEST_F(Constraints, SkippedAxesStayFree)
     EXPECT_EQ(sources("parent.rx"), "");
 }
 
-TEST_F(Constraints, LockedAndDrivenChannelsAreRefusedWhole)
-{
+TEST_F(Constraints, LockedAndDrivenChannelsAreRefusedWhole) {
     scene.call("setAttr", {"object.ry"}, {flag("l", {true})});
     scene.clearLines();
     EXPECT_EQ(scene.error("orientConstraint", {"one", "object"}),
@@ -248,8 +233,7 @@ TEST_F(Constraints, LockedAndDrivenChannelsAreRefusedWhole)
     EXPECT_FALSE(scene.exists("object_aimConstraint1"));
 }
 
-TEST_F(Constraints, EndsThatCannotBe)
-{
+TEST_F(Constraints, EndsThatCannotBe) {
     scene.make("multiplyDivide", "number");
     EXPECT_EQ(scene.error("parentConstraint", {"number", "object"}),
               "Targets must be of type transform.");
@@ -265,14 +249,12 @@ TEST_F(Constraints, EndsThatCannotBe)
     EXPECT_EQ(scene.text("ls", {}, {flag("type", {"constraint"})}), "");
 }
 
-TEST_F(Constraints, TheSelectionStandsForNames)
-{
+TEST_F(Constraints, TheSelectionStandsForNames) {
     scene.call("select", {"one", "object"});
     EXPECT_EQ(scene.text("pointConstraint", {}), "object_pointConstraint1");
 }
 
-TEST_F(Constraints, AimFlags)
-{
+TEST_F(Constraints, AimFlags) {
     scene.set("one.t", 0, 0, 10);
     scene.set("two.t", -5, 0, 0);
     const std::string con = scene.text("aimConstraint", {"one", "object"},
@@ -295,8 +277,7 @@ TEST_F(Constraints, AimFlags)
     EXPECT_EQ(scene.number(con + ".worldUpType"), 3.0);
 }
 
-TEST_F(Constraints, PoleVectorOfAHandle)
-{
+TEST_F(Constraints, PoleVectorOfAHandle) {
     scene.make("joint", "start", "parent");
     scene.make("ikHandle", "handle");
     scene.call("connectAttr", {"start.message", "handle.startJoint"});
@@ -312,8 +293,7 @@ TEST_F(Constraints, PoleVectorOfAHandle)
     expectNear(scene.numbers("handle.poleVector"), {3, 0, 4});
 }
 
-TEST_F(Constraints, DeletedDriversGoOneByOne)
-{
+TEST_F(Constraints, DeletedDriversGoOneByOne) {
     scene.set("two.t", 8, 0, 0);
     scene.call("pointConstraint", {"one", "two", "object"});
     scene.call("delete", {"one"});
@@ -324,8 +304,7 @@ TEST_F(Constraints, DeletedDriversGoOneByOne)
     expectNear(scene.worldPosition("object"), {8, 0, 0});
 }
 
-TEST_F(Constraints, DeletedConstraintLeavesTheValues)
-{
+TEST_F(Constraints, DeletedConstraintLeavesTheValues) {
     scene.set("one.t", 1, 2, 3);
     scene.set("one.r", 0, 40, 0);
     scene.call("parentConstraint", {"one", "object"});
@@ -336,8 +315,7 @@ TEST_F(Constraints, DeletedConstraintLeavesTheValues)
     EXPECT_EQ(sources("object"), "");
 }
 
-TEST_F(Constraints, CopiesAreFree)
-{
+TEST_F(Constraints, CopiesAreFree) {
     scene.set("one.t", 1, 2, 3);
     scene.call("parentConstraint", {"one", "object"});
     EXPECT_EQ(scene.text("duplicate", {"object"}, {flag("rr")}), "object1");
@@ -352,8 +330,7 @@ TEST_F(Constraints, CopiesAreFree)
     expectNear(scene.worldPosition("object1"), {0, 0, 0});
 }
 
-TEST_F(Constraints, EditedOffsetHoldsTheObject)
-{
+TEST_F(Constraints, EditedOffsetHoldsTheObject) {
     scene.call("parentConstraint", {"one", "object"});
     scene.call("parentConstraint", {"object"},
                {flag("e"), flag("st", {"x"}), flag("st", {"y"}), flag("st", {"z"})});
@@ -367,8 +344,7 @@ TEST_F(Constraints, EditedOffsetHoldsTheObject)
     EXPECT_EQ(scene.text("parentConstraint", {"object"}, edit(flag("n", {"renamed"}))), "renamed");
 }
 
-TEST_F(Constraints, KeptByAFile)
-{
+TEST_F(Constraints, KeptByAFile) {
     scene.set("one.t", 3, -2, 7);
     scene.set("one.r", 20, 130, 40);
     scene.set("two.t", 1, 1, 1);
@@ -402,8 +378,7 @@ TEST_F(Constraints, KeptByAFile)
     EXPECT_EQ(again.text("parentConstraint", {"object"}, query("tl")), "one two");
 }
 
-TEST_F(Constraints, KeyedChannelsAreMixed)
-{
+TEST_F(Constraints, KeyedChannelsAreMixed) {
     scene.make("animCurveTL", "curve");
     scene.call("connectAttr", {"curve.output", "object.translateX"});
     scene.set("one.t", 10, 0, 0);

@@ -11,17 +11,14 @@ namespace {
 
 const double kReach = 1.1081941875543879;
 
-class Curves : public testing::Test
-{
+class Curves : public testing::Test {
   protected:
-    std::vector<double> cv(const std::string& name, bool world = false)
-    {
+    std::vector<double> cv(const std::string& name, bool world = false) {
         return numbersOf(
             scene.call("xform", {name}, {flag("q"), flag("t"), flag(world ? "ws" : "os")}));
     }
     std::string selected() { return scene.text("ls", {}, {flag("sl")}); }
-    std::string shapeOf(const std::string& name)
-    {
+    std::string shapeOf(const std::string& name) {
         return scene.text("listRelatives", {name}, {flag("s")});
     }
     RawFlag point(double x, double y, double z) { return flag("p", {x, y, z}); }
@@ -29,8 +26,7 @@ class Curves : public testing::Test
     TestScene scene;
 };
 
-TEST_F(Curves, CircleMakesTransformShapeAndMaker)
-{
+TEST_F(Curves, CircleMakesTransformShapeAndMaker) {
     EXPECT_EQ(scene.text("circle"), "nurbsCircle1 makeNurbCircle1");
     EXPECT_EQ(shapeOf("nurbsCircle1"), "nurbsCircleShape1");
     EXPECT_EQ(selected(), "nurbsCircle1");
@@ -42,8 +38,7 @@ TEST_F(Curves, CircleMakesTransformShapeAndMaker)
     EXPECT_EQ(scene.text("circle"), "nurbsCircle2 makeNurbCircle4");
 }
 
-TEST_F(Curves, CircleWithoutHistoryKeepsItsPoints)
-{
+TEST_F(Curves, CircleWithoutHistoryKeepsItsPoints) {
     EXPECT_EQ(scene.text("circle", {}, {flag("ch", {0}), flag("r", {3}), flag("c", {1, 0, 0})}),
               "nurbsCircle1");
     EXPECT_FALSE(scene.exists("makeNurbCircle1"));
@@ -52,8 +47,7 @@ TEST_F(Curves, CircleWithoutHistoryKeepsItsPoints)
     EXPECT_EQ(scene.text("ls", {}, {flag("type", {"nurbsCurve"})}), "nurbsCircleShape1");
 }
 
-TEST_F(Curves, CircleIsEditedAndQueriedThroughItsShape)
-{
+TEST_F(Curves, CircleIsEditedAndQueriedThroughItsShape) {
     scene.call("circle", {}, {flag("n", {"ring"})});
     scene.call("circle", {"ring"}, {flag("e"), flag("r", {2}), flag("sw", {180}), flag("s", {4})});
     EXPECT_EQ(scene.call("circle", {"ringShape"}, {flag("q"), flag("radius")}).number(), 2.0);
@@ -69,8 +63,7 @@ TEST_F(Curves, CircleIsEditedAndQueriedThroughItsShape)
     EXPECT_EQ(scene.error("circle", {}, {flag("colour", {2})}), "Invalid flag '-colour'.");
 }
 
-TEST_F(Curves, CurveNamesItsTransformAlone)
-{
+TEST_F(Curves, CurveNamesItsTransformAlone) {
     EXPECT_EQ(
         scene.text("curve", {},
                    {flag("d", {1}), flag("n", {"curveTemp"}), point(0, 0, 0), point(1, 2, 3)}),
@@ -88,8 +81,7 @@ TEST_F(Curves, CurveNamesItsTransformAlone)
     EXPECT_EQ(scene.number("curveShape2.degree"), 1.0);
 }
 
-TEST_F(Curves, WrongKnotsMakeNothing)
-{
+TEST_F(Curves, WrongKnotsMakeNothing) {
     const auto refused = [&](TestScene::Flags flags) { return scene.error("curve", {}, flags); };
     EXPECT_EQ(refused({flag("d", {1}), flag("k", {0}), point(0, 0, 0), point(1, 0, 0)}),
               "curve: 2 points of degree 1 need 2 knots, not 1.");
@@ -105,8 +97,7 @@ TEST_F(Curves, WrongKnotsMakeNothing)
     EXPECT_EQ(scene.text("ls", {}, {flag("type", {"nurbsCurve"})}), "");
 }
 
-TEST_F(Curves, PeriodicCurvesCountTheirOwnPoints)
-{
+TEST_F(Curves, PeriodicCurvesCountTheirOwnPoints) {
     TestScene::Flags flags{flag("d", {2}), flag("per", {1})};
     for (const V3d& p :
          {V3d(0, 0, 0), V3d(2, 0, 0), V3d(2, 2, 0), V3d(0, 2, 0), V3d(0, 0, 0), V3d(2, 0, 0)})
@@ -122,8 +113,7 @@ TEST_F(Curves, PeriodicCurvesCountTheirOwnPoints)
                 1e-12);
 }
 
-TEST_F(Curves, AppendedPointsLengthenTheCurve)
-{
+TEST_F(Curves, AppendedPointsLengthenTheCurve) {
     scene.call("curve", {}, {point(0, 0, 0), point(1, 0, 0), point(2, 0, 0), point(3, 0, 0)});
     EXPECT_NEAR(scene.call("arclen", {"curve1"}).number(), 3.0, 1e-9);
     scene.call("move", {0, 5, 0, "curve1"});
@@ -137,8 +127,7 @@ TEST_F(Curves, AppendedPointsLengthenTheCurve)
     EXPECT_NEAR(scene.call("arclen", {"curve1"}).number(), 9.0, 1e-12);
 }
 
-TEST_F(Curves, ComponentsAreNamedAfterTheTransform)
-{
+TEST_F(Curves, ComponentsAreNamedAfterTheTransform) {
     scene.call("circle", {}, {flag("n", {"ring"})});
     scene.call("select", {"ringShape.cv[*]"});
     EXPECT_EQ(selected(), "ring.cv[0:7]");
@@ -153,8 +142,7 @@ TEST_F(Curves, ComponentsAreNamedAfterTheTransform)
     EXPECT_EQ(scene.error("select", {"ring.vtx[0]"}), "No object matches name: ring.vtx[0]");
 }
 
-TEST_F(Curves, SelectedPointsTurnAboutTheirObject)
-{
+TEST_F(Curves, SelectedPointsTurnAboutTheirObject) {
     scene.call("circle", {}, {flag("n", {"ring"}), flag("nr", {1, 0, 0})});
     scene.call("move", {10, 0, 0, "ring"});
     scene.call("select", {"ring"});
@@ -172,8 +160,7 @@ TEST_F(Curves, SelectedPointsTurnAboutTheirObject)
     expectNear(cv("ring.cv[1]"), {0, kReach, 2 * kReach}, 1e-12);
 }
 
-TEST_F(Curves, AShapeMovesToAnotherTransformWithItsHistory)
-{
+TEST_F(Curves, AShapeMovesToAnotherTransformWithItsHistory) {
     scene.call("circle", {}, {flag("n", {"control"})});
     scene.call("move", {3, 0, 0, "control"});
     scene.call("circle", {}, {flag("nr", {1, 0, 0})});
@@ -191,8 +178,7 @@ TEST_F(Curves, AShapeMovesToAnotherTransformWithItsHistory)
     expectNear(cv("control.cv[1]"), {0, 2 * kReach, 0}, 1e-12);
 }
 
-TEST_F(Curves, AShapeOutlivesItsMaker)
-{
+TEST_F(Curves, AShapeOutlivesItsMaker) {
     for (const bool cut : {false, true}) {
         const std::string ring = cut ? "cut" : "deleted", maker = "makeNurbCircle1";
         scene.call("circle", {}, {flag("n", {ring}), flag("r", {2})});
@@ -208,8 +194,7 @@ TEST_F(Curves, AShapeOutlivesItsMaker)
     }
 }
 
-TEST_F(Curves, PointsAreReadAndSetLikeAttributes)
-{
+TEST_F(Curves, PointsAreReadAndSetLikeAttributes) {
     scene.call("circle", {}, {flag("n", {"ring"}), flag("r", {2})});
     EXPECT_EQ(scene.call("getAttr", {"ring.cv[*]"}).list().size(), 8u);
     expectNear(scene.call("getAttr", {"ring.cv[7]"}).tuple().items, {2 * kReach, 0, 0}, 1e-12);
@@ -223,8 +208,7 @@ TEST_F(Curves, PointsAreReadAndSetLikeAttributes)
               "setAttr: No object matches name: ring.cv[8]");
 }
 
-TEST_F(Curves, TheParameterRangeIsThatOfTheKnots)
-{
+TEST_F(Curves, TheParameterRangeIsThatOfTheKnots) {
     scene.call("curve", {},
                {flag("d", {1}), flag("k", {6}), flag("k", {8}), flag("k", {11}), point(0, 0, 0),
                 point(1, 0, 0), point(2, 0, 0)});
@@ -236,8 +220,7 @@ TEST_F(Curves, TheParameterRangeIsThatOfTheKnots)
     EXPECT_EQ(scene.number("ringShape.maxValue"), 6.0);
 }
 
-TEST_F(Curves, RenamingATransformRenamesItsShape)
-{
+TEST_F(Curves, RenamingATransformRenamesItsShape) {
     scene.call("circle");
     EXPECT_EQ(scene.text("rename", {"nurbsCircle1", "ball"}), "ball");
     EXPECT_EQ(shapeOf("ball"), "ballShape");
@@ -249,8 +232,22 @@ TEST_F(Curves, RenamingATransformRenamesItsShape)
     EXPECT_EQ(shapeOf("fancy"), "curveShape1");
 }
 
-TEST_F(Curves, BoxesGoAroundPointsOrTheCurve)
-{
+TEST_F(Curves, BoxesOfInstancesStandWhereTheyAre) {
+    scene.call("polyCube", {}, {flag("n", {"box"})});
+    scene.make("transform", "above");
+    scene.make("transform", "other", "above");
+    scene.call("parent", {"boxShape", "other"}, {flag("addObject"), flag("shape")});
+    scene.set("above.translateY", 3);
+    scene.set("other.translateX", 7);
+    const auto boxOf = [this](const char* name) {
+        return numbersOf(scene.call("exactWorldBoundingBox", {name}));
+    };
+    expectNear(boxOf("box"), {-0.5, -0.5, -0.5, 0.5, 0.5, 0.5});
+    expectNear(boxOf("other"), {6.5, 2.5, -0.5, 7.5, 3.5, 0.5});
+    expectNear(boxOf("above"), {6.5, 2.5, -0.5, 7.5, 3.5, 0.5});
+}
+
+TEST_F(Curves, BoxesGoAroundPointsOrTheCurve) {
     scene.call("circle", {}, {flag("n", {"ring"})});
     scene.call("move", {1, 0, 0, "ring"});
     expectNear(numbersOf(scene.call("exactWorldBoundingBox", {"ring"})),

@@ -7,14 +7,12 @@ using namespace torvel::test;
 
 namespace {
 
-class DeleteAndCopy : public testing::Test
-{
-protected:
+class DeleteAndCopy : public testing::Test {
+  protected:
     TestScene scene;
 };
 
-TEST_F(DeleteAndCopy, EverythingResolvesBeforeAnythingGoes)
-{
+TEST_F(DeleteAndCopy, EverythingResolvesBeforeAnythingGoes) {
     scene.make("transform", "a");
     EXPECT_EQ(scene.error("delete", {"a", "nothing"}), "No object matches name: nothing");
     EXPECT_TRUE(scene.exists("a"));
@@ -23,8 +21,7 @@ TEST_F(DeleteAndCopy, EverythingResolvesBeforeAnythingGoes)
     EXPECT_FALSE(scene.exists("a"));
 }
 
-TEST_F(DeleteAndCopy, ConversionsGoButDriversStay)
-{
+TEST_F(DeleteAndCopy, ConversionsGoButDriversStay) {
     scene.make("transform", "driver");
     scene.make("transform", "driven");
     scene.call("connectAttr", {"driver.tx", "driven.rx"});
@@ -34,8 +31,7 @@ TEST_F(DeleteAndCopy, ConversionsGoButDriversStay)
     EXPECT_TRUE(scene.exists("driver"));
 }
 
-TEST_F(DeleteAndCopy, ChannelsOfADeletedDriverKeepTheirValue)
-{
+TEST_F(DeleteAndCopy, ChannelsOfADeletedDriverKeepTheirValue) {
     scene.make("transform", "driver");
     scene.make("transform", "driven");
     scene.call("connectAttr", {"driver.t", "driven.t"});
@@ -46,8 +42,7 @@ TEST_F(DeleteAndCopy, ChannelsOfADeletedDriverKeepTheirValue)
     EXPECT_DOUBLE_EQ(scene.number("driven.tx"), 9.0);
 }
 
-TEST_F(DeleteAndCopy, LockedAndDefaultNodesStay)
-{
+TEST_F(DeleteAndCopy, LockedAndDefaultNodesStay) {
     scene.make("transform", "a");
     scene.make("transform", "b");
     scene.call("lockNode", {"a"}, {flag("l", {true})});
@@ -56,8 +51,7 @@ TEST_F(DeleteAndCopy, LockedAndDefaultNodesStay)
     EXPECT_NE(scene.error("delete", {"time1"}), "ok");
 }
 
-TEST_F(DeleteAndCopy, HandleGoesWithItsStartJoint)
-{
+TEST_F(DeleteAndCopy, HandleGoesWithItsStartJoint) {
     scene.make("joint", "a");
     scene.make("joint", "b", "a");
     scene.make("ikEffector", "eff", "a");
@@ -69,8 +63,7 @@ TEST_F(DeleteAndCopy, HandleGoesWithItsStartJoint)
     EXPECT_FALSE(scene.exists("eff"));
 }
 
-TEST_F(DeleteAndCopy, CopyIsASiblingWithBumpedNameAndSameLeaves)
-{
+TEST_F(DeleteAndCopy, CopyIsASiblingWithBumpedNameAndSameLeaves) {
     scene.make("transform", "P");
     scene.make("joint", "a", "P");
     scene.make("joint", "b", "a");
@@ -90,8 +83,7 @@ TEST_F(DeleteAndCopy, CopyIsASiblingWithBumpedNameAndSameLeaves)
     EXPECT_EQ(scene.text("ls", {}, {flag("sl")}), "a1");
 }
 
-TEST_F(DeleteAndCopy, DrivenChannelsFreezeInTheCopy)
-{
+TEST_F(DeleteAndCopy, DrivenChannelsFreezeInTheCopy) {
     scene.make("transform", "driver");
     scene.make("transform", "a");
     scene.call("connectAttr", {"driver.t", "a.t"});
@@ -103,8 +95,7 @@ TEST_F(DeleteAndCopy, DrivenChannelsFreezeInTheCopy)
     EXPECT_TRUE(scene.call("isConnected", {"driver.t", "fed.t"}).truth());
 }
 
-TEST_F(DeleteAndCopy, FlagsLimitWhatIsCopied)
-{
+TEST_F(DeleteAndCopy, FlagsLimitWhatIsCopied) {
     scene.make("transform", "a");
     scene.make("transform", "b", "a");
     scene.call("duplicate", {"a"}, {flag("po"), flag("n", {"alone"})});
@@ -115,14 +106,14 @@ TEST_F(DeleteAndCopy, FlagsLimitWhatIsCopied)
     EXPECT_EQ(scene.text("duplicate", {"a"}, {flag("n", {"|a|hand_FK"}), flag("po")}), "a_hand_FK");
 }
 
-TEST_F(DeleteAndCopy, MeshCopyShowsWhatTheOriginalShows)
-{
+TEST_F(DeleteAndCopy, MeshCopyShowsWhatTheOriginalShows) {
     scene.call("polyCube", {}, {flag("n", {"box"})});
     scene.call("move", {0, 1, 0, "box.vtx[0]"}, {flag("r")});
     const std::vector<double> before =
         numbersOf(scene.call("xform", {"box.vtx[0]"}, {flag("q"), flag("ws"), flag("t")}));
     scene.call("duplicate", {"box"}, {flag("n", {"other"})});
-    expectNear(numbersOf(scene.call("xform", {"other.vtx[0]"}, {flag("q"), flag("ws"), flag("t")})), before, 1e-6);
+    expectNear(numbersOf(scene.call("xform", {"other.vtx[0]"}, {flag("q"), flag("ws"), flag("t")})),
+               before, 1e-6);
     scene.call("delete", {"box"});
     EXPECT_FALSE(scene.exists("polyCube1")) << "the maker goes with its shape";
     EXPECT_TRUE(scene.exists("other"));

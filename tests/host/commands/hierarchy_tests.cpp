@@ -9,20 +9,19 @@ using namespace torvel::test;
 
 namespace {
 
-class Hierarchy : public testing::Test
-{
-protected:
+class Hierarchy : public testing::Test {
+  protected:
     // A joint without help of the joint command, so that its links are the test's own.
-    void joint(const std::string& name, const std::string& parent = {}) { scene.make("joint", name, parent); }
-    std::string parent(const TestScene::Args& args, const TestScene::Flags& flags = {})
-    {
+    void joint(const std::string& name, const std::string& parent = {}) {
+        scene.make("joint", name, parent);
+    }
+    std::string parent(const TestScene::Args& args, const TestScene::Flags& flags = {}) {
         return scene.text("parent", args, flags);
     }
     TestScene scene;
 };
 
-TEST_F(Hierarchy, JointKeepsItsPlaceByTranslateAndOrient)
-{
+TEST_F(Hierarchy, JointKeepsItsPlaceByTranslateAndOrient) {
     scene.make("transform", "G");
     scene.set("G.t", 5, 0, 0);
     scene.set("G.rz", 90);
@@ -39,8 +38,7 @@ TEST_F(Hierarchy, JointKeepsItsPlaceByTranslateAndOrient)
     expectNear(scene.numbers("J.jo"), {0, 0, 10});
 }
 
-TEST_F(Hierarchy, TransformGetsShearUnderAStretchedParent)
-{
+TEST_F(Hierarchy, TransformGetsShearUnderAStretchedParent) {
     scene.make("transform", "G");
     scene.set("G.s", 2, 1, 1);
     scene.make("transform", "T");
@@ -52,8 +50,7 @@ TEST_F(Hierarchy, TransformGetsShearUnderAStretchedParent)
     EXPECT_GT(std::abs(scene.numbers("T.shear")[0]), 0.1);
 }
 
-TEST_F(Hierarchy, JointThatCannotHoldItsScaleGetsATransformAboveIt)
-{
+TEST_F(Hierarchy, JointThatCannotHoldItsScaleGetsATransformAboveIt) {
     joint("P");
     scene.set("P.s", 2, 2, 2);
     joint("C", "P");
@@ -67,8 +64,7 @@ TEST_F(Hierarchy, JointThatCannotHoldItsScaleGetsATransformAboveIt)
     expectNear(scene.numbers("C.s"), {1, 1, 1});
 }
 
-TEST_F(Hierarchy, CompensatedScaleDropsOutOnTheWayToTheWorld)
-{
+TEST_F(Hierarchy, CompensatedScaleDropsOutOnTheWayToTheWorld) {
     scene.call("joint", {}, {flag("n", {"P"})});
     scene.call("joint", {}, {flag("n", {"C"}), flag("p", {1, 0, 0})});
     EXPECT_TRUE(scene.call("isConnected", {"P.s", "C.is"}).truth());
@@ -83,8 +79,7 @@ TEST_F(Hierarchy, CompensatedScaleDropsOutOnTheWayToTheWorld)
     expectNear(scene.numbers("C.t"), {1, 0, 0});
 }
 
-TEST_F(Hierarchy, AlreadyThereWarnsAndFails)
-{
+TEST_F(Hierarchy, AlreadyThereWarnsAndFails) {
     scene.make("transform", "G");
     scene.make("transform", "a", "G");
     scene.make("transform", "b", "G");
@@ -94,12 +89,12 @@ TEST_F(Hierarchy, AlreadyThereWarnsAndFails)
     EXPECT_EQ(scene.lines()[0].text,
               "Object, 'a', skipped.  It is already a child of the parent, 'G'.");
     EXPECT_EQ(scene.text("listRelatives", {"G"}), "a b") << "it keeps its place";
-    EXPECT_EQ(scene.error("parent", {"G", "a"}), "Cannot parent an object to itself or one of its children");
+    EXPECT_EQ(scene.error("parent", {"G", "a"}),
+              "Cannot parent an object to itself or one of its children");
     EXPECT_EQ(scene.error("parent", {"a", ""}), "No object matches name: ");
 }
 
-TEST_F(Hierarchy, LockedChannelStopsTheMoveBeforeAnythingHappens)
-{
+TEST_F(Hierarchy, LockedChannelStopsTheMoveBeforeAnythingHappens) {
     scene.make("transform", "G");
     scene.set("G.t", 1, 0, 0);
     scene.make("transform", "a");
@@ -111,8 +106,7 @@ TEST_F(Hierarchy, LockedChannelStopsTheMoveBeforeAnythingHappens)
     EXPECT_EQ(parent({"b", "identity"}), "b") << "nothing has to change under an identity group";
 }
 
-TEST_F(Hierarchy, RelativeKeepsLocalValues)
-{
+TEST_F(Hierarchy, RelativeKeepsLocalValues) {
     scene.make("transform", "G");
     scene.set("G.t", 5, 0, 0);
     scene.make("transform", "a");
@@ -122,8 +116,7 @@ TEST_F(Hierarchy, RelativeKeepsLocalValues)
     expectNear(scene.worldPosition("a"), {6, 2, 3});
 }
 
-TEST_F(Hierarchy, GroupStandsUnderTheLowestCommonParent)
-{
+TEST_F(Hierarchy, GroupStandsUnderTheLowestCommonParent) {
     scene.make("transform", "P");
     scene.make("transform", "a", "P");
     scene.make("transform", "b", "P");
@@ -140,8 +133,7 @@ TEST_F(Hierarchy, GroupStandsUnderTheLowestCommonParent)
     EXPECT_EQ(scene.text("group", {}, {flag("em")}), "group1");
 }
 
-TEST_F(Hierarchy, RelativesListGrandchildrenFirst)
-{
+TEST_F(Hierarchy, RelativesListGrandchildrenFirst) {
     joint("a");
     joint("b", "a");
     joint("b1", "b");
@@ -154,8 +146,7 @@ TEST_F(Hierarchy, RelativesListGrandchildrenFirst)
     EXPECT_EQ(scene.text("listRelatives", {"b1"}, {flag("p")}), "b");
 }
 
-TEST_F(Hierarchy, RenameFollowsTheRulesOfNames)
-{
+TEST_F(Hierarchy, RenameFollowsTheRulesOfNames) {
     scene.make("transform", "a");
     scene.make("transform", "b");
     EXPECT_EQ(scene.text("rename", {"a", "b"}), "b1");
@@ -170,8 +161,7 @@ TEST_F(Hierarchy, RenameFollowsTheRulesOfNames)
     EXPECT_EQ(scene.error("rename", {"leg", "x"}), "Cannot rename a locked node.");
 }
 
-TEST_F(Hierarchy, AmbiguousNamesAreRefusedButExist)
-{
+TEST_F(Hierarchy, AmbiguousNamesAreRefusedButExist) {
     scene.make("transform", "P");
     scene.make("transform", "x", "P");
     scene.make("transform", "x");
@@ -182,8 +172,7 @@ TEST_F(Hierarchy, AmbiguousNamesAreRefusedButExist)
     EXPECT_EQ(scene.text("ls", {"x"}, {flag("long")}), "|x |P|x");
 }
 
-TEST_F(Hierarchy, SelectionAddsTogglesAndExpands)
-{
+TEST_F(Hierarchy, SelectionAddsTogglesAndExpands) {
     for (const char* name : {"a", "b", "c"})
         scene.make("transform", name);
     scene.call("select", {"c", "a", "c"});
@@ -202,8 +191,7 @@ TEST_F(Hierarchy, SelectionAddsTogglesAndExpands)
     EXPECT_TRUE(scene.call("ls", {}, {flag("sl")}).list().empty());
 }
 
-TEST_F(Hierarchy, ComponentModeKeepsTheObjectsForLater)
-{
+TEST_F(Hierarchy, ComponentModeKeepsTheObjectsForLater) {
     scene.make("transform", "a");
     scene.make("transform", "b");
     scene.call("select", {"b", "a"});
@@ -214,19 +202,19 @@ TEST_F(Hierarchy, ComponentModeKeepsTheObjectsForLater)
     EXPECT_EQ(scene.text("ls", {}, {flag("sl")}), "b a");
 }
 
-TEST_F(Hierarchy, AttributePatternListsTheNodesThatHaveIt)
-{
+TEST_F(Hierarchy, AttributePatternListsTheNodesThatHaveIt) {
     joint("a");
     joint("b");
     joint("c");
     for (const char* name : {"a", "c"})
-        scene.call("addAttr", {name}, {flag("sn", {"liw"}), flag("ln", {"lockInfluenceWeights"}), flag("at", {"bool"})});
+        scene.call(
+            "addAttr", {name},
+            {flag("sn", {"liw"}), flag("ln", {"lockInfluenceWeights"}), flag("at", {"bool"})});
     EXPECT_EQ(scene.text("ls", {"*.liw"}), "a.lockInfluenceWeights c.lockInfluenceWeights");
     EXPECT_EQ(scene.text("ls", {"*.liw"}, {flag("sn")}), "a.liw c.liw");
 }
 
-TEST_F(Hierarchy, TypesListWithAndWithoutDerivedOnes)
-{
+TEST_F(Hierarchy, TypesListWithAndWithoutDerivedOnes) {
     scene.make("transform", "t1");
     joint("j1");
     EXPECT_EQ(scene.text("ls", {"t1", "j1"}, {flag("type", {"transform"})}), "t1 j1");

@@ -14,34 +14,29 @@ using namespace torvel::test;
 namespace {
 
 // arm (0 0 0), elbow (2 0 0), hand: bones of length 2, bent by 60 degrees through joint orient.
-class IkCommand : public testing::Test
-{
-protected:
-    IkCommand()
-    {
+class IkCommand : public testing::Test {
+  protected:
+    IkCommand() {
         createDefaultNodes(scene.scene());
         scene.call("joint", {}, {flag("n", {"arm"})});
         scene.call("joint", {}, {flag("n", {"elbow"}), flag("p", {2, 0, 0})});
         scene.call("joint", {}, {flag("n", {"hand"}), flag("p", {4, 0, 0})});
         scene.set("elbow.jo", 0, 0, 60);
     }
-    std::string make(TestScene::Flags more = {})
-    {
+    std::string make(TestScene::Flags more = {}) {
         TestScene::Flags flags{flag("sj", {"arm"}), flag("ee", {"hand"}),
                                flag("sol", {"ikRPsolver"})};
         flags.insert(flags.end(), more.begin(), more.end());
         return scene.text("ikHandle", {}, flags);
     }
     std::string error(TestScene::Flags flags) { return scene.error("ikHandle", {}, flags); }
-    bool connected(const char* from, const char* to)
-    {
+    bool connected(const char* from, const char* to) {
         return scene.call("isConnected", {from, to}).truth();
     }
     TestScene scene;
 };
 
-TEST_F(IkCommand, MakesHandleEffectorAndOneSharedSolver)
-{
+TEST_F(IkCommand, MakesHandleEffectorAndOneSharedSolver) {
     EXPECT_EQ(make({flag("n", {"reach"})}), "reach effector1");
     EXPECT_EQ(scene.text("ls", {}, {flag("sl")}), "reach");
     EXPECT_EQ(scene.text("listRelatives", {"effector1"}, {flag("p")}), "elbow");
@@ -64,8 +59,7 @@ TEST_F(IkCommand, MakesHandleEffectorAndOneSharedSolver)
     EXPECT_TRUE(scene.call("listConnections", {"arm.rotate", "elbow.rotate"}).isNone());
 }
 
-TEST_F(IkCommand, KeepsThePoseAndPointsThePoleAtTheElbow)
-{
+TEST_F(IkCommand, KeepsThePoseAndPointsThePoleAtTheElbow) {
     const std::vector<double> hand = scene.worldMatrix("hand"), elbow = scene.worldMatrix("elbow");
     make({flag("n", {"reach"})});
     expectNear(scene.worldMatrix("hand"), hand);
@@ -77,8 +71,7 @@ TEST_F(IkCommand, KeepsThePoseAndPointsThePoleAtTheElbow)
     EXPECT_NEAR(pole[1], -2 * std::cos(M_PI / 6), 1e-12);
 }
 
-TEST_F(IkCommand, AChainBentByItsRotatesLearnsThemAsPreferredAngles)
-{
+TEST_F(IkCommand, AChainBentByItsRotatesLearnsThemAsPreferredAngles) {
     scene.set("elbow.jo", 0, 0, 0);
     scene.set("arm.r", 0, 10, 0);
     scene.set("elbow.r", 0, 40, 0);
@@ -90,8 +83,7 @@ TEST_F(IkCommand, AChainBentByItsRotatesLearnsThemAsPreferredAngles)
     expectNear(scene.numbers("elbow.r"), {0, 40, 0});
 }
 
-TEST_F(IkCommand, PreferredAnglesThatAreThereStay)
-{
+TEST_F(IkCommand, PreferredAnglesThatAreThereStay) {
     scene.set("elbow.jo", 0, 0, 0);
     scene.set("elbow.pa", 0, 0, 25);
     scene.set("elbow.r", 0, 0, 40);
@@ -100,16 +92,14 @@ TEST_F(IkCommand, PreferredAnglesThatAreThereStay)
     expectNear(scene.numbers("elbow.r"), {0, 0, 40});
 }
 
-TEST_F(IkCommand, MovingTheHandleMovesTheHand)
-{
+TEST_F(IkCommand, MovingTheHandleMovesTheHand) {
     make({flag("n", {"reach"})});
     scene.call("move", {1, 1, 1, "reach"}, {flag("ws")});
     expectNear(scene.worldPosition("hand"), {1, 1, 1});
     expectNear(scene.numbers("hand.r"), {0, 0, 0});
 }
 
-TEST_F(IkCommand, ASingleChainKeepsThePoseAndFollowsTheHandlesTurn)
-{
+TEST_F(IkCommand, ASingleChainKeepsThePoseAndFollowsTheHandlesTurn) {
     scene.set("arm.jo", 10, 20, 30);
     scene.set("arm.r", 5, -20, 15);
     const std::vector<double> hand = scene.worldMatrix("hand"), arm = scene.worldMatrix("arm");
@@ -126,8 +116,7 @@ TEST_F(IkCommand, ASingleChainKeepsThePoseAndFollowsTheHandlesTurn)
     EXPECT_GT(std::abs(scene.worldMatrix("arm")[5] - arm[5]), 0.01);
 }
 
-TEST_F(IkCommand, NamesWhatCannotBe)
-{
+TEST_F(IkCommand, NamesWhatCannotBe) {
     const std::string start = "Could not create IK handle: ";
     EXPECT_EQ(error({flag("sj", {"arm"}), flag("ee", {"nobody"})}),
               "No object matches name: nobody");
@@ -153,8 +142,7 @@ TEST_F(IkCommand, NamesWhatCannotBe)
     EXPECT_EQ(scene.text("ls", {}, {flag("type", {"ikEffector"})}), "");
 }
 
-TEST_F(IkCommand, QueriesAndEdits)
-{
+TEST_F(IkCommand, QueriesAndEdits) {
     make({flag("n", {"reach"}), flag("p", {3}), flag("w", {0.5}), flag("pw", {0.25}),
           flag("s", {"sticky"})});
     const auto query = [&](const char* name) {
@@ -184,8 +172,7 @@ TEST_F(IkCommand, QueriesAndEdits)
               "ikHandle: 'arm' is no IK handle.");
 }
 
-TEST_F(IkCommand, DeletingEndsOfTheChainTakesTheHandleAlong)
-{
+TEST_F(IkCommand, DeletingEndsOfTheChainTakesTheHandleAlong) {
     make({flag("n", {"reach"})});
     scene.call("delete", {"reach"});
     EXPECT_FALSE(scene.exists("effector1"));
@@ -197,8 +184,7 @@ TEST_F(IkCommand, DeletingEndsOfTheChainTakesTheHandleAlong)
     EXPECT_FALSE(scene.exists("short"));
 }
 
-TEST_F(IkCommand, CopiesAndFilesHoldTheSolvedPose)
-{
+TEST_F(IkCommand, CopiesAndFilesHoldTheSolvedPose) {
     make({flag("n", {"reach"})});
     scene.set("reach.t", 2, 0,
               0);  // an equilateral triangle: the elbow turns from 60 to 120 degrees
@@ -217,8 +203,7 @@ TEST_F(IkCommand, CopiesAndFilesHoldTheSolvedPose)
     EXPECT_NEAR(read.storedNumber(read.findPlug(elbow, "rotateZ")), M_PI / 3, 1e-12);
 }
 
-TEST_F(IkCommand, TheBlendedPoseSurvivesAFile)
-{
+TEST_F(IkCommand, TheBlendedPoseSurvivesAFile) {
     make({flag("n", {"reach"})});
     scene.set("reach.t", 2, 0, 0);
     scene.set("elbow.r", 0, 0, 20);
@@ -242,8 +227,7 @@ TEST_F(IkCommand, TheBlendedPoseSurvivesAFile)
 
 // How far the elbow stands off the side on which the pole control stands, seen along the line from
 // arm to hand; degrees.
-double sideError(TestScene& scene, const std::string& pole)
-{
+double sideError(TestScene& scene, const std::string& pole) {
     const auto at = [&](const std::string& name) {
         const std::vector<double> p = scene.worldPosition(name);
         return V3d(p[0], p[1], p[2]);
@@ -254,8 +238,7 @@ double sideError(TestScene& scene, const std::string& pole)
     return std::atan2(a.cross(b).length(), a.dot(b)) * 180 / M_PI;
 }
 
-TEST_F(IkCommand, ThePoleConstraintTurnsTheElbowWhereverTheHandleHangs)
-{
+TEST_F(IkCommand, ThePoleConstraintTurnsTheElbowWhereverTheHandleHangs) {
     make({flag("n", {"reach"})});
     scene.make("transform", "pole");
     scene.make("transform", "control");
@@ -279,8 +262,7 @@ TEST_F(IkCommand, ThePoleConstraintTurnsTheElbowWhereverTheHandleHangs)
     expectNear(scene.worldPosition("hand"), scene.worldPosition("reach"));
 }
 
-TEST_F(IkCommand, TheHandsOwnRotationBelongsToItsConstraint)
-{
+TEST_F(IkCommand, TheHandsOwnRotationBelongsToItsConstraint) {
     make({flag("n", {"reach"})});
     scene.make("transform", "control");
     scene.set("control.r", 10, 20, 30);
@@ -294,8 +276,7 @@ TEST_F(IkCommand, TheHandsOwnRotationBelongsToItsConstraint)
 }
 
 // Three chains and a switch: the middle one follows FK and IK with the weights 1-w and w.
-TEST_F(IkCommand, AChainBetweenFkAndIk)
-{
+TEST_F(IkCommand, AChainBetweenFkAndIk) {
     make({flag("n", {"reach"})});
     scene.call("duplicate", {"arm"}, {flag("n", {"armFK"})});
     scene.call("duplicate", {"arm"}, {flag("n", {"armMAIN"})});
@@ -323,8 +304,7 @@ TEST_F(IkCommand, AChainBetweenFkAndIk)
 // --- shadingNode
 // ---------------------------------------------------------------------------------------------------
 
-TEST_F(IkCommand, ShadingNodesStandInTheirList)
-{
+TEST_F(IkCommand, ShadingNodesStandInTheirList) {
     EXPECT_EQ(scene.text("shadingNode", {"reverse"}, {flag("asUtility")}), "reverse1");
     EXPECT_EQ(scene.text("shadingNode", {"reverse"}, {flag("au")}), "reverse2");
     EXPECT_TRUE(connected("reverse1.message", "defaultRenderUtilityList1.utilities[0]"));

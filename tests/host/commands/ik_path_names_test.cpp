@@ -10,11 +10,9 @@ using namespace torvel::test;
 
 namespace {
 
-class PathNames : public testing::Test
-{
-protected:
-    PathNames()
-    {
+class PathNames : public testing::Test {
+  protected:
+    PathNames() {
         createDefaultNodes(scene.scene());
         scene.make("joint", "arm");
         scene.make("joint", "elbow", "arm");
@@ -26,8 +24,7 @@ protected:
     TestScene scene;
 };
 
-TEST_F(PathNames, ACopyOfATopJointTakesTheNameWithoutItsBar)
-{
+TEST_F(PathNames, ACopyOfATopJointTakesTheNameWithoutItsBar) {
     EXPECT_EQ(scene.text("duplicate", {"|arm"}, {flag("n", {"|arm_FK"})}), "arm_FK elbow hand");
     EXPECT_EQ(scene.text("listRelatives", {"arm_FK"}, {flag("c"), flag("f")}), "|arm_FK|elbow");
     EXPECT_EQ(scene.error("select", {"|arm_FK", "|arm|elbow|hand_FK"}, {flag("r")}),
@@ -36,8 +33,7 @@ TEST_F(PathNames, ACopyOfATopJointTakesTheNameWithoutItsBar)
               "arm_FK");  // the refused command left what was selected
 }
 
-TEST_F(PathNames, ACopyFurtherDownGetsBarsAsUnderscores)
-{
+TEST_F(PathNames, ACopyFurtherDownGetsBarsAsUnderscores) {
     EXPECT_EQ(scene.text("duplicate", {"|arm|elbow"}, {flag("n", {"|arm|elbow_FK"})}),
               "arm_elbow_FK hand");
     EXPECT_EQ(scene.text("listRelatives", {"arm_elbow_FK"}, {flag("p")}), "arm");
@@ -45,16 +41,14 @@ TEST_F(PathNames, ACopyFurtherDownGetsBarsAsUnderscores)
               "No object matches name: |arm|elbow_FK");
 }
 
-TEST_F(PathNames, RenamingMakesAPathLegal)
-{
+TEST_F(PathNames, RenamingMakesAPathLegal) {
     EXPECT_EQ(scene.text("rename", {"|arm|elbow|hand", "|arm|elbow|hand_attr"}),
               "arm_elbow_hand_attr");
     EXPECT_EQ(scene.error("rename", {"|arm|elbow", "|||"}), "New name has no legal characters.");
     EXPECT_EQ(scene.error("rename", {"|arm|hand", "x"}), "No object matches name: |arm|hand");
 }
 
-TEST_F(PathNames, AttributesBehindAPathThatLeadsNowhere)
-{
+TEST_F(PathNames, AttributesBehindAPathThatLeadsNowhere) {
     scene.make("transform", "arm_elbow_hand_attr");
     scene.call("addAttr", {"arm_elbow_hand_attr"},
                {flag("ln", {"FKIK"}), flag("at", {"float"}), flag("min", {0}), flag("max", {1}),
@@ -71,8 +65,7 @@ TEST_F(PathNames, AttributesBehindAPathThatLeadsNowhere)
               "No object matches name: |arm|elbow|hand_attr");
 }
 
-TEST_F(PathNames, AGroupThatItsOwnPathRepeats)
-{
+TEST_F(PathNames, AGroupThatItsOwnPathRepeats) {
     scene.make("transform", "arm_Offset");
     scene.make("transform", "arm_ctrl", "arm_Offset");
     scene.make("transform", "group");
@@ -82,8 +75,7 @@ TEST_F(PathNames, AGroupThatItsOwnPathRepeats)
 }
 
 // The flag allows shapes; a transform goes as ever, and stays where it stands in the world.
-TEST_F(PathNames, ParentWithTheShapeFlagMovesATransformAsEver)
-{
+TEST_F(PathNames, ParentWithTheShapeFlagMovesATransformAsEver) {
     scene.make("transform", "offset");
     scene.set("offset.t", 7, 0, 0);
     EXPECT_EQ(scene.text("parent", {"offset", "hand"}, {flag("s")}), "offset");
@@ -100,11 +92,9 @@ TEST_F(PathNames, ParentWithTheShapeFlagMovesATransformAsEver)
 // --- the switch
 // ----------------------------------------------------------------------------------------------------
 
-class Switch : public PathNames
-{
-protected:
-    Switch()
-    {
+class Switch : public PathNames {
+  protected:
+    Switch() {
         scene.make("transform", "switch");
         scene.call("addAttr", {"switch"},
                    {flag("ln", {"FKIK"}), flag("at", {"float"}), flag("min", {0}), flag("max", {1}),
@@ -112,8 +102,7 @@ protected:
     }
 };
 
-TEST_F(Switch, StaysWithinItsLimits)
-{
+TEST_F(Switch, StaysWithinItsLimits) {
     EXPECT_EQ(scene.number("switch.FKIK"), 0);
     EXPECT_EQ(scene.error("setAttr", {"switch.FKIK", 1.5}),
               "setAttr: Cannot set the attribute 'switch.FKIK' past its maximum value of 1.");
@@ -138,8 +127,7 @@ TEST_F(Switch, StaysWithinItsLimits)
               "setAttr: Cannot set the attribute 'switch.angle' past its maximum value of 90.");
 }
 
-TEST_F(Switch, AnyValueButNoneShows)
-{
+TEST_F(Switch, AnyValueButNoneShows) {
     scene.make("transform", "group");
     scene.make("joint", "below", "group");
     scene.call("connectAttr", {"switch.FKIK", "group.visibility"});
@@ -159,8 +147,7 @@ TEST_F(Switch, AnyValueButNoneShows)
     EXPECT_EQ(shown(), "group");
 }
 
-TEST_F(Switch, DrivesThroughAReverse)
-{
+TEST_F(Switch, DrivesThroughAReverse) {
     scene.make("transform", "fk");
     scene.make("transform", "ik");
     scene.call("shadingNode", {"reverse"}, {flag("asUtility")});

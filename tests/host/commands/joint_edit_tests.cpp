@@ -9,11 +9,9 @@ using namespace torvel::test;
 
 namespace {
 
-class JointEditing : public testing::Test
-{
-protected:
-    JointEditing()
-    {
+class JointEditing : public testing::Test {
+  protected:
+    JointEditing() {
         scene.make("joint", "a");
         scene.make("joint", "b", "a");
         scene.make("joint", "c", "b");
@@ -23,8 +21,7 @@ protected:
     TestScene scene;
 };
 
-TEST_F(JointEditing, GivenOrientationsAreWrittenAsTheyAre)
-{
+TEST_F(JointEditing, GivenOrientationsAreWrittenAsTheyAre) {
     scene.call("joint", {"b"}, {flag("e"), flag("o", {10, 20, 30}), flag("so", {-5, 0, 15})});
     expectNear(scene.numbers("b.jo"), {10, 20, 30}, 1e-12);
     expectNear(scene.numbers("b.rotateAxis"), {-5, 0, 15}, 1e-12);
@@ -32,15 +29,14 @@ TEST_F(JointEditing, GivenOrientationsAreWrittenAsTheyAre)
     expectNear(scene.numbers("a.jo"), {0, 0, 0});
 }
 
-TEST_F(JointEditing, GivenOrientationsWinOverComputedOnes)
-{
-    scene.call("joint", {"b"}, {flag("e"), flag("o", {0, 0, 45}), flag("oj", {"xyz"}), flag("sao", {"yup"})});
+TEST_F(JointEditing, GivenOrientationsWinOverComputedOnes) {
+    scene.call("joint", {"b"},
+               {flag("e"), flag("o", {0, 0, 45}), flag("oj", {"xyz"}), flag("sao", {"yup"})});
     expectNear(scene.numbers("b.jo"), {0, 0, 45}, 1e-12);
     expectNear(scene.numbers("b.rotateAxis"), {0, 0, 0});
 }
 
-TEST_F(JointEditing, PreferredAnglesAreTakenAndAssumed)
-{
+TEST_F(JointEditing, PreferredAnglesAreTakenAndAssumed) {
     scene.call("setAttr", {"b.r", 5.0, 15.0, -25.0});
     scene.call("joint", {"a"}, {flag("e"), flag("spa"), flag("ch")});
     expectNear(scene.numbers("b.pa"), {5, 15, -25}, 1e-12);
@@ -49,16 +45,14 @@ TEST_F(JointEditing, PreferredAnglesAreTakenAndAssumed)
     expectNear(scene.numbers("b.r"), {5, 15, -25}, 1e-12);
 }
 
-TEST_F(JointEditing, ChildrenTakePlainFlagsToo)
-{
+TEST_F(JointEditing, ChildrenTakePlainFlagsToo) {
     scene.call("joint", {"b"}, {flag("e"), flag("ch"), flag("rad", {2.5})});
     EXPECT_DOUBLE_EQ(scene.number("a.radius"), 1.0);
     EXPECT_DOUBLE_EQ(scene.number("b.radius"), 2.5);
     EXPECT_DOUBLE_EQ(scene.number("c.radius"), 2.5);
 }
 
-TEST_F(JointEditing, ARadiusBelowItsLeastIsRefusedBySetAttr)
-{
+TEST_F(JointEditing, ARadiusBelowItsLeastIsRefusedBySetAttr) {
     EXPECT_NE(scene.error("setAttr", {"a.radius", -0.5}), "ok");
     EXPECT_DOUBLE_EQ(scene.number("a.radius"), 1.0);
     scene.call("setAttr", {"a.radius", 0.0});
@@ -67,8 +61,7 @@ TEST_F(JointEditing, ARadiusBelowItsLeastIsRefusedBySetAttr)
 
 // The second turn stands within a millionth of a degree of a right angle, where the outer two are
 // hardly told apart; a far child shows what is lost.
-TEST_F(JointEditing, PlacesSurviveAnOrientationCloseToARightAngle)
-{
+TEST_F(JointEditing, PlacesSurviveAnOrientationCloseToARightAngle) {
     for (const double gap : {1e-4, 1e-7, 1e-10, 0.0}) {
         SCOPED_TRACE(gap);
         scene.call("setAttr", {"b.jo", 40.0, 90.0 - gap, -25.0});
@@ -87,8 +80,7 @@ TEST_F(JointEditing, PlacesSurviveAnOrientationCloseToARightAngle)
 }
 
 // Even a change that no channel shows adds up at the end of a long chain.
-TEST_F(JointEditing, SmallChangesAreWritten)
-{
+TEST_F(JointEditing, SmallChangesAreWritten) {
     scene.call("setAttr", {"c.t", 5000.0, 0.0, 0.0});
     scene.call("setAttr", {"a.jo", 0.0, 0.0, 2e-8});
     const std::vector<double> before = scene.worldMatrix("c");

@@ -9,29 +9,25 @@ using namespace torvel::test;
 
 namespace {
 
-class Keys : public testing::Test
-{
-protected:
+class Keys : public testing::Test {
+  protected:
     void SetUp() override { scene.make("joint", "arm"); }
-    std::int64_t key(const char* attr, double time, double value)
-    {
-        const TestScene::Flags flags{flag("attribute", {attr}), flag("time", {time}), flag("value", {value})};
+    std::int64_t key(const char* attr, double time, double value) {
+        const TestScene::Flags flags{flag("attribute", {attr}), flag("time", {time}),
+                                     flag("value", {value})};
         return scene.call("setKeyframe", {"arm"}, flags).integer();
     }
-    double at(const char* plug, double time)
-    {
+    double at(const char* plug, double time) {
         scene.call("currentTime", {time});
         return scene.number(plug);
     }
-    std::vector<double> asked(const char* what, const char* plug = "arm.rx")
-    {
+    std::vector<double> asked(const char* what, const char* plug = "arm.rx") {
         return numbersOf(scene.call("keyframe", {plug}, {flag("query"), flag(what)}));
     }
     TestScene scene;
 };
 
-TEST_F(Keys, MakeOneCurveForEachAttribute)
-{
+TEST_F(Keys, MakeOneCurveForEachAttribute) {
     EXPECT_EQ(key("rotateX", 0, 0), 1);
     EXPECT_EQ(key("rotateX", 15, 40), 1);
     EXPECT_EQ(key("rx", 30, -40), 1);
@@ -40,19 +36,21 @@ TEST_F(Keys, MakeOneCurveForEachAttribute)
     EXPECT_EQ(scene.text("nodeType", {"arm_rotateX"}), "animCurveTA");
     EXPECT_EQ(scene.text("nodeType", {"arm_translateY"}), "animCurveTL");
     EXPECT_EQ(scene.text("nodeType", {"arm_scaleZ"}), "animCurveTU");
-    EXPECT_EQ(scene.text("connectionInfo", {"arm.rx"}, {flag("sourceFromDestination")}), "arm_rotateX.output");
+    EXPECT_EQ(scene.text("connectionInfo", {"arm.rx"}, {flag("sourceFromDestination")}),
+              "arm_rotateX.output");
     EXPECT_NEAR(at("arm.rx", 15), 40, 1e-12);
     EXPECT_NEAR(at("arm.rx", 7.5), 20, 1e-12);
     EXPECT_NEAR(at("arm.rx", 22.5), 0, 1e-12);
     EXPECT_NEAR(at("arm.rx", 99), -40, 1e-12);
     expectNear(asked("timeChange"), {0, 15, 30});
     expectNear(asked("valueChange"), {0, 40, -40});
-    EXPECT_EQ(scene.call("keyframe", {"arm.rx"}, {flag("query"), flag("keyframeCount")}).integer(), 3);
-    EXPECT_EQ(scene.text("keyframe", {"arm"}, {flag("query"), flag("name")}), "arm_rotateX arm_translateY arm_scaleZ");
+    EXPECT_EQ(scene.call("keyframe", {"arm.rx"}, {flag("query"), flag("keyframeCount")}).integer(),
+              3);
+    EXPECT_EQ(scene.text("keyframe", {"arm"}, {flag("query"), flag("name")}),
+              "arm_rotateX arm_translateY arm_scaleZ");
 }
 
-TEST_F(Keys, TheTimeNodeAndTheTimeFlagMoveThem)
-{
+TEST_F(Keys, TheTimeNodeAndTheTimeFlagMoveThem) {
     key("tx", 0, 0);
     key("tx", 10, 5);
     EXPECT_EQ(at("arm.tx", 0), 0);
@@ -62,8 +60,7 @@ TEST_F(Keys, TheTimeNodeAndTheTimeFlagMoveThem)
     EXPECT_EQ(scene.number("arm.tx"), 5);
 }
 
-TEST_F(Keys, ValueAndTimeDefaultToWhatIsShown)
-{
+TEST_F(Keys, ValueAndTimeDefaultToWhatIsShown) {
     scene.set("arm.ry", 33);
     scene.call("currentTime", {7});
     EXPECT_EQ(scene.call("setKeyframe", {"arm.ry"}).integer(), 1);
@@ -75,8 +72,7 @@ TEST_F(Keys, ValueAndTimeDefaultToWhatIsShown)
     EXPECT_EQ(scene.call("setKeyframe", {"arm"}, twice).integer(), 6);
 }
 
-TEST_F(Keys, DrivenAndLockedNumbersTakeNone)
-{
+TEST_F(Keys, DrivenAndLockedNumbersTakeNone) {
     scene.make("transform", "other");
     scene.call("connectAttr", {"other.tx", "arm.tx"});
     scene.call("setAttr", {"arm.ty"}, {flag("lock", {true})});
@@ -88,15 +84,16 @@ TEST_F(Keys, DrivenAndLockedNumbersTakeNone)
     EXPECT_EQ(scene.run("setKeyframe", {"gone"}).kind(), Status::Kind::Value);
 }
 
-TEST_F(Keys, CuttingKeepsTheShownValueAndCountsCurves)
-{
+TEST_F(Keys, CuttingKeepsTheShownValueAndCountsCurves) {
     for (const char* attr : {"rotateX", "rotateY", "rotateZ", "translateX"}) {
         key(attr, 0, 0);
         key(attr, 10, 20);
     }
     scene.make("transform", "bare");
     scene.call("currentTime", {10});
-    EXPECT_EQ(scene.call("cutKey", {"arm", "bare"}, {flag("attribute", {"rotate"}), flag("clear")}).integer(), 3);
+    EXPECT_EQ(scene.call("cutKey", {"arm", "bare"}, {flag("attribute", {"rotate"}), flag("clear")})
+                  .integer(),
+              3);
     EXPECT_FALSE(scene.exists("arm_rotateX"));
     EXPECT_TRUE(scene.exists("arm_translateX"));
     scene.call("currentTime", {0});
@@ -108,29 +105,37 @@ TEST_F(Keys, CuttingKeepsTheShownValueAndCountsCurves)
     EXPECT_FALSE(scene.exists("arm_translateX"));
 }
 
-TEST_F(Keys, AreMovedAndAskedByRange)
-{
+TEST_F(Keys, AreMovedAndAskedByRange) {
     for (int i = 0; i < 4; ++i)
         key("rx", i * 10, i);
     RawFlag range = flag("time", {Value::doubles({5, 25})});
     range.fromPython = true;
-    scene.call("keyframe", {"arm.rx"}, {flag("edit"), flag("relative"), flag("timeChange", {1}), range});
+    scene.call("keyframe", {"arm.rx"},
+               {flag("edit"), flag("relative"), flag("timeChange", {1}), range});
     expectNear(asked("timeChange"), {0, 11, 21, 30});
-    scene.call("keyframe", {"arm.rx"}, {flag("edit"), flag("valueChange", {90}), flag("index", {0})});
+    scene.call("keyframe", {"arm.rx"},
+               {flag("edit"), flag("valueChange", {90}), flag("index", {0})});
     expectNear(asked("valueChange"), {90, 1, 2, 3});
-    EXPECT_NE(scene.error("keyframe", {"arm.rx"}, {flag("timeChange", {11}), flag("index", {0})}), "ok");
+    EXPECT_NE(scene.error("keyframe", {"arm.rx"}, {flag("timeChange", {11}), flag("index", {0})}),
+              "ok");
     expectNear(asked("timeChange"), {0, 11, 21, 30});
-    expectNear(numbersOf(scene.call("keyframe", {"arm.rx"}, {flag("query"), flag("eval"), flag("time", {11})})), {1});
-    EXPECT_EQ(scene.call("findKeyframe", {"arm"}, {flag("which", {"next"}), flag("time", {11})}).number(), 21);
-    EXPECT_EQ(scene.call("findKeyframe", {"arm"}, {flag("which", {"previous"}), flag("time", {0})}).number(), 30);
+    expectNear(numbersOf(scene.call("keyframe", {"arm.rx"},
+                                    {flag("query"), flag("eval"), flag("time", {11})})),
+               {1});
+    EXPECT_EQ(
+        scene.call("findKeyframe", {"arm"}, {flag("which", {"next"}), flag("time", {11})}).number(),
+        21);
+    EXPECT_EQ(scene.call("findKeyframe", {"arm"}, {flag("which", {"previous"}), flag("time", {0})})
+                  .number(),
+              30);
 }
 
-TEST_F(Keys, TangentsAreSetAndAsked)
-{
+TEST_F(Keys, TangentsAreSetAndAsked) {
     key("tx", 0, 0);
     key("tx", 24, 24);
     EXPECT_NEAR(at("arm.tx", 6), 24 * (3.0 / 16 - 2.0 / 64), 1e-12);  // flat ends
-    scene.call("keyTangent", {"arm.tx"}, {flag("inTangentType", {"linear"}), flag("outTangentType", {"linear"})});
+    scene.call("keyTangent", {"arm.tx"},
+               {flag("inTangentType", {"linear"}), flag("outTangentType", {"linear"})});
     EXPECT_NEAR(at("arm.tx", 6), 6, 1e-12);
     // 24 units in one second are a slope of 24
     const TestScene::Flags first{flag("query"), flag("outAngle"), flag("index", {0})};
@@ -138,23 +143,28 @@ TEST_F(Keys, TangentsAreSetAndAsked)
     EXPECT_NEAR(std::tan(angle.at(0) * 3.14159265358979323846 / 180), 24, 1e-9);
     scene.call("keyTangent", {"arm.tx"}, {flag("outTangentType", {"step"}), flag("time", {0})});
     EXPECT_EQ(at("arm.tx", 23), 0);
-    EXPECT_EQ(scene.text("keyTangent", {"arm.tx"}, {flag("query"), flag("outTangentType")}), "step linear");
-    EXPECT_EQ(scene.text("keyTangent", {}, {flag("query"), flag("global"), flag("outTangentType")}), "auto");
-    scene.call("keyTangent", {},
-               {flag("global"), flag("inTangentType", {"linear"}), flag("outTangentType", {"linear"})});
+    EXPECT_EQ(scene.text("keyTangent", {"arm.tx"}, {flag("query"), flag("outTangentType")}),
+              "step linear");
+    EXPECT_EQ(scene.text("keyTangent", {}, {flag("query"), flag("global"), flag("outTangentType")}),
+              "auto");
+    scene.call(
+        "keyTangent", {},
+        {flag("global"), flag("inTangentType", {"linear"}), flag("outTangentType", {"linear"})});
     key("ty", 0, 0);
     key("ty", 10, 10);
     EXPECT_NEAR(at("arm.ty", 2.5), 2.5, 1e-12);
     EXPECT_NE(scene.error("keyTangent", {"arm.tx"}, {flag("inTangentType", {"wavy"})}), "ok");
 }
 
-TEST_F(Keys, DriveOverAnotherAttribute)
-{
+TEST_F(Keys, DriveOverAnotherAttribute) {
     scene.make("transform", "dial");
     const auto drive = [&](double driver, double value) {
-        return scene.call("setDrivenKeyframe", {"arm.rx"},
-                          {flag("currentDriver", {"dial.rz"}), flag("driverValue", {driver}), flag("value", {value}),
-                           flag("inTangentType", {"linear"}), flag("outTangentType", {"linear"})}).integer();
+        return scene
+            .call("setDrivenKeyframe", {"arm.rx"},
+                  {flag("currentDriver", {"dial.rz"}), flag("driverValue", {driver}),
+                   flag("value", {value}), flag("inTangentType", {"linear"}),
+                   flag("outTangentType", {"linear"})})
+            .integer();
     };
     EXPECT_EQ(drive(0, 10), 1);
     EXPECT_EQ(drive(90, 100), 1);
@@ -163,13 +173,14 @@ TEST_F(Keys, DriveOverAnotherAttribute)
     EXPECT_NEAR(scene.number("arm.rx"), 55, 1e-9);
     scene.call("currentTime", {50});
     EXPECT_NEAR(scene.number("arm.rx"), 55, 1e-9);
-    EXPECT_EQ(scene.text("setDrivenKeyframe", {"arm.rx"}, {flag("query"), flag("driver")}), "dial.rotateZ");
-    EXPECT_NE(scene.error("setDrivenKeyframe", {"arm.rx"}, {flag("currentDriver", {"dial.tx"})}), "ok");
+    EXPECT_EQ(scene.text("setDrivenKeyframe", {"arm.rx"}, {flag("query"), flag("driver")}),
+              "dial.rotateZ");
+    EXPECT_NE(scene.error("setDrivenKeyframe", {"arm.rx"}, {flag("currentDriver", {"dial.tx"})}),
+              "ok");
     EXPECT_NE(scene.error("setDrivenKeyframe", {"arm.ry"}), "ok");
 }
 
-TEST_F(Keys, PlaybackRangeAndPlay)
-{
+TEST_F(Keys, PlaybackRangeAndPlay) {
     const auto ask = [&](const char* what) {
         return scene.call("playbackOptions", {}, {flag("query"), flag(what)}).number();
     };
@@ -191,11 +202,11 @@ TEST_F(Keys, PlaybackRangeAndPlay)
     EXPECT_EQ(scene.number("arm.tx"), 7);
 }
 
-TEST_F(Keys, TimeUnitsKeepKeysOnTheClock)
-{
+TEST_F(Keys, TimeUnitsKeepKeysOnTheClock) {
     key("tx", 0, 0);
     key("tx", 24, 24);
-    scene.call("keyTangent", {"arm.tx"}, {flag("outTangentType", {"linear"}), flag("inTangentType", {"linear"})});
+    scene.call("keyTangent", {"arm.tx"},
+               {flag("outTangentType", {"linear"}), flag("inTangentType", {"linear"})});
     EXPECT_EQ(scene.text("currentUnit", {}, {flag("query"), flag("time")}), "film");
     EXPECT_EQ(scene.call("currentTime", {"1sec"}).number(), 24);
     scene.call("currentUnit", {}, {flag("time", {"ntsc"})});
@@ -206,8 +217,7 @@ TEST_F(Keys, TimeUnitsKeepKeysOnTheClock)
     EXPECT_NE(scene.error("currentUnit", {}, {flag("linear", {"mile"})}), "ok");
 }
 
-TEST_F(Keys, UnitsOfConnectionsAreConverted)
-{
+TEST_F(Keys, UnitsOfConnectionsAreConverted) {
     scene.make("transform", "other");
     scene.call("connectAttr", {"arm.rx", "other.tx"});
     scene.set("arm.rx", 30);
@@ -218,8 +228,10 @@ TEST_F(Keys, UnitsOfConnectionsAreConverted)
     EXPECT_NEAR(scene.number("unitConversion2.conversionFactor"), 24.0 / 6000, 1e-15);
     scene.make("blendColors", "mix");
     scene.call("connectAttr", {"arm.r", "mix.c1"}, {flag("force")});
-    EXPECT_EQ(scene.text("connectionInfo", {"mix.c1"}, {flag("sourceFromDestination")}), "unitConversion3.output");
-    EXPECT_TRUE(scene.call("isConnected", {"arm.r", "mix.c1"}, {flag("ignoreUnitConversion")}).truth());
+    EXPECT_EQ(scene.text("connectionInfo", {"mix.c1"}, {flag("sourceFromDestination")}),
+              "unitConversion3.output");
+    EXPECT_TRUE(
+        scene.call("isConnected", {"arm.r", "mix.c1"}, {flag("ignoreUnitConversion")}).truth());
     scene.set("mix.b", 1);
     scene.set("arm.r", 10, 20, 30);
     expectNear(scene.numbers("mix.op"), {10, 20, 30}, 1e-5);
@@ -229,14 +241,17 @@ TEST_F(Keys, UnitsOfConnectionsAreConverted)
     const char* const kinds[] = {"bool",  "byte",   "short",       "long",         "enum",
                                  "float", "double", "doubleAngle", "doubleLinear", "time"};
     for (const char* kind : kinds)
-        scene.call("addAttr", {"arm"}, {flag("longName", {std::string("k_") + kind}), flag("attributeType", {kind})});
+        scene.call("addAttr", {"arm"},
+                   {flag("longName", {std::string("k_") + kind}), flag("attributeType", {kind})});
     for (const char* from : kinds)
         for (const char* to : kinds)
             if (std::string(from) != to) {
                 SCOPED_TRACE(std::string(from) + " -> " + to);
-                const Value::List ends{Value("arm.k_" + std::string(from)), Value("other.k_" + std::string(to))};
-                scene.call("addAttr", {"other"},
-                           {flag("longName", {std::string("k_") + to}), flag("attributeType", {to})});
+                const Value::List ends{Value("arm.k_" + std::string(from)),
+                                       Value("other.k_" + std::string(to))};
+                scene.call(
+                    "addAttr", {"other"},
+                    {flag("longName", {std::string("k_") + to}), flag("attributeType", {to})});
                 scene.set("arm.k_" + std::string(from), 1);
                 scene.call("connectAttr", {ends[0], ends[1]});
                 EXPECT_NEAR(scene.number("other.k_" + std::string(to)), 1, 1e-9);

@@ -7,8 +7,7 @@ using namespace torvel::test;
 
 namespace {
 
-std::vector<TestScene::Args> oddArguments()
-{
+std::vector<TestScene::Args> oddArguments() {
     return {{},
             {""},
             {"nothing"},
@@ -31,8 +30,7 @@ std::vector<TestScene::Args> oddArguments()
 }
 
 // Every command has to survive what scripts throw at it: no crash, and a text for every failure.
-TEST(OddCalls, AreRefusedWithATextAndDoNoHarm)
-{
+TEST(OddCalls, AreRefusedWithATextAndDoNoHarm) {
     TestScene names;
     std::vector<std::string> commands;
     for (const auto& entry : names.session().commands())
@@ -49,14 +47,14 @@ TEST(OddCalls, AreRefusedWithATextAndDoNoHarm)
                 const TestScene::Flags flags =
                     mode[0] ? TestScene::Flags{flag(mode)} : TestScene::Flags{};
                 const Status status = scene.run(command, args, flags);
-                EXPECT_TRUE(status.isOk() || !status.text().empty() || command == "error") << command;
+                EXPECT_TRUE(status.isOk() || !status.text().empty() || command == "error")
+                    << command;
             }
         }
     }
 }
 
-TEST(OddCalls, EveryFlagCanStandAlone)
-{
+TEST(OddCalls, EveryFlagCanStandAlone) {
     TestScene rows;
     for (const auto& [name, command] : rows.session().commands()) {
         for (std::size_t i = 0; i < command->flagCount; ++i) {
@@ -67,7 +65,8 @@ TEST(OddCalls, EveryFlagCanStandAlone)
                 TestScene::Flags flags{flag(command->flags[i].longName)};
                 if (mode[0])
                     flags.push_back(flag(mode));
-                for (const TestScene::Args& args : {TestScene::Args{"a"}, TestScene::Args{"box"}, TestScene::Args{}}) {
+                for (const TestScene::Args& args :
+                     {TestScene::Args{"a"}, TestScene::Args{"box"}, TestScene::Args{}}) {
                     const Status status = scene.run(name, args, flags);
                     EXPECT_TRUE(status.isOk() || !status.text().empty() || name == "error")
                         << name << " -" << command->flags[i].longName;

@@ -6,8 +6,7 @@
 namespace torvel::test {
 namespace {
 
-RecordEntry script(const std::string& text)
-{
+RecordEntry script(const std::string& text) {
     RecordEntry entry;
     entry.isScript = true;
     entry.language = "python";
@@ -16,12 +15,12 @@ RecordEntry script(const std::string& text)
     return entry;
 }
 
-TEST(ScriptRecord, WritesAScriptAsOneLine)
-{
+TEST(ScriptRecord, WritesAScriptAsOneLine) {
     RecordEntry entry = script("a\n\"b\"\\");
-    EXPECT_EQ(recordToJson(entry),
-              R"({"event":"script","language":"python","form":"plain","display":false,"undo":false,)"
-              R"("text":"a\n\"b\"\\","status":"ok","result":null,"error":null})");
+    EXPECT_EQ(
+        recordToJson(entry),
+        R"({"event":"script","language":"python","form":"plain","display":false,"undo":false,)"
+        R"("text":"a\n\"b\"\\","status":"ok","result":null,"error":null})");
     entry.language = "mel";
     entry.form = "stringArray";
     entry.display = true;
@@ -29,24 +28,24 @@ TEST(ScriptRecord, WritesAScriptAsOneLine)
     entry.ok = false;
     entry.result = Value::strings({"x", "y"});
     entry.error = "line 1: no";
-    EXPECT_EQ(recordToJson(entry),
-              R"({"event":"script","language":"mel","form":"stringArray","display":true,"undo":true,)"
-              R"("text":"a\n\"b\"\\","status":"failed","result":["x","y"],"error":"line 1: no"})");
+    EXPECT_EQ(
+        recordToJson(entry),
+        R"({"event":"script","language":"mel","form":"stringArray","display":true,"undo":true,)"
+        R"("text":"a\n\"b\"\\","status":"failed","result":["x","y"],"error":"line 1: no"})");
 }
 
-TEST(ScriptRecord, EscapesControlsAndRepairsBrokenText)
-{
+TEST(ScriptRecord, EscapesControlsAndRepairsBrokenText) {
     RecordEntry entry;
     entry.channel = Channel::Warning;
     entry.text = std::string("\x01\t\xC3\xA9\xFF\xC3", 6);
     EXPECT_EQ(recordToJson(entry),
-              "{\"event\":\"message\",\"channel\":\"warning\",\"text\":\"\\u0001\\t\xC3\xA9\xEF\xBF\xBD\xEF\xBF\xBD\"}");
+              "{\"event\":\"message\",\"channel\":\"warning\",\"text\":"
+              "\"\\u0001\\t\xC3\xA9\xEF\xBF\xBD\xEF\xBF\xBD\"}");
     entry.text = "\xED\xA0\x80";  // half of a surrogate pair
     EXPECT_EQ(recordToJson(entry).find("\xED"), std::string::npos);
 }
 
-TEST(ScriptRecord, TellsItsListenerInOrder)
-{
+TEST(ScriptRecord, TellsItsListenerInOrder) {
     ScriptRecord record;
     std::string seen;
     record.setListener([&](const RecordEntry& entry) { seen += entry.text; });
@@ -56,8 +55,7 @@ TEST(ScriptRecord, TellsItsListenerInOrder)
     EXPECT_EQ(record.scripts(), (std::vector<std::string>{"a", "b"}));
 }
 
-TEST(ScriptRecord, HoldsTheLinesOfItsSession)
-{
+TEST(ScriptRecord, HoldsTheLinesOfItsSession) {
     Session session;
     session.log().write(Channel::Info, "shown");
     session.log().write(Channel::Error, "# Error: x", true);

@@ -15,11 +15,9 @@
 namespace torvel::test {
 
 /// A session and a folder of its own for the files of one test.
-class FileTest : public ::testing::Test
-{
-protected:
-    FileTest()
-    {
+class FileTest : public ::testing::Test {
+  protected:
+    FileTest() {
         const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
         std::string name = std::string(info->test_suite_name()) + "_" + info->name();
         for (char& c : name)
@@ -29,44 +27,38 @@ protected:
         std::filesystem::create_directories(folder);
         session.log().addSink([this](const LogLine& line) { told += line.text + "\n"; });
     }
-    ~FileTest() override
-    {
+    ~FileTest() override {
         std::error_code ignored;
         std::filesystem::remove_all(folder, ignored);
     }
 
     std::string path(const std::string& name) const { return (folder / name).string(); }
 
-    std::string write(const std::string& name, const std::string& text) const
-    {
+    std::string write(const std::string& name, const std::string& text) const {
         std::ofstream(path(name), std::ios::binary) << text;
         return path(name);
     }
 
-    static std::string read(const std::string& file)
-    {
+    static std::string read(const std::string& file) {
         std::ostringstream out;
         out << std::ifstream(file, std::ios::binary).rdbuf();
         return out.str();
     }
 
     /// Opens a text as a scene; "" when it went well, else the error.
-    std::string open(const std::string& text)
-    {
+    std::string open(const std::string& text) {
         const Status status = openScene(session, write("in.ma", text));
         return status ? "" : status.text();
     }
 
     /// The same with the line that every scene begins with.
-    std::string openBody(const std::string& body)
-    {
+    std::string openBody(const std::string& body) {
         return open("//Maya ASCII 2024 scene\n" + body + "// End of in.ma\n");
     }
 
     Scene& scene() { return session.scene(); }
     NodeHandle node(const std::string& name) { return scene().names().lookUp(name); }
-    Plug plug(const std::string& name)
-    {
+    Plug plug(const std::string& name) {
         const std::size_t dot = name.find('.');
         const Plug found = scene().findPlug(node(name.substr(0, dot)), name.substr(dot + 1));
         EXPECT_FALSE(found.isNull()) << name;
@@ -76,16 +68,14 @@ protected:
     std::string saved() { return sceneToText(scene()); }
 
     /// Saves, opens that, saves again: both texts must be the same.
-    void expectStable(const std::string& what = {})
-    {
+    void expectStable(const std::string& what = {}) {
         const std::string second = saved();
         const Status status = openScene(session, write("second.ma", second));
         ASSERT_TRUE(status) << what << ": " << status.text();
         EXPECT_TRUE(saved() == second) << what << ": " << firstDifference(second, saved());
     }
 
-    static std::string firstDifference(const std::string& a, const std::string& b)
-    {
+    static std::string firstDifference(const std::string& a, const std::string& b) {
         std::istringstream left(a), right(b);
         std::string one, two;
         for (int line = 1;; ++line) {

@@ -8,27 +8,29 @@ namespace {
 
 using RoundTrip = FileTest;
 
-TEST_F(RoundTrip, AnEmptySceneOpensAgain)
-{
+TEST_F(RoundTrip, AnEmptySceneOpensAgain) {
     expectStable("empty");
 }
 
-TEST_F(RoundTrip, TheSceneOpensOnlyAfterItWasSavedWithTheSameText)
-{
-    ASSERT_EQ(openBody("requires -nodeType \"x\" \"plug\" \"1.0\";\nfileInfo \"osv\" \"a \\\"b\\\"\\n\";\n"
-                       "createNode transform -n \"a\";\n\tsetAttr \".r\" -type \"double3\" 12.345678901234567 -1e-17 0 ;\n"
-                       "\tsetAttr -k off \".sx\";\n\tsetAttr -cb on \".tx\";\n"), "");
+TEST_F(RoundTrip, TheSceneOpensOnlyAfterItWasSavedWithTheSameText) {
+    ASSERT_EQ(
+        openBody(
+            "requires -nodeType \"x\" \"plug\" \"1.0\";\nfileInfo \"osv\" \"a \\\"b\\\"\\n\";\n"
+            "createNode transform -n \"a\";\n\tsetAttr \".r\" -type \"double3\" 12.345678901234567 "
+            "-1e-17 0 ;\n"
+            "\tsetAttr -k off \".sx\";\n\tsetAttr -cb on \".tx\";\n"),
+        "");
     const std::string text = saved();
     EXPECT_NE(text.find("requires -nodeType \"x\" \"plug\" \"1.0\";\n"), std::string::npos);
     EXPECT_NE(text.find("fileInfo \"osv\" \"a \\\"b\\\"\\n\";\n"), std::string::npos);
-    EXPECT_NE(text.find("setAttr \".r\" -type \"double3\" 12.345678901234567 "), std::string::npos) << text;
+    EXPECT_NE(text.find("setAttr \".r\" -type \"double3\" 12.345678901234567 "), std::string::npos)
+        << text;
     EXPECT_NE(text.find("setAttr -k off \".sx\";\n"), std::string::npos) << text;
     EXPECT_NE(text.find("setAttr -cb on \".tx\";\n"), std::string::npos);
     expectStable();
 }
 
-TEST_F(RoundTrip, NodesMadeHereComeBackWithTheirValues)
-{
+TEST_F(RoundTrip, NodesMadeHereComeBackWithTheirValues) {
     NodeHandle a, b;
     ASSERT_TRUE(scene().createNode("transform", "a", {}, a));
     ASSERT_TRUE(scene().createNode("joint", "b", a, b));
@@ -53,8 +55,7 @@ TEST_F(RoundTrip, NodesMadeHereComeBackWithTheirValues)
 }
 
 // Scenes of the user's own collection, when the environment names a folder of them.
-TEST_F(RoundTrip, ScenesOfTheRigFolderAreStable)
-{
+TEST_F(RoundTrip, ScenesOfTheRigFolderAreStable) {
     const char* rigs = std::getenv("TORVEL_RIGS");
     if (!rigs || !std::filesystem::is_directory(rigs))
         GTEST_SKIP() << "TORVEL_RIGS names no folder";

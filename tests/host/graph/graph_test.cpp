@@ -2,8 +2,7 @@
 
 namespace torvel::test {
 
-TEST_F(SmallGraph, PullsOnlyWhatIsDirty)
-{
+TEST_F(SmallGraph, PullsOnlyWhatIsDirty) {
     const NodeHandle a = make("twice", "a"), b = make("twice", "b");
     ASSERT_TRUE(scene.connect(plug(a, "o"), plug(b, "input")));
     scene.setNumber(plug(a, "input"), 3);
@@ -18,8 +17,7 @@ TEST_F(SmallGraph, PullsOnlyWhatIsDirty)
     EXPECT_EQ(scene.number(plug(b, "output")), 6.5);
 }
 
-TEST_F(SmallGraph, ConnectionsStandAtBothEndsAndKeepTheLastNumber)
-{
+TEST_F(SmallGraph, ConnectionsStandAtBothEndsAndKeepTheLastNumber) {
     const NodeHandle a = make("twice", "a"), b = make("twice", "b");
     const Plug out = plug(a, "output"), in = plug(b, "input");
     ASSERT_TRUE(scene.connect(out, in));
@@ -31,12 +29,12 @@ TEST_F(SmallGraph, ConnectionsStandAtBothEndsAndKeepTheLastNumber)
     ASSERT_TRUE(scene.disconnect(out, in));
     EXPECT_EQ(scene.number(in), 2.0);
     EXPECT_TRUE(scene.targets(out).empty());
-    EXPECT_EQ(scene.disconnect(out, in).text(), "There is no connection from 'a.output' to 'b.input' to disconnect");
+    EXPECT_EQ(scene.disconnect(out, in).text(),
+              "There is no connection from 'a.output' to 'b.input' to disconnect");
     EXPECT_FALSE(scene.connect(in, plug(b, "output")));  // outputs take nothing
 }
 
-TEST_F(SmallGraph, CompoundsFeedTheirChildren)
-{
+TEST_F(SmallGraph, CompoundsFeedTheirChildren) {
     const NodeHandle a = make("twice", "a"), b = make("twice", "b");
     ASSERT_TRUE(scene.connect(plug(a, "point"), plug(b, "point")));
     EXPECT_EQ(scene.number(plug(b, "output")), 2.0);
@@ -46,8 +44,7 @@ TEST_F(SmallGraph, CompoundsFeedTheirChildren)
     EXPECT_EQ(scene.effectiveSource(plug(b, "pointZ")), plug(a, "pointZ"));
 }
 
-TEST_F(SmallGraph, SparseArraysKeepLogicalIndices)
-{
+TEST_F(SmallGraph, SparseArraysKeepLogicalIndices) {
     const NodeHandle a = make("twice", "a"), b = make("twice", "b"), sum = make("twice", "sum");
     const Plug items = plug(sum, "items");
     ASSERT_TRUE(scene.connect(plug(a, "output"), plug(sum, "items[5]")));
@@ -69,8 +66,7 @@ TEST_F(SmallGraph, SparseArraysKeepLogicalIndices)
     EXPECT_TRUE(plug(sum, "g[x]").isNull());
 }
 
-TEST_F(SmallGraph, CyclesAreToldOnceAndEnd)
-{
+TEST_F(SmallGraph, CyclesAreToldOnceAndEnd) {
     std::vector<std::string> warnings;
     log.addSink([&](const LogLine& line) { warnings.push_back(line.text); });
     const NodeHandle a = make("twice", "a"), b = make("twice", "b");
@@ -84,9 +80,9 @@ TEST_F(SmallGraph, CyclesAreToldOnceAndEnd)
     EXPECT_FALSE(scene.connect(plug(a, "pointX"), plug(a, "pointX")));
 }
 
-TEST_F(SmallGraph, HandlesOfDeletedNodesStayDead)
-{
-    const NodeHandle top = make("group", "top"), child = make("group", "child", top), other = make("twice", "other");
+TEST_F(SmallGraph, HandlesOfDeletedNodesStayDead) {
+    const NodeHandle top = make("group", "top"), child = make("group", "child", top),
+                     other = make("twice", "other");
     const NodeHandle driver = make("twice", "driver");
     ASSERT_TRUE(scene.connect(plug(driver, "output"), plug(child, "tx")));
     scene.selection().replaceNodes({child, other, child});
@@ -101,8 +97,7 @@ TEST_F(SmallGraph, HandlesOfDeletedNodesStayDead)
     EXPECT_TRUE(scene.findPlug(child, "tx").isNull());
 }
 
-TEST_F(SmallGraph, DynamicAttributesBehaveLikeStaticOnes)
-{
+TEST_F(SmallGraph, DynamicAttributesBehaveLikeStaticOnes) {
     const NodeHandle a = make("twice", "a"), b = make("twice", "b");
     AttrInfo info;
     info.longName = "lockInfluenceWeights";
@@ -124,8 +119,7 @@ TEST_F(SmallGraph, DynamicAttributesBehaveLikeStaticOnes)
     EXPECT_EQ(scene.opaquePlug(a, "strange[2].thing[7]"), opaque);
 }
 
-TEST_F(SmallGraph, TenThousandDeepChainMovesAsOne)
-{
+TEST_F(SmallGraph, TenThousandDeepChainMovesAsOne) {
     NodeHandle top, at;
     for (int i = 0; i < 10000; ++i) {
         at = make("group", "link", at);
@@ -141,8 +135,7 @@ TEST_F(SmallGraph, TenThousandDeepChainMovesAsOne)
     EXPECT_FALSE(scene.isValid(at));
 }
 
-TEST_F(SmallGraph, ReparentKeepsLocalValuesAndRefusesRings)
-{
+TEST_F(SmallGraph, ReparentKeepsLocalValuesAndRefusesRings) {
     const NodeHandle a = make("group", "a"), b = make("group", "b", a), c = make("group", "c");
     scene.setNumber(plug(a, "tx"), 1);
     scene.setNumber(plug(b, "tx"), 10);

@@ -2,8 +2,7 @@
 
 namespace torvel::test {
 
-TEST(LegalNames, LeadingIllegalOnesGoTheOthersBecomeUnderscores)
-{
+TEST(LegalNames, LeadingIllegalOnesGoTheOthersBecomeUnderscores) {
     EXPECT_EQ(Names::legal("has space"), "has_space");
     EXPECT_EQ(Names::legal("1bad"), "bad");
     EXPECT_EQ(Names::legal("|shoulder_FK"), "shoulder_FK");
@@ -13,8 +12,7 @@ TEST(LegalNames, LeadingIllegalOnesGoTheOthersBecomeUnderscores)
     EXPECT_EQ(Names::trimmed("  ||a|b "), "|a|b");
 }
 
-TEST(NamePatterns, MatchWithinOneNamespace)
-{
+TEST(NamePatterns, MatchWithinOneNamespace) {
     EXPECT_TRUE(Names::matches("*_twist", "arm_twist"));
     EXPECT_TRUE(Names::matches("a?c", "abc"));
     EXPECT_FALSE(Names::matches("foo*", "ns:foo"));
@@ -22,8 +20,7 @@ TEST(NamePatterns, MatchWithinOneNamespace)
     EXPECT_TRUE(Names::matches("*:foo", "ns:foo"));
 }
 
-TEST_F(SmallGraph, ClashesAreNumbered)
-{
+TEST_F(SmallGraph, ClashesAreNumbered) {
     const NodeHandle a = make("group", "arm"), b = make("group", "arm");
     EXPECT_EQ(scene.node(b)->name, "arm1");
     const NodeHandle below = make("group", "arm", a);  // other parent: allowed
@@ -37,9 +34,9 @@ TEST_F(SmallGraph, ClashesAreNumbered)
     EXPECT_EQ(scene.rename(b, "a|b"), "a_b");
 }
 
-TEST_F(SmallGraph, PathsResolveAndSeveralMatchesAreOrdered)
-{
-    const NodeHandle park = make("group", "park"), old = make("group", "hip", park), oldKnee = make("group", "knee", old);
+TEST_F(SmallGraph, PathsResolveAndSeveralMatchesAreOrdered) {
+    const NodeHandle park = make("group", "park"), old = make("group", "hip", park),
+                     oldKnee = make("group", "knee", old);
     const NodeHandle fresh = make("group", "hip"), knee = make("group", "knee", fresh);
     const std::vector<NodeHandle> hips = scene.names().find("hip");
     ASSERT_EQ(hips.size(), 2u);
@@ -50,7 +47,8 @@ TEST_F(SmallGraph, PathsResolveAndSeveralMatchesAreOrdered)
     EXPECT_EQ(scene.names().find("k*").size(), 2u);
     EXPECT_TRUE(scene.names().find("world").empty());
     NodeHandle found;
-    EXPECT_EQ(scene.names().findOne("knee", found).text(), "More than one object matches name: knee");
+    EXPECT_EQ(scene.names().findOne("knee", found).text(),
+              "More than one object matches name: knee");
     EXPECT_EQ(scene.names().findOne("elbow", found).text(), "No object matches name: elbow");
     EXPECT_EQ(scene.names().findOne("elbow", found).kind(), Status::Kind::Value);
     EXPECT_TRUE(scene.names().findOne(" |hip ", found));
@@ -62,9 +60,9 @@ TEST_F(SmallGraph, PathsResolveAndSeveralMatchesAreOrdered)
     EXPECT_EQ(scene.names().fullPath(scene.world()), "");
 }
 
-TEST_F(SmallGraph, InstancesHaveAPathEach)
-{
-    const NodeHandle a = make("group", "a"), b = make("group", "b"), shared = make("group", "shared", a);
+TEST_F(SmallGraph, InstancesHaveAPathEach) {
+    const NodeHandle a = make("group", "a"), b = make("group", "b"),
+                     shared = make("group", "shared", a);
     ASSERT_TRUE(scene.addParent(shared, b));
     EXPECT_EQ(scene.instanceCount(shared), 2);
     EXPECT_EQ(scene.names().fullPath(shared, 1), "|b|shared");

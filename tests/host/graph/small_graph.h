@@ -11,7 +11,8 @@ namespace torvel::test {
 inline int g_evaluations = 0;
 
 enum { kMessage, kInput, kFactor, kItems, kOutput_, kPoint };
-inline const AttrRow kBaseRows[] = {{"message", "msg", AttrType::Message, 0.0, kOutput | kNotStored}};
+inline const AttrRow kBaseRows[] = {
+    {"message", "msg", AttrType::Message, 0.0, kOutput | kNotStored}};
 inline const AttrRow kDoubleRows[] = {
     {"input", "i", AttrType::Double, 1.0, kKeyable, "output"},
     {"factor", "f", AttrType::Double, 2.0, 0, "output"},
@@ -22,8 +23,7 @@ inline const AttrRow kDoubleRows[] = {
     {"member", "m", AttrType::Double, 5.0, 0, "", "group"},
 };
 
-inline void evaluateDouble(Evaluation& e)
-{
+inline void evaluateDouble(Evaluation& e) {
     ++g_evaluations;
     const NodeType& type = *e.node().type;
     const auto at = [&](const char* name) { return type.byName.at(name); };
@@ -39,8 +39,7 @@ inline const AttrRow kDagRows[] = {
     {"worldMatrix", "wm", AttrType::Matrix, 0.0, kOutput | kArray | kPerInstance},
 };
 
-inline void evaluateDag(Evaluation& e)
-{
+inline void evaluateDag(Evaluation& e) {
     const NodeType& type = *e.node().type;
     M44d world;
     world.setTranslation(V3d(e.number(type.byName.at("tx")), 0, 0));
@@ -51,19 +50,21 @@ inline void evaluateDag(Evaluation& e)
     e.set(e.plug(type.byName.at("worldMatrix"), 0), world);
 }
 
-inline const NodeTypeRow kBaseType{"base", "", 4, "kBase", kBaseRows, 1, nullptr, 0, nullptr, kAbstractType, nullptr};
-inline const NodeTypeRow kTwice{"twice", "base", 5, "kTwice", kDoubleRows, 7, nullptr, 0, evaluateDouble, 0, nullptr};
-inline const NodeTypeRow kWorldType{"world", "base", 6, "kWorld", nullptr, 0, nullptr, 0, nullptr, kDagType, nullptr};
-inline const NodeTypeRow kGroupType{"group", "base", 7,          "kGroup", kDagRows, 3, nullptr, 0,
-                                    evaluateDag, kDagType | kTransformType, nullptr};
+inline const NodeTypeRow kBaseType{"base",  "", 4,       "kBase",       kBaseRows, 1,
+                                   nullptr, 0,  nullptr, kAbstractType, nullptr};
+inline const NodeTypeRow kTwice{"twice", "base",         5, "kTwice", kDoubleRows, 7, nullptr,
+                                0,       evaluateDouble, 0, nullptr};
+inline const NodeTypeRow kWorldType{"world", "base", 6,       "kWorld", nullptr, 0,
+                                    nullptr, 0,      nullptr, kDagType, nullptr};
+inline const NodeTypeRow kGroupType{"group", "base",  7, "kGroup",    kDagRows,
+                                    3,       nullptr, 0, evaluateDag, kDagType | kTransformType,
+                                    nullptr};
 
-class SmallGraph : public ::testing::Test
-{
-protected:
+class SmallGraph : public ::testing::Test {
+  protected:
     SmallGraph() { g_evaluations = 0; }
 
-    static const TypeRegistry& registry()
-    {
+    static const TypeRegistry& registry() {
         static const TypeRegistry types = [] {
             TypeRegistry r;
             const NodeTypeRow* const rows[] = {&kBaseType, &kTwice, &kWorldType, &kGroupType};
@@ -73,8 +74,7 @@ protected:
         return types;
     }
 
-    NodeHandle make(const char* type, const char* name, NodeHandle parent = {})
-    {
+    NodeHandle make(const char* type, const char* name, NodeHandle parent = {}) {
         NodeHandle made;
         const Status status = scene.createNode(type, name, parent, made);
         EXPECT_TRUE(status) << status.text();

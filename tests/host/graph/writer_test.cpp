@@ -14,15 +14,13 @@ const AttrRow kPusherRows[] = {
     {"sum", "s", AttrType::Double, 0.0, kOutput},
 };
 
-AttrIndex attrOf(const Node& node, const char* name)
-{
+AttrIndex attrOf(const Node& node, const char* name) {
     return node.findAttr(name);
 }
 
 // Reads `parentMatrix` of the target: it has to be there first, and moves the target again when it
 // changes.
-void declarePush(const Scene& scene, const Node& writer, WriterDeclaration& out)
-{
+void declarePush(const Scene& scene, const Node& writer, WriterDeclaration& out) {
     const Node* target = scene.node(scene.source(Plug(writer.self, attrOf(writer, "target"))).node);
     if (!target)
         return;
@@ -35,8 +33,7 @@ void declarePush(const Scene& scene, const Node& writer, WriterDeclaration& out)
     out.watches.push_back({target->self, kNoAttr});
 }
 
-void evaluatePush(Evaluation& e)
-{
+void evaluatePush(Evaluation& e) {
     ++g_evaluations;
     const Node& self = e.node();
     const Plug target(e.scene().source(e.plug(attrOf(self, "target"))).node, 0);
@@ -55,11 +52,9 @@ void evaluatePush(Evaluation& e)
 const NodeTypeRow kPusher{"pusher", "base",       8, "kPusher", kPusherRows, 4, nullptr,
                           0,        evaluatePush, 0, nullptr,   declarePush};
 
-class Writers : public ::testing::Test
-{
-protected:
-    static const TypeRegistry& registry()
-    {
+class Writers : public ::testing::Test {
+  protected:
+    static const TypeRegistry& registry() {
         static const TypeRegistry types = [] {
             TypeRegistry r;
             const NodeTypeRow* const rows[] = {&kBaseType, &kTwice, &kWorldType, &kGroupType,
@@ -69,8 +64,7 @@ protected:
         }();
         return types;
     }
-    Writers()
-    {
+    Writers() {
         top = make("group", "top");
         middle = make("group", "middle", top);
         leaf = make("group", "leaf", middle);
@@ -78,15 +72,13 @@ protected:
         scene.setNumber(plug(middle, "tx"), 5);
         scene.setNumber(plug(leaf, "tx"), 1);
     }
-    NodeHandle make(const char* type, const char* name, NodeHandle parent = {})
-    {
+    NodeHandle make(const char* type, const char* name, NodeHandle parent = {}) {
         NodeHandle made;
         const Status status = scene.createNode(type, name, parent, made);
         EXPECT_TRUE(status) << status.text();
         return made;
     }
-    void tie()
-    {
+    void tie() {
         pusher = make("pusher", "pusher");
         ASSERT_TRUE(scene.connect(plug(middle, "message"), plug(pusher, "target")));
         scene.setNumber(plug(pusher, "amount"), 130);
@@ -99,8 +91,7 @@ protected:
     NodeHandle top, middle, leaf, pusher;
 };
 
-TEST_F(Writers, WriteBeforeAnythingBelowIsRead)
-{
+TEST_F(Writers, WriteBeforeAnythingBelowIsRead) {
     EXPECT_EQ(worldX(leaf), 106);
     tie();
     EXPECT_EQ(worldX(leaf), 131);
@@ -113,8 +104,7 @@ TEST_F(Writers, WriteBeforeAnythingBelowIsRead)
     EXPECT_EQ(scene.storedNumber(plug(middle, "tx")), 30);
 }
 
-TEST_F(Writers, AreEvaluatedOnceForOneChange)
-{
+TEST_F(Writers, AreEvaluatedOnceForOneChange) {
     tie();
     worldX(leaf);
     g_evaluations = 0;
@@ -130,8 +120,7 @@ TEST_F(Writers, AreEvaluatedOnceForOneChange)
     EXPECT_EQ(g_evaluations, 1);
 }
 
-TEST_F(Writers, FeedWhatIsConnectedToTheWrittenPlug)
-{
+TEST_F(Writers, FeedWhatIsConnectedToTheWrittenPlug) {
     tie();
     const NodeHandle twice = make("twice", "twice"), end = make("twice", "end");
     ASSERT_TRUE(scene.connect(plug(middle, "tx"), plug(twice, "input")));
@@ -141,8 +130,7 @@ TEST_F(Writers, FeedWhatIsConnectedToTheWrittenPlug)
     EXPECT_EQ(scene.number(plug(end, "output")), 4);
 }
 
-TEST_F(Writers, StandBeforeASourceAndGiveWayWhenOff)
-{
+TEST_F(Writers, StandBeforeASourceAndGiveWayWhenOff) {
     const NodeHandle twice = make("twice", "twice");
     ASSERT_TRUE(scene.connect(plug(twice, "output"), plug(middle, "tx")));
     EXPECT_EQ(worldX(middle), 102);
@@ -158,8 +146,7 @@ TEST_F(Writers, StandBeforeASourceAndGiveWayWhenOff)
     EXPECT_EQ(worldX(middle), 109);
 }
 
-TEST_F(Writers, AreNoConnections)
-{
+TEST_F(Writers, AreNoConnections) {
     tie();
     worldX(leaf);
     EXPECT_TRUE(scene.incoming(middle).empty());
@@ -169,8 +156,7 @@ TEST_F(Writers, AreNoConnections)
     EXPECT_TRUE(scene.writerOf(plug(leaf, "tx")).isNull());
 }
 
-TEST_F(Writers, FollowTheirTiesAndLeaveTheLastValue)
-{
+TEST_F(Writers, FollowTheirTiesAndLeaveTheLastValue) {
     tie();
     EXPECT_EQ(worldX(leaf), 131);
     ASSERT_TRUE(scene.disconnect(plug(middle, "message"), plug(pusher, "target")));
@@ -191,8 +177,7 @@ TEST_F(Writers, FollowTheirTiesAndLeaveTheLastValue)
     EXPECT_EQ(scene.number(plug(pusher, "sum")), 0);
 }
 
-TEST_F(Writers, GoAlongWhenAnotherScenesContentsComeIn)
-{
+TEST_F(Writers, GoAlongWhenAnotherScenesContentsComeIn) {
     Scene other(registry(), log);
     other.succeed(scene);
     NodeHandle group, writer;
@@ -210,8 +195,7 @@ TEST_F(Writers, GoAlongWhenAnotherScenesContentsComeIn)
 }
 
 // b does not use what a gives it, so the ring has one answer whichever end is read first.
-TEST_F(Writers, ARingThatIsNoneComesOutRight)
-{
+TEST_F(Writers, ARingThatIsNoneComesOutRight) {
     const NodeHandle a = make("twice", "a"), b = make("twice", "b");
     ASSERT_TRUE(scene.connect(plug(a, "output"), plug(b, "input")));
     ASSERT_TRUE(scene.connect(plug(b, "output"), plug(a, "input")));

@@ -7,15 +7,13 @@
 namespace torvel::test {
 
 /// A command that tells how it was called: "q name=a,b on | x 2".
-inline std::string describeValue(const Value& value)
-{
+inline std::string describeValue(const Value& value) {
     if (value.isString())
         return value.string();
     return value.isDouble() ? textOfDouble(value.number()) : std::to_string(value.integer());
 }
 
-inline Status runProbe(const CommandCall& call, Value& result)
-{
+inline Status runProbe(const CommandCall& call, Value& result) {
     std::string text = call.isQuery() ? "query" : call.isEdit() ? "edit" : "create";
     for (const FlagUse& use : call.m_flags) {
         text += std::string(" ") + use.row->longName;
@@ -29,14 +27,12 @@ inline Status runProbe(const CommandCall& call, Value& result)
     return Status::ok();
 }
 
-inline Status runList(const CommandCall& call, Value& result)
-{
+inline Status runList(const CommandCall& call, Value& result) {
     result = Value::strings(call.texts());
     return Status::ok();
 }
 
-inline Status runFails(const CommandCall& call, Value&)
-{
+inline Status runFails(const CommandCall& call, Value&) {
     const std::string kind = call.texts().empty() ? "" : call.texts()[0];
     if (kind == "value")
         return Status::notFound("No object matches name: x");

@@ -6,26 +6,22 @@
 namespace torvel::test {
 namespace {
 
-CurveShape ramp(int pre, int post)
-{
-    CurveShape shape({{10, 0, kLinearTangent, kLinearTangent}, {20, 5, kLinearTangent, kLinearTangent}});
+CurveShape ramp(int pre, int post) {
+    CurveShape shape(
+        {{10, 0, kLinearTangent, kLinearTangent}, {20, 5, kLinearTangent, kLinearTangent}});
     shape.pre = pre;
     shape.post = post;
     return shape;
 }
 
-TEST(CurveEnds, GoOnAsTheyAreTold)
-{
-    struct Case
-    {
+TEST(CurveEnds, GoOnAsTheyAreTold) {
+    struct Case {
         int kind;
         double at0, at14, at27, at35;
     };
     const Case cases[] = {
-        {kConstantEnd, 0, 2, 5, 5},
-        {kLinearEnd, -5, 2, 8.5, 12.5},
-        {kCycleEnd, 0, 2, 3.5, 2.5},
-        {kCycleOffsetEnd, -5, 2, 8.5, 12.5},
+        {kConstantEnd, 0, 2, 5, 5},      {kLinearEnd, -5, 2, 8.5, 12.5},
+        {kCycleEnd, 0, 2, 3.5, 2.5},     {kCycleOffsetEnd, -5, 2, 8.5, 12.5},
         {kOscillateEnd, 5, 2, 1.5, 2.5},
     };
     for (const Case& c : cases) {
@@ -41,8 +37,7 @@ TEST(CurveEnds, GoOnAsTheyAreTold)
     EXPECT_EQ(single.value(100), 7);
 }
 
-TEST(CurveEnds, AutoSlopesStayBetweenTheNeighbours)
-{
+TEST(CurveEnds, AutoSlopesStayBetweenTheNeighbours) {
     // the secant over both neighbours is 5.05; three times the flatter side, 0.1, is the limit
     const CurveShape shape({{0, 0}, {1, 0.1}, {2, 10.1}});
     EXPECT_NEAR(shape.keys[1].inSlope, 0.3, 1e-12);
@@ -51,14 +46,12 @@ TEST(CurveEnds, AutoSlopesStayBetweenTheNeighbours)
         EXPECT_LE(shape.value(t), 0.1 + 1e-12);
 }
 
-class Curves : public NodeScene
-{
-};
+class Curves : public NodeScene {};
 
-TEST_F(Curves, FixedTangentsCountInSecondsOfTheScene)
-{
+TEST_F(Curves, FixedTangentsCountInSecondsOfTheScene) {
     const NodeHandle curve = make("animCurveTL", "");
-    setKeys(scene, curve, {{0, 0, kFixedTangent, kFixedTangent}, {10, 0, kFixedTangent, kFixedTangent}});
+    setKeys(scene, curve,
+            {{0, 0, kFixedTangent, kFixedTangent}, {10, 0, kFixedTangent, kFixedTangent}});
     set(curve, "kox[0]", 1);
     set(curve, "koy[0]", 30);  // 30 units in a second
     setSceneTime(scene, 5);
@@ -70,8 +63,7 @@ TEST_F(Curves, FixedTangentsCountInSecondsOfTheScene)
     EXPECT_NEAR(scene.number(plug(curve, "output")), h10 * 10 * 60 / 30.0, 1e-9);
 }
 
-TEST_F(Curves, ChangedKeysShowAtOnce)
-{
+TEST_F(Curves, ChangedKeysShowAtOnce) {
     const NodeHandle curve = make("animCurveTU", ""), to = make("transform", "to");
     link(curve, "output", to, "tx");
     setKeys(scene, curve, {{0, 1}, {10, 2}});
@@ -90,12 +82,13 @@ TEST_F(Curves, ChangedKeysShowAtOnce)
     EXPECT_EQ(get(to, "t").x, 0);
 }
 
-TEST_F(Curves, DrivenOnesFollowTheirInput)
-{
-    const NodeHandle from = make("transform", "from"), curve = make("animCurveUU", ""), to = make("transform", "to");
+TEST_F(Curves, DrivenOnesFollowTheirInput) {
+    const NodeHandle from = make("transform", "from"), curve = make("animCurveUU", ""),
+                     to = make("transform", "to");
     link(from, "ty", curve, "input");
     link(curve, "output", to, "sx");
-    setKeys(scene, curve, {{0, 1, kLinearTangent, kLinearTangent}, {10, 3, kLinearTangent, kLinearTangent}});
+    setKeys(scene, curve,
+            {{0, 1, kLinearTangent, kLinearTangent}, {10, 3, kLinearTangent, kLinearTangent}});
     EXPECT_EQ(get(to, "s").x, 1);
     set(from, "ty", 5);
     EXPECT_EQ(get(to, "s").x, 2);
@@ -103,8 +96,7 @@ TEST_F(Curves, DrivenOnesFollowTheirInput)
     EXPECT_EQ(get(to, "s").x, 2);
 }
 
-TEST(TimeUnits, AreReadByNameAndByNumber)
-{
+TEST(TimeUnits, AreReadByNameAndByNumber) {
     EXPECT_EQ(rateOfUnit("film"), 24);
     EXPECT_EQ(rateOfUnit("pal"), 25);
     EXPECT_EQ(rateOfUnit("ntscf"), 60);

@@ -7,24 +7,22 @@
 namespace torvel::test {
 namespace {
 
-std::vector<ShapeItem> itemsAt(const std::vector<double>& weights)
-{
+std::vector<ShapeItem> itemsAt(const std::vector<double>& weights) {
     std::vector<ShapeItem> items;
     for (double weight : weights)
         items.push_back({weight, {}});
     return items;
 }
 
-void expectShares(const std::vector<double>& weights, double at, const std::vector<double>& wanted)
-{
+void expectShares(const std::vector<double>& weights, double at,
+                  const std::vector<double>& wanted) {
     const std::vector<double> shares = itemShares(itemsAt(weights), at);
     ASSERT_EQ(shares.size(), wanted.size());
     for (std::size_t i = 0; i < wanted.size(); ++i)
         EXPECT_NEAR(shares[i], wanted[i], 1e-12) << "item " << i << " at " << at;
 }
 
-TEST(BlendShape, SharesOfInBetweens)
-{
+TEST(BlendShape, SharesOfInBetweens) {
     EXPECT_DOUBLE_EQ(itemWeight(6000), 1.0);
     EXPECT_DOUBLE_EQ(itemWeight(5333), 0.333);
     EXPECT_DOUBLE_EQ(itemWeight(4500), -0.5);
@@ -42,8 +40,7 @@ TEST(BlendShape, SharesOfInBetweens)
     expectShares({}, 1, {});
 }
 
-TEST(BlendShape, ComponentTexts)
-{
+TEST(BlendShape, ComponentTexts) {
     using List = std::vector<std::size_t>;
     EXPECT_EQ(namedPoints({"vtx[0]", "vtx[6:7]"}, 8), (List{0, 6, 7}));
     EXPECT_EQ(namedPoints({"vtx[*]"}, 3), (List{0, 1, 2}));
@@ -52,11 +49,9 @@ TEST(BlendShape, ComponentTexts)
     EXPECT_EQ(namedPoints({"vtx[*]"}, 0), List());
 }
 
-class BlendShapeNode : public NodeScene
-{
-protected:
-    NodeHandle mesh(const char* name, const std::vector<V3f>& points)
-    {
+class BlendShapeNode : public NodeScene {
+  protected:
+    NodeHandle mesh(const char* name, const std::vector<V3f>& points) {
         const NodeHandle shape = make("mesh", "", make("transform", name));
         MeshData data;
         data.points = points;
@@ -67,8 +62,7 @@ protected:
         setOwnMesh(scene, shape, data);
         return shape;
     }
-    void SetUp() override
-    {
+    void SetUp() override {
         base = mesh("base", {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
         shown = make("mesh", "", make("transform", "shown"));
         node = make("blendShape", "");
@@ -76,8 +70,8 @@ protected:
         link(node, "og[0]", shown, "i");
     }
     V3d point(std::size_t i) { return V3d(meshPoints(scene, shown)->points.at(i)); }
-    void stored(const char* item, std::vector<double> offsets, std::vector<std::string> components)
-    {
+    void stored(const char* item, std::vector<double> offsets,
+                std::vector<std::string> components) {
         auto points = std::make_shared<DoubleArrayData>();
         points->items = std::move(offsets);
         auto list = std::make_shared<ComponentListData>();
@@ -88,8 +82,7 @@ protected:
     NodeHandle base, shown, node;
 };
 
-TEST_F(BlendShapeNode, LivingTargetsAndTheirWeights)
-{
+TEST_F(BlendShapeNode, LivingTargetsAndTheirWeights) {
     const NodeHandle up = mesh("up", {{0, 0, 4}, {1, 0, 0}, {0, 1, 0}});
     const NodeHandle side = mesh("side", {{2, 0, 0}, {1, 0, 0}, {0, 3, 0}});
     link(up, "w[0]", node, "it[0].itg[0].iti[6000].igt");
@@ -110,8 +103,7 @@ TEST_F(BlendShapeNode, LivingTargetsAndTheirWeights)
     expectNear(point(0), V3d(0, 0, 0), 1e-6);
 }
 
-TEST_F(BlendShapeNode, StoredOffsetsAndInBetweens)
-{
+TEST_F(BlendShapeNode, StoredOffsetsAndInBetweens) {
     stored("it[0].itg[0].iti[6000]", {0, 0, 2, 1, 0, 2, 0, 1}, {"vtx[0]", "vtx[2]"});
     stored("it[0].itg[0].iti[5500]", {4, 0, 0, 1}, {"vtx[0]"});
     set(node, "w[0]", 0.25);
@@ -127,8 +119,7 @@ TEST_F(BlendShapeNode, StoredOffsetsAndInBetweens)
     expectNear(point(0), V3d(0, 0, 0), 1e-6);
 }
 
-TEST_F(BlendShapeNode, ItemsAreReadAsFilesWriteThem)
-{
+TEST_F(BlendShapeNode, ItemsAreReadAsFilesWriteThem) {
     const char* const text =
         "//Maya ASCII 2022 scene\ncreateNode blendShape -n \"shapes\";\n"
         "\tsetAttr \".w[0]\"  0.5;\n\tsetAttr -s 2 \".it[0].itg\";\n"
@@ -149,8 +140,7 @@ TEST_F(BlendShapeNode, ItemsAreReadAsFilesWriteThem)
     expectNear(point(0), V3d(0, 0, 0), 1e-6);
 }
 
-TEST_F(BlendShapeNode, TargetsCompareWithTheShapeBeforeOtherDeformers)
-{
+TEST_F(BlendShapeNode, TargetsCompareWithTheShapeBeforeOtherDeformers) {
     const NodeHandle up = mesh("up", {{0, 0, 4}, {1, 0, 0}, {0, 1, 0}});
     const NodeHandle bent = mesh("bent", {{9, 9, 9}, {1, 0, 0}, {0, 1, 0}});
     const Status cut = scene.disconnect(plug(base, "outMesh"), plug(node, "ip[0].ig"));

@@ -13,18 +13,15 @@
 namespace torvel::test {
 
 /// One stored result beside the one computed.
-struct StoredResult
-{
+struct StoredResult {
     std::string constraint;
     const char* attr;
     double distance;  ///< of positions and scales; of rotations: largest difference of the matrices
 };
 
-class ConstraintRigs : public NodeScene
-{
-protected:
-    bool open(const std::string& name)
-    {
+class ConstraintRigs : public NodeScene {
+  protected:
+    bool open(const std::string& name) {
         const char* folder = std::getenv("TORVEL_RIGS");
         std::ifstream file(std::string(folder ? folder : "") + "/" + name, std::ios::binary);
         if (!folder || !file)
@@ -38,15 +35,13 @@ protected:
         return true;
     }
 
-    V3d stored(NodeHandle node, const char* attr) const
-    {
+    V3d stored(NodeHandle node, const char* attr) const {
         const Plug vector = scene.findPlug(node, attr);
         return {scene.storedNumber(scene.child(vector, 0)),
                 scene.storedNumber(scene.child(vector, 1)),
                 scene.storedNumber(scene.child(vector, 2))};
     }
-    double turnBetween(NodeHandle node, const V3d& a, const V3d& b) const
-    {
+    double turnBetween(NodeHandle node, const V3d& a, const V3d& b) const {
         const int order = static_cast<int>(scene.number(plug(node, "constraintRotateOrder")));
         const M44d x = eulerMatrix(a, order), y = eulerMatrix(b, order);
         double most = 0.0;
@@ -57,15 +52,13 @@ protected:
     }
 
     // The last target rotation is taken before the first evaluation: evaluating writes it anew.
-    StoredResult rotationOf(NodeHandle node, const V3d& last) const
-    {
+    StoredResult rotationOf(NodeHandle node, const V3d& last) const {
         const char* output =
             scene.isType(node, "orientConstraint") ? "lastTargetRotate" : "constraintRotate";
         scene.evaluate(plug(node, "constraintRotate"));
         return {scene.node(node)->name, "lr", turnBetween(node, last, get(node, output))};
     }
-    void compareRotations(std::vector<StoredResult>& out) const
-    {
+    void compareRotations(std::vector<StoredResult>& out) const {
         std::vector<std::pair<NodeHandle, V3d>> before;
         for (NodeHandle node : scene.allNodes())
             if (scene.isType(node, "parentConstraint") || scene.isType(node, "orientConstraint"))
@@ -74,8 +67,7 @@ protected:
         for (const auto& [node, last] : before)
             out.push_back(rotationOf(node, last));
     }
-    bool drivesSomething(NodeHandle node, const char* output) const
-    {
+    bool drivesSomething(NodeHandle node, const char* output) const {
         const Plug vector = plug(node, output);
         for (int i = 0; i < 3; ++i)
             if (!scene.targets(scene.child(vector, i)).empty())
@@ -84,8 +76,7 @@ protected:
     }
 
     /// Names of those farther away than `tolerance`, with what was compared.
-    static std::vector<std::string> misses(const std::vector<StoredResult>& all, double tolerance)
-    {
+    static std::vector<std::string> misses(const std::vector<StoredResult>& all, double tolerance) {
         std::vector<std::string> names;
         for (const StoredResult& r : all)
             if (!(r.distance <= tolerance)) {
@@ -96,34 +87,27 @@ protected:
     }
 };
 
-struct RigCount
-{
+struct RigCount {
     const char* file;
     std::size_t compared;
     std::vector<std::string> misses;  ///< with the reason beside each group
 };
-void PrintTo(const RigCount& rig, std::ostream* out)
-{
+void PrintTo(const RigCount& rig, std::ostream* out) {
     *out << rig.file;
 }
 
-struct RestCount
-{
+struct RestCount {
     const char* file;
     std::map<std::string, int> counts;  ///< how many results for each reason
     std::vector<std::string> posed;     ///< those that no such reason explains
 };
-void PrintTo(const RestCount& rig, std::ostream* out)
-{
+void PrintTo(const RestCount& rig, std::ostream* out) {
     *out << rig.file;
 }
 
-class LastRotations : public ConstraintRigs, public ::testing::WithParamInterface<RigCount>
-{
-};
+class LastRotations : public ConstraintRigs, public ::testing::WithParamInterface<RigCount> {};
 
-TEST_P(LastRotations, AreWhatTheTargetsGive)
-{
+TEST_P(LastRotations, AreWhatTheTargetsGive) {
     if (!open(GetParam().file))
         GTEST_SKIP() << GetParam().file << " is not at hand (TORVEL_RIGS)";
     std::vector<StoredResult> results;
@@ -145,11 +129,9 @@ INSTANTIATE_TEST_SUITE_P(Stored, LastRotations,
 
 /// Rest values are what came out when a constraint was made. The rig went on from there, so a
 /// difference is explained when the value comes out again with the constraint as it was then.
-class RestValues : public ConstraintRigs, public ::testing::WithParamInterface<RestCount>
-{
-protected:
-    struct Kind
-    {
+class RestValues : public ConstraintRigs, public ::testing::WithParamInterface<RestCount> {
+  protected:
+    struct Kind {
         const char *type, *output, *rest;
     };
     static constexpr Kind kKinds[] = {
@@ -161,45 +143,39 @@ protected:
         {"scaleConstraint", "constraintScale", "restScale"},
         {"poleVectorConstraint", "constraintTranslate", "restTranslate"}};
 
-    double distance(NodeHandle node, const Kind& kind) const
-    {
+    double distance(NodeHandle node, const Kind& kind) const {
         const V3d wanted = stored(node, kind.rest), got = get(node, kind.output);
         return std::string_view(kind.output) == "constraintRotate" ? turnBetween(node, wanted, got)
                                                                    : (wanted - got).length();
     }
     /// An input without its connection for as long as this lives.
-    class Cut
-    {
-    public:
+    class Cut {
+      public:
         Cut(Scene& scene, const Plug& input)
-            : m_scene(scene), m_input(input), m_source(scene.source(input))
-        {
+            : m_scene(scene), m_input(input), m_source(scene.source(input)) {
             if (!m_source.isNull())
                 m_done = scene.disconnect(m_source, input).isOk();
         }
-        ~Cut()
-        {
+        ~Cut() {
             EXPECT_TRUE(m_done);
             if (!m_source.isNull())
                 m_done = m_scene.connect(m_source, m_input).isOk();
         }
         Cut(const Cut&) = delete;
 
-    private:
+      private:
         Scene& m_scene;
         Plug m_input, m_source;
         bool m_done = true;
     };
-    double underTheWorld(NodeHandle node, const Kind& kind)
-    {
+    double underTheWorld(NodeHandle node, const Kind& kind) {
         const Plug input = plug(node, "constraintParentInverseMatrix");
         const Cut cut(scene, input);
         scene.setMatrix(input, M44d());
         return distance(node, kind);
     }
     /// All targets with the same weight, as they are made.
-    double withEqualWeights(NodeHandle node, const Kind& kind)
-    {
+    double withEqualWeights(NodeHandle node, const Kind& kind) {
         std::vector<std::unique_ptr<Cut>> cuts;
         for (const std::int32_t i : scene.elementIndices(plug(node, "target"))) {
             const Plug weight =
@@ -210,8 +186,7 @@ protected:
         return distance(node, kind);
     }
     /// What it takes to get the stored value again.
-    std::string reason(NodeHandle node, const Kind& kind)
-    {
+    std::string reason(NodeHandle node, const Kind& kind) {
         constexpr double kNear = 2e-3;
         if (distance(node, kind) <= kNear)
             return "agrees";
@@ -223,8 +198,7 @@ protected:
     }
 };
 
-TEST_P(RestValues, ComeOutOfTheConstraintAsItWasMade)
-{
+TEST_P(RestValues, ComeOutOfTheConstraintAsItWasMade) {
     if (!open(GetParam().file))
         GTEST_SKIP() << GetParam().file << " is not at hand (TORVEL_RIGS)";
     std::map<std::string, int> counts;

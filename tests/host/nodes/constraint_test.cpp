@@ -4,16 +4,13 @@
 namespace torvel::test {
 
 /// An object under a parent, and targets; constraints are wired by hand as the commands wire them.
-class ConstraintNodes : public NodeScene
-{
-protected:
-    NodeHandle transform(const char* name, NodeHandle parent = {})
-    {
+class ConstraintNodes : public NodeScene {
+  protected:
+    NodeHandle transform(const char* name, NodeHandle parent = {}) {
         return make("transform", name, parent);
     }
 
-    NodeHandle constraint(const char* type)
-    {
+    NodeHandle constraint(const char* type) {
         const NodeHandle made = make(type, "con", object);
         link(object, "parentInverseMatrix[0]", made, "constraintParentInverseMatrix");
         for (const auto& [own, other] :
@@ -28,8 +25,7 @@ protected:
     }
 
     /// Wires every input of the element that the type has.
-    void target(NodeHandle con, NodeHandle node, int element, double weight = 1.0)
-    {
+    void target(NodeHandle con, NodeHandle node, int element, double weight = 1.0) {
         const std::string array = "target[" + std::to_string(element) + "].";
         const std::pair<const char*, const char*> inputs[] = {
             {"targetTranslate", "translate"},
@@ -45,8 +41,7 @@ protected:
                 link(node, other, con, (array + own).c_str());
         set(con, (array + "targetWeight").c_str(), weight);
     }
-    void drive(NodeHandle con, const char* output, const char* channel)
-    {
+    void drive(NodeHandle con, const char* output, const char* channel) {
         link(con, output, object, channel);
     }
     M44d world(NodeHandle node) const { return worldMatrix(scene, node); }
@@ -55,8 +50,7 @@ protected:
     NodeHandle one = transform("one"), two = transform("two");
 };
 
-TEST_F(ConstraintNodes, PointGoesToTheWeightedMean)
-{
+TEST_F(ConstraintNodes, PointGoesToTheWeightedMean) {
     const NodeHandle con = constraint("pointConstraint");
     target(con, one, 0, 1.0);
     target(con, two, 1, 3.0);
@@ -71,8 +65,7 @@ TEST_F(ConstraintNodes, PointGoesToTheWeightedMean)
     expectNear(position(object), {4, 0, 0}, 1e-12);
 }
 
-TEST_F(ConstraintNodes, PointOffsetLiesInTheParentsSpace)
-{
+TEST_F(ConstraintNodes, PointOffsetLiesInTheParentsSpace) {
     const NodeHandle con = constraint("pointConstraint");
     target(con, one, 0);
     drive(con, "constraintTranslate", "translate");
@@ -83,8 +76,7 @@ TEST_F(ConstraintNodes, PointOffsetLiesInTheParentsSpace)
     expectNear(position(object), {0, -2, 0});
 }
 
-TEST_F(ConstraintNodes, PivotsMeet)
-{
+TEST_F(ConstraintNodes, PivotsMeet) {
     const NodeHandle con = constraint("pointConstraint");
     target(con, one, 0);
     drive(con, "constraintTranslate", "translate");
@@ -96,8 +88,7 @@ TEST_F(ConstraintNodes, PivotsMeet)
     expectNear(get(object, "translate"), {1, 3, -5});
 }
 
-TEST_F(ConstraintNodes, OrientTurnsUnderATurnedParent)
-{
+TEST_F(ConstraintNodes, OrientTurnsUnderATurnedParent) {
     const NodeHandle con = constraint("orientConstraint");
     target(con, one, 0);
     drive(con, "constraintRotate", "rotate");
@@ -109,8 +100,7 @@ TEST_F(ConstraintNodes, OrientTurnsUnderATurnedParent)
     expectNear(rotationPart(world(object)), eulerMatrix(V3d(10, 20, 30) * kDegToRad), 1e-12);
 }
 
-TEST_F(ConstraintNodes, OrientOffsetStandsInFront)
-{
+TEST_F(ConstraintNodes, OrientOffsetStandsInFront) {
     const NodeHandle con = constraint("orientConstraint");
     target(con, one, 0);
     drive(con, "constraintRotate", "rotate");
@@ -123,8 +113,7 @@ TEST_F(ConstraintNodes, OrientOffsetStandsInFront)
     expectNear(degrees(con, "lastTargetRotate"), {0, 0, 90});
 }
 
-TEST_F(ConstraintNodes, OffsetAngleBeyondAQuarterTurnIsKept)
-{
+TEST_F(ConstraintNodes, OffsetAngleBeyondAQuarterTurnIsKept) {
     const NodeHandle con = constraint("parentConstraint");
     target(con, one, 0);
     drive(con, "constraintTranslate", "translate");
@@ -136,8 +125,7 @@ TEST_F(ConstraintNodes, OffsetAngleBeyondAQuarterTurnIsKept)
     expectNear(get(object, "translate"), {0, 0, 6});
 }
 
-TEST_F(ConstraintNodes, ParentCarriesTheOffsetInTheTargetsSpace)
-{
+TEST_F(ConstraintNodes, ParentCarriesTheOffsetInTheTargetsSpace) {
     const NodeHandle con = constraint("parentConstraint");
     target(con, one, 0);
     drive(con, "constraintTranslate", "translate");
@@ -153,8 +141,7 @@ TEST_F(ConstraintNodes, ParentCarriesTheOffsetInTheTargetsSpace)
     expectNear(rotationPart(world(object)), eulerMatrix(V3d(0, 0, 120) * kDegToRad), 1e-12);
 }
 
-TEST_F(ConstraintNodes, JointOrientIsTakenOutAndPutIn)
-{
+TEST_F(ConstraintNodes, JointOrientIsTakenOutAndPutIn) {
     object = make("joint", "bone", parent);
     const NodeHandle driver = make("joint", "driver");
     setDegrees(object, "jointOrient", 0, 0, 30);
@@ -172,12 +159,10 @@ TEST_F(ConstraintNodes, JointOrientIsTakenOutAndPutIn)
 // --- several rotations
 // ------------------------------------------------------------------------------------------
 
-class Interpolations : public ConstraintNodes
-{
-protected:
+class Interpolations : public ConstraintNodes {
+  protected:
     /// Angle about z of the mean of two targets that are turned about z.
-    double mean(int type, double first, double second, double weight = 1.0)
-    {
+    double mean(int type, double first, double second, double weight = 1.0) {
         if (con.isNull()) {
             con = constraint("orientConstraint");
             target(con, one, 0);
@@ -195,52 +180,45 @@ protected:
     NodeHandle con;
 };
 
-TEST_F(Interpolations, HalfWayIsTheMiddle)
-{
+TEST_F(Interpolations, HalfWayIsTheMiddle) {
     for (const int type : {kAverage, kShortest})
         EXPECT_NEAR(mean(type, 0, 80), 40.0, 1e-9);
 }
 
-TEST_F(Interpolations, ShortestGoesTheNearWayRound)
-{
+TEST_F(Interpolations, ShortestGoesTheNearWayRound) {
     EXPECT_NEAR(std::fabs(mean(kShortest, 100, -100)), 180.0, 1e-9);
     EXPECT_NEAR(mean(kAverage, 100, -100), 0.0, 1e-9) << "the angles count as they are written";
     EXPECT_NEAR(mean(kLongest, 100, -100), 0.0, 1e-9);
     EXPECT_NEAR(std::fabs(mean(kLongest, 10, 50)), 150.0, 1e-9) << "30 degrees, the far side";
 }
 
-TEST_F(Interpolations, NoFlipStaysOnTheSideOfTheLastRotation)
-{
+TEST_F(Interpolations, NoFlipStaysOnTheSideOfTheLastRotation) {
     mean(kNoFlip, 20, 20);
     EXPECT_NEAR(mean(kNoFlip, 0, 170), 85.0, 1e-9);
     EXPECT_NEAR(mean(kNoFlip, 0, 210), 105.0, 1e-9) << "past the half turn it goes on";
     EXPECT_NEAR(mean(kShortest, 0, 210), -75.0, 1e-9);
 }
 
-TEST_F(Interpolations, AWeightOfZeroDropsATargetExactly)
-{
+TEST_F(Interpolations, AWeightOfZeroDropsATargetExactly) {
     for (const int type : {kNoFlip, kAverage, kShortest, kLongest})
         EXPECT_NEAR(mean(type, 37, 150, 0.0), 37.0, 1e-12);
 }
 
-TEST_F(Interpolations, UnequalWeightsFollowTheQuaternionSum)
-{
+TEST_F(Interpolations, UnequalWeightsFollowTheQuaternionSum) {
     // q = (1, 0) + 3 (cos 30, sin 30): the angle is twice that of the sum.
     const double wanted =
         2.0 * std::atan2(3.0 * std::sin(kPi / 6), 1.0 + 3.0 * std::cos(kPi / 6)) * kRadToDeg;
     EXPECT_NEAR(mean(kShortest, 0, 60, 3.0), wanted, 1e-9);
 }
 
-TEST(RotationMeanTest, OppositesLeaveTheFirst)
-{
+TEST(RotationMeanTest, OppositesLeaveTheFirst) {
     RotationMean mean(kAverage, Quatd());
     mean.add(Quatd(0, V3d(1, 0, 0)), 1.0);
     mean.add(Quatd(0, V3d(-1, 0, 0)), 1.0);
     EXPECT_EQ(mean.result().v, V3d(1, 0, 0));
 }
 
-TEST(QuaternionTest, AgreesWithMatricesInEveryOrder)
-{
+TEST(QuaternionTest, AgreesWithMatricesInEveryOrder) {
     const V3d angles(0.7, -1.9, 2.6);
     for (int order = kXYZ; order <= kZYX; ++order) {
         const M44d m = eulerMatrix(angles, order);
@@ -254,26 +232,22 @@ TEST(QuaternionTest, AgreesWithMatricesInEveryOrder)
 // --- aim
 // ----------------------------------------------------------------------------------------------------------
 
-class Aims : public ConstraintNodes
-{
-protected:
-    Aims()
-    {
+class Aims : public ConstraintNodes {
+  protected:
+    Aims() {
         con = constraint("aimConstraint");
         target(con, one, 0);
         drive(con, "constraintRotate", "rotate");
         set(one, "translate", 0, 0, 10);
     }
-    V3d axis(int row) const
-    {
+    V3d axis(int row) const {
         const M44d m = rotationPart(world(object));
         return {m[row][0], m[row][1], m[row][2]};
     }
     NodeHandle con;
 };
 
-TEST_F(Aims, VectorUpIsTheDefault)
-{
+TEST_F(Aims, VectorUpIsTheDefault) {
     expectNear(axis(0), {0, 0, 1});
     expectNear(axis(1), {0, 1, 0});
     set(con, "worldUpVector", 1, 0, 0);
@@ -284,8 +258,7 @@ TEST_F(Aims, VectorUpIsTheDefault)
     expectNear(axis(2), {1, 0, 0});
 }
 
-TEST_F(Aims, AimsFromUnderAMovedParent)
-{
+TEST_F(Aims, AimsFromUnderAMovedParent) {
     set(parent, "translate", 10, 0, 0);
     setDegrees(parent, "rotate", 20, 30, 40);
     set(parent, "scale", 2, 3, 4);
@@ -296,8 +269,7 @@ TEST_F(Aims, AimsFromUnderAMovedParent)
     EXPECT_NEAR(axis(2).y, 0.0, 1e-12) << "square to the up direction";
 }
 
-TEST_F(Aims, UpTypes)
-{
+TEST_F(Aims, UpTypes) {
     const NodeHandle up = transform("up");
     link(up, "worldMatrix[0]", con, "worldUpMatrix");
     set(up, "translate", 5, 0, 3);
@@ -316,8 +288,7 @@ TEST_F(Aims, UpTypes)
     expectNear(axis(0), {0, 0, 1}, 1e-12);
 }
 
-TEST_F(Aims, UpAlongTheAimKeepsTheFormerUp)
-{
+TEST_F(Aims, UpAlongTheAimKeepsTheFormerUp) {
     set(con, "worldUpVector", 1, 0, 0);
     expectNear(axis(1), {1, 0, 0});
     set(one, "translate", 0, 0.0, 10);
@@ -326,8 +297,7 @@ TEST_F(Aims, UpAlongTheAimKeepsTheFormerUp)
     expectNear(axis(1), {1, 0, 0});
 }
 
-TEST_F(Aims, ATargetOnTheObjectTurnsNothing)
-{
+TEST_F(Aims, ATargetOnTheObjectTurnsNothing) {
     expectNear(axis(0), {0, 0, 1});
     set(one, "translate", 0, 0, 0);
     expectNear(axis(0), {0, 0, 1});
@@ -336,8 +306,7 @@ TEST_F(Aims, ATargetOnTheObjectTurnsNothing)
 // --- scale, pole vector, rest
 // ---------------------------------------------------------------------------------------
 
-TEST_F(ConstraintNodes, ScaleIsTheGeometricMeanOverTheParents)
-{
+TEST_F(ConstraintNodes, ScaleIsTheGeometricMeanOverTheParents) {
     const NodeHandle con = constraint("scaleConstraint");
     target(con, one, 0);
     target(con, two, 1);
@@ -350,8 +319,7 @@ TEST_F(ConstraintNodes, ScaleIsTheGeometricMeanOverTheParents)
     expectNear(get(con, "constraintScale"), {6, 5, 4});
 }
 
-TEST_F(ConstraintNodes, ScaleOfATargetInsideAScaledGroup)
-{
+TEST_F(ConstraintNodes, ScaleOfATargetInsideAScaledGroup) {
     set(parent, "scale", 3, 3, 3);
     const NodeHandle inner = transform("inner", parent);
     set(inner, "scale", -2, 1, 1);
@@ -361,8 +329,7 @@ TEST_F(ConstraintNodes, ScaleOfATargetInsideAScaledGroup)
     expectNear(get(con, "constraintScale"), {-6, 3, 3});
 }
 
-TEST_F(ConstraintNodes, PoleVectorIsMeasuredFromTheStartInTheHandlesParent)
-{
+TEST_F(ConstraintNodes, PoleVectorIsMeasuredFromTheStartInTheHandlesParent) {
     const NodeHandle start = make("joint", "start", parent);
     set(parent, "translate", 100, 0, 0);
     setDegrees(parent, "rotate", 0, 0, 90);
@@ -379,8 +346,7 @@ TEST_F(ConstraintNodes, PoleVectorIsMeasuredFromTheStartInTheHandlesParent)
     expectNear(get(con, "constraintTranslate"), {0, -2, 0});
 }
 
-TEST_F(ConstraintNodes, WithoutWeightsTheRestValuesOrTheLastOnes)
-{
+TEST_F(ConstraintNodes, WithoutWeightsTheRestValuesOrTheLastOnes) {
     const NodeHandle con = constraint("pointConstraint");
     target(con, one, 0);
     set(con, "restTranslate", 7, 8, 9);
@@ -395,8 +361,7 @@ TEST_F(ConstraintNodes, WithoutWeightsTheRestValuesOrTheLastOnes)
     expectNear(get(con, "constraintTranslate"), {7, 8, 9});
 }
 
-TEST_F(ConstraintNodes, OneEvaluationServesBothOutputs)
-{
+TEST_F(ConstraintNodes, OneEvaluationServesBothOutputs) {
     const NodeHandle con = constraint("parentConstraint");
     target(con, one, 0);
     set(one, "translate", 1, 2, 3);
@@ -408,8 +373,7 @@ TEST_F(ConstraintNodes, OneEvaluationServesBothOutputs)
     expectNear(degrees(con, "constraintRotate"), {0, 50, 0});
 }
 
-TEST_F(ConstraintNodes, AnglesDoNotDependOnTheWay)
-{
+TEST_F(ConstraintNodes, AnglesDoNotDependOnTheWay) {
     const NodeHandle con = constraint("orientConstraint");
     target(con, one, 0);
     setDegrees(con, "restRotate", 0, 80, 0);
@@ -425,8 +389,7 @@ TEST_F(ConstraintNodes, AnglesDoNotDependOnTheWay)
     expectNear(degrees(con, "constraintRotate"), {0, 0, 0});
 }
 
-TEST_F(ConstraintNodes, NumbersThatAreNoneLeaveTheOutputAlone)
-{
+TEST_F(ConstraintNodes, NumbersThatAreNoneLeaveTheOutputAlone) {
     const NodeHandle con = constraint("parentConstraint");
     target(con, one, 0);
     set(one, "translate", 1, 2, 3);
@@ -441,8 +404,7 @@ TEST_F(ConstraintNodes, NumbersThatAreNoneLeaveTheOutputAlone)
 }
 
 // Where the inputs stand is kept between evaluations; whatever changes there has to be seen.
-TEST_F(ConstraintNodes, RewiringIsSeenAfterAnEvaluation)
-{
+TEST_F(ConstraintNodes, RewiringIsSeenAfterAnEvaluation) {
     const NodeHandle con = constraint("pointConstraint");
     target(con, one, 0);
     drive(con, "constraintTranslate", "translate");

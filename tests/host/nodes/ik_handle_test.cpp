@@ -6,18 +6,15 @@ namespace torvel::test {
 namespace {
 
 // Two bones of length 2 along x, elbow bent by 60 degrees about z: root at 0, elbow at (2 0 0).
-class IkHandles : public IkScene
-{
-protected:
-    IkHandles()
-    {
+class IkHandles : public IkScene {
+  protected:
+    IkHandles() {
         a = joint("a", {}, V3d(0, 0, 0));
         b = joint("b", a, V3d(2, 0, 0));
         setDegrees(b, "jointOrient", 0, 0, 60);
         c = joint("c", b, V3d(2, 0, 0));
     }
-    void makeHandle(NodeHandle parent = {})
-    {
+    void makeHandle(NodeHandle parent = {}) {
         handle = handleOn(a, c, "handle", "ikRPsolver", parent);
         set(handle, "poleVector", 0, 1, 0);
     }
@@ -27,8 +24,7 @@ protected:
 };
 
 // Target 2 away on x, pole up: an equilateral triangle.
-TEST_F(IkHandles, BendsTheTriangleToThePoleSide)
-{
+TEST_F(IkHandles, BendsTheTriangleToThePoleSide) {
     makeHandle();
     moveTo(2, 0, 0);
     expectNear(position(c), V3d(2, 0, 0));
@@ -40,8 +36,7 @@ TEST_F(IkHandles, BendsTheTriangleToThePoleSide)
     expectNear(position(b), V3d(1, std::sqrt(3.0), 0));
 }
 
-TEST_F(IkHandles, EveryInputMakesItSolveAgain)
-{
+TEST_F(IkHandles, EveryInputMakesItSolveAgain) {
     const NodeHandle group = make("transform", "group"), control = make("transform", "control");
     ASSERT_TRUE(scene.reparent(a, group));
     makeHandle(control);
@@ -69,8 +64,7 @@ TEST_F(IkHandles, EveryInputMakesItSolveAgain)
     expectNear(position(c), V3d(0, 2, 1));
 }
 
-TEST_F(IkHandles, ThePoleLivesInTheHandlesParentSpace)
-{
+TEST_F(IkHandles, ThePoleLivesInTheHandlesParentSpace) {
     const NodeHandle control = make("transform", "control");
     setDegrees(control, "rotate", 90, 0, 0);  // y of the control is world z
     makeHandle(control);
@@ -78,8 +72,7 @@ TEST_F(IkHandles, ThePoleLivesInTheHandlesParentSpace)
     expectNear(position(b), V3d(1, 0, std::sqrt(3.0)));
 }
 
-TEST_F(IkHandles, WhatHangsOnTheRotateSeesTheResult)
-{
+TEST_F(IkHandles, WhatHangsOnTheRotateSeesTheResult) {
     makeHandle();
     const NodeHandle copy = make("transform", "copy"), single = make("transform", "single");
     link(b, "rotate", copy, "rotate");
@@ -92,8 +85,7 @@ TEST_F(IkHandles, WhatHangsOnTheRotateSeesTheResult)
     EXPECT_NEAR(worldMatrix(scene, single)[1][2], -std::sin(60 * kDegToRad), 1e-12);
 }
 
-TEST_F(IkHandles, BlendsFromThePoseByHand)
-{
+TEST_F(IkHandles, BlendsFromThePoseByHand) {
     makeHandle();
     moveTo(2, 0, 0);
     expectNear(degrees(b, "rotate"), V3d(0, 0, 60));
@@ -114,8 +106,7 @@ TEST_F(IkHandles, BlendsFromThePoseByHand)
     expectNear(degrees(b, "rotate"), V3d(0, 0, 60));
 }
 
-TEST_F(IkHandles, KeysUnderTheHandleAreThePoseByHand)
-{
+TEST_F(IkHandles, KeysUnderTheHandleAreThePoseByHand) {
     const NodeHandle curve = make("animCurveTA", "curve");
     scene.setNumber(plug(curve, "keyTimeValue[0].keyTime"), 1);
     scene.setNumber(plug(curve, "keyTimeValue[0].keyValue"), 10 * kDegToRad);
@@ -132,8 +123,7 @@ TEST_F(IkHandles, KeysUnderTheHandleAreThePoseByHand)
     expectNear(degrees(b, "rotate"), V3d(0, 0, 40), 1e-9);
 }
 
-TEST_F(IkHandles, OtherDriversKeepTheirChannels)
-{
+TEST_F(IkHandles, OtherDriversKeepTheirChannels) {
     const NodeHandle driver = make("transform", "driver");
     setDegrees(driver, "rotate", 15, 0, 0);
     link(driver, "rotateX", a, "rotateX");
@@ -142,8 +132,7 @@ TEST_F(IkHandles, OtherDriversKeepTheirChannels)
     EXPECT_NEAR(degrees(a, "rotate").x, 15, 1e-12);
 }
 
-TEST_F(IkHandles, AReleasedChainStaysWhereItIs)
-{
+TEST_F(IkHandles, AReleasedChainStaysWhereItIs) {
     makeHandle();
     moveTo(2, 0, 0);
     expectNear(position(c), V3d(2, 0, 0));
@@ -153,8 +142,7 @@ TEST_F(IkHandles, AReleasedChainStaysWhereItIs)
     expectNear(degrees(b, "rotate"), V3d(0, 0, 0));
 }
 
-TEST_F(IkHandles, ChangesOfTheTreeAreSeen)
-{
+TEST_F(IkHandles, ChangesOfTheTreeAreSeen) {
     makeHandle();
     moveTo(2, 0, 0);
     expectNear(position(c), V3d(2, 0, 0));
@@ -173,8 +161,7 @@ TEST_F(IkHandles, ChangesOfTheTreeAreSeen)
     expectNear(position(c), V3d(2, 0, 0));  // nothing solves any more
 }
 
-TEST_F(IkHandles, AHandleBelowAnotherChainFollowsIt)
-{
+TEST_F(IkHandles, AHandleBelowAnotherChainFollowsIt) {
     const NodeHandle d = joint("d", c, V3d(1, 0, 0)), e = joint("e", d, V3d(1, 0, 0));
     setDegrees(d, "jointOrient", 0, 0, 30);
     makeHandle();
@@ -189,8 +176,7 @@ TEST_F(IkHandles, AHandleBelowAnotherChainFollowsIt)
     expectNear(position(e), V3d(3, 0, 0));
 }
 
-TEST_F(IkHandles, TheLaterOfTwoHandlesHasTheJoint)
-{
+TEST_F(IkHandles, TheLaterOfTwoHandlesHasTheJoint) {
     makeHandle();
     const NodeHandle later = handleOn(a, b, "later");
     set(later, "translate", 0, 2, 0);
@@ -200,8 +186,7 @@ TEST_F(IkHandles, TheLaterOfTwoHandlesHasTheJoint)
     expectNear(position(c), V3d(2, 0, 0));
 }
 
-TEST_F(IkHandles, AHandleUnderItsOwnChainIsToldOnceAndHolds)
-{
+TEST_F(IkHandles, AHandleUnderItsOwnChainIsToldOnceAndHolds) {
     makeHandle(c);
     for (int i = 0; i < 3; ++i) {
         set(handle, "translate", 0.1 * i, 0, 0);
@@ -209,8 +194,7 @@ TEST_F(IkHandles, AHandleUnderItsOwnChainIsToldOnceAndHolds)
     }
 }
 
-TEST_F(IkHandles, UnknownSolversAreToldOnceAndLeaveTheJoints)
-{
+TEST_F(IkHandles, UnknownSolversAreToldOnceAndLeaveTheJoints) {
     std::vector<std::string> lines;
     log.addSink([&](const LogLine& line) { lines.push_back(line.text); });
     setDegrees(b, "rotate", 0, 0, 5);
@@ -227,16 +211,14 @@ TEST_F(IkHandles, UnknownSolversAreToldOnceAndLeaveTheJoints)
               "rotations.");
 }
 
-TEST_F(IkHandles, SingleChainTakesTheShortestWay)
-{
+TEST_F(IkHandles, SingleChainTakesTheShortestWay) {
     handle = handleOn(a, b, "handle", "ikSCsolver");
     moveTo(0, 0, 5);
     expectNear(position(b), V3d(0, 0, 2));
     expectNear(worldMatrix(scene, a), M44d(0, 0, 1, 0, 0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 0, 1));
 }
 
-TEST_F(IkHandles, AScaledAndAMirroredParentDoNotMatter)
-{
+TEST_F(IkHandles, AScaledAndAMirroredParentDoNotMatter) {
     const NodeHandle group = make("transform", "group");
     ASSERT_TRUE(scene.reparent(a, group));
     set(group, "scale", -2, 2, 2);

@@ -7,8 +7,7 @@
 namespace torvel::test {
 namespace {
 
-bool isFinite(const M44d& m)
-{
+bool isFinite(const M44d& m) {
     for (int i = 0; i < 4; ++i)
         for (int j = 0; j < 4; ++j)
             if (!std::isfinite(m[i][j]))
@@ -16,11 +15,9 @@ bool isFinite(const M44d& m)
     return true;
 }
 
-class IkProperties : public IkScene
-{
-protected:
-    struct Chain
-    {
+class IkProperties : public IkScene {
+  protected:
+    struct Chain {
         std::vector<NodeHandle> joints;  // the end joint last
         NodeHandle handle;
         double length = 0.0;
@@ -30,8 +27,7 @@ protected:
 
     // Bones along x, bent to one side in one plane by joint orient, in a turned frame of any rotate
     // orders.
-    Chain planar(Dice& dice, int bones)
-    {
+    Chain planar(Dice& dice, int bones) {
         Chain chain;
         const NodeHandle frame = make("transform", "frame");
         set(frame, "translate", dice.in(-5, 5), dice.in(-5, 5), dice.in(-5, 5));
@@ -60,8 +56,7 @@ protected:
         chain.handle = handleOn(chain.joints.front(), chain.joints.back());
         return chain;
     }
-    void aim(const Chain& chain, const V3d& target, const V3d& pole, double twist = 0.0)
-    {
+    void aim(const Chain& chain, const V3d& target, const V3d& pole, double twist = 0.0) {
         set(chain.handle, "translate", target.x, target.y, target.z);
         set(chain.handle, "poleVector", pole.x, pole.y, pole.z);
         set(chain.handle, "twist", twist);
@@ -69,8 +64,7 @@ protected:
     V3d end(const Chain& chain) const { return position(chain.joints.back()); }
     V3d root(const Chain& chain) const { return position(chain.joints.front()); }
     // The joint farthest from the line between the ends.
-    V3d knee(const Chain& chain) const
-    {
+    V3d knee(const Chain& chain) const {
         const V3d line = (end(chain) - root(chain)).normalized();
         V3d found;
         double most = -1.0;
@@ -84,16 +78,14 @@ protected:
         }
         return found;
     }
-    void expectFinite(const Chain& chain)
-    {
+    void expectFinite(const Chain& chain) {
         for (NodeHandle j : chain.joints)
             EXPECT_TRUE(isFinite(worldMatrix(scene, j))) << scene.node(j)->name;
     }
     void clear() { scene.clear(); }
 };
 
-TEST_F(IkProperties, ReachesWhatIsInRangeWithTheKneeOnThePoleSide)
-{
+TEST_F(IkProperties, ReachesWhatIsInRangeWithTheKneeOnThePoleSide) {
     Dice dice(11);
     for (int run = 0; run < 300; ++run) {
         const int bones = 2 + dice.below(run % 3 == 0 ? 5 : 1);
@@ -116,8 +108,7 @@ TEST_F(IkProperties, ReachesWhatIsInRangeWithTheKneeOnThePoleSide)
     }
 }
 
-TEST_F(IkProperties, IsStraightTowardsWhatIsOutOfRange)
-{
+TEST_F(IkProperties, IsStraightTowardsWhatIsOutOfRange) {
     Dice dice(12);
     for (int run = 0; run < 100; ++run) {
         const Chain chain = planar(dice, 2 + dice.below(5));
@@ -129,8 +120,7 @@ TEST_F(IkProperties, IsStraightTowardsWhatIsOutOfRange)
     }
 }
 
-TEST_F(IkProperties, IsFoldedTowardsWhatIsTooNear)
-{
+TEST_F(IkProperties, IsFoldedTowardsWhatIsTooNear) {
     Dice dice(13);
     for (int run = 0; run < 50; ++run) {
         const Chain chain = planar(dice, 2);
@@ -142,8 +132,7 @@ TEST_F(IkProperties, IsFoldedTowardsWhatIsTooNear)
     }
 }
 
-TEST_F(IkProperties, HasNoHolesAtTheDegeneratePoints)
-{
+TEST_F(IkProperties, HasNoHolesAtTheDegeneratePoints) {
     Dice dice(14);
     for (int run = 0; run < 60; ++run) {
         const Chain chain = planar(dice, 2 + dice.below(4));
@@ -168,8 +157,7 @@ TEST_F(IkProperties, HasNoHolesAtTheDegeneratePoints)
     }
 }
 
-TEST_F(IkProperties, AStraightRestPoseOnlyAims)
-{
+TEST_F(IkProperties, AStraightRestPoseOnlyAims) {
     const NodeHandle a = joint("a", {}, V3d(1, 2, 3)), b = joint("b", a, V3d(2, 0, 0)),
                      c = joint("c", b, V3d(2, 0, 0));
     const NodeHandle handle = handleOn(a, c);
@@ -181,8 +169,7 @@ TEST_F(IkProperties, AStraightRestPoseOnlyAims)
     }
 }
 
-TEST_F(IkProperties, MovesWithoutJumpsAlongALine)
-{
+TEST_F(IkProperties, MovesWithoutJumpsAlongALine) {
     Dice dice(15);
     for (int run = 0; run < 20; ++run) {
         const Chain chain = planar(dice, 2 + dice.below(4));

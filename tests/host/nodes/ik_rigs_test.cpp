@@ -14,31 +14,26 @@ namespace torvel::test {
 namespace {
 
 /// What is known about a handle that does not answer to its file in every way.
-struct Exception
-{
+struct Exception {
     const char* handle;
     enum Kind { OutOfReach, Different, NotEvaluated } kind;
     double degrees;  ///< how far the joints may stand off what is stored
     const char* reason;
 };
 
-struct Rig
-{
+struct Rig {
     const char* file;
     int rotatePlane, singleChain, others;
     std::vector<Exception> exceptions;
 };
 
-void PrintTo(const Rig& rig, std::ostream* out)
-{
+void PrintTo(const Rig& rig, std::ostream* out) {
     *out << rig.file;
 }
 
-class StoredChains : public IkScene, public ::testing::WithParamInterface<Rig>
-{
-protected:
-    bool open(const char* name)
-    {
+class StoredChains : public IkScene, public ::testing::WithParamInterface<Rig> {
+  protected:
+    bool open(const char* name) {
         const char* folder = std::getenv("TORVEL_RIGS");
         std::ifstream file(std::string(folder ? folder : "") + "/" + name, std::ios::binary);
         if (!folder || !file)
@@ -51,8 +46,7 @@ protected:
         EXPECT_TRUE(status) << status.text();
         return true;
     }
-    std::vector<NodeHandle> allOf(const char* type) const
-    {
+    std::vector<NodeHandle> allOf(const char* type) const {
         std::vector<NodeHandle> out;
         for (NodeHandle node : scene.allNodes())
             if (scene.isType(node, type))
@@ -60,21 +54,18 @@ protected:
         return out;
     }
     // As the file gives it: nothing has been evaluated yet.
-    V3d storedRotate(NodeHandle joint) const
-    {
+    V3d storedRotate(NodeHandle joint) const {
         const Plug rotate = plug(joint, "rotate");
         return {scene.storedNumber(scene.child(rotate, 0)),
                 scene.storedNumber(scene.child(rotate, 1)),
                 scene.storedNumber(scene.child(rotate, 2))};
     }
-    V3d goalOf(NodeHandle handle) const
-    {
+    V3d goalOf(NodeHandle handle) const {
         const V3d local = get(handle, "translate") + get(handle, "rotatePivot") +
                           get(handle, "rotatePivotTranslate");
         return local * parentWorldMatrix(scene, handle);
     }
-    double turnBetween(NodeHandle joint, const V3d& stored) const
-    {
+    double turnBetween(NodeHandle joint, const V3d& stored) const {
         const int order = static_cast<int>(scene.number(plug(joint, "rotateOrder")));
         const M44d off =
             eulerMatrix(stored, order) * eulerMatrix(get(joint, "rotate"), order).transposed();
@@ -82,8 +73,7 @@ protected:
         return std::atan2(0.5 * axis.length(), 0.5 * (off[0][0] + off[1][1] + off[2][2] - 1.0)) *
                kRadToDeg;
     }
-    double chainLength(const IkParts& parts) const
-    {
+    double chainLength(const IkParts& parts) const {
         double length = 0.0;
         V3d at = position(parts.start);
         for (NodeHandle joint : parts.joints) {
@@ -92,20 +82,17 @@ protected:
         }
         return length + (position(parts.effector) - at).length();
     }
-    const Exception* exceptionOf(NodeHandle handle) const
-    {
+    const Exception* exceptionOf(NodeHandle handle) const {
         for (const Exception& e : GetParam().exceptions)
             if (scene.node(handle)->name == e.handle)
                 return &e;
         return nullptr;
     }
-    void checkDirection(NodeHandle handle, const IkParts& parts)
-    {
+    void checkDirection(NodeHandle handle, const IkParts& parts) {
         const V3d root = position(parts.start), end = position(parts.effector);
         expectNear((end - root).normalized(), (goalOf(handle) - root).normalized(), 1e-9);
     }
-    bool shares(NodeHandle handle, const IkParts& parts) const
-    {
+    bool shares(NodeHandle handle, const IkParts& parts) const {
         position(parts.effector);  // ties are found by evaluating
         for (NodeHandle joint : parts.joints)
             for (int axis = 0; axis < 3; ++axis)
@@ -113,8 +100,7 @@ protected:
                     return true;
         return false;
     }
-    void checkPlace(NodeHandle handle, const IkParts& parts, bool outOfReach)
-    {
+    void checkPlace(NodeHandle handle, const IkParts& parts, bool outOfReach) {
         const V3d root = position(parts.start), end = position(parts.effector),
                   goal = goalOf(handle);
         const NodeHandle endJoint = ikEndJoint(scene, parts.effector);
@@ -133,8 +119,7 @@ protected:
         }
     }
     void checkRotates(NodeHandle handle, const IkParts& parts, const std::vector<V3d>& stored,
-                      double tolerance)
-    {
+                      double tolerance) {
         for (std::size_t k = 0; k < parts.joints.size(); ++k)
             EXPECT_LE(turnBetween(parts.joints[k], stored[k]), tolerance)
                 << scene.node(handle)->name << ": " << scene.node(parts.joints[k])->name
@@ -143,8 +128,7 @@ protected:
     }
 };
 
-TEST_P(StoredChains, AreSolvedAsTheFilesSay)
-{
+TEST_P(StoredChains, AreSolvedAsTheFilesSay) {
     const Rig& rig = GetParam();
     if (!open(rig.file))
         GTEST_SKIP() << rig.file << " is not at hand";
@@ -175,8 +159,7 @@ TEST_P(StoredChains, AreSolvedAsTheFilesSay)
 
 // Every handle that nothing holds is carried around; chain, pole and whatever drives them follow.
 // Where two handles share a joint, only one of them can have its way.
-TEST_P(StoredChains, FollowTheirHandles)
-{
+TEST_P(StoredChains, FollowTheirHandles) {
     const Rig& rig = GetParam();
     if (!open(rig.file))
         GTEST_SKIP() << rig.file << " is not at hand";
@@ -234,12 +217,9 @@ const Rig kRigs[] = {
 INSTANTIATE_TEST_SUITE_P(Files, StoredChains, ::testing::ValuesIn(kRigs));
 
 /// A rig in bind pose, everything in it evaluated: constraints, handles, utility nodes.
-class BoundRig : public StoredChains
-{
-};
+class BoundRig : public StoredChains {};
 
-TEST_P(BoundRig, SkinJointsStandWhereTheyWereBound)
-{
+TEST_P(BoundRig, SkinJointsStandWhereTheyWereBound) {
     const Rig& rig = GetParam();
     if (!open(rig.file))
         GTEST_SKIP() << rig.file << " is not at hand";

@@ -8,12 +8,10 @@
 namespace torvel::test {
 
 /// Chains with handles, wired by hand as a file would wire them.
-class IkScene : public NodeScene
-{
-protected:
+class IkScene : public NodeScene {
+  protected:
     /// A joint `offset` away from its parent, linked as the joint command links it.
-    NodeHandle joint(const char* name, NodeHandle parent, const V3d& offset)
-    {
+    NodeHandle joint(const char* name, NodeHandle parent, const V3d& offset) {
         const NodeHandle made = make("joint", name, parent);
         set(made, "translate", offset.x, offset.y, offset.z);
         if (isJoint(scene, parent))
@@ -22,8 +20,7 @@ protected:
     }
     /// Handle `name` at the end joint's place from `start` to `end`.
     NodeHandle handleOn(NodeHandle start, NodeHandle end, const char* name = "handle",
-                        const char* solverType = "ikRPsolver", NodeHandle parent = {})
-    {
+                        const char* solverType = "ikRPsolver", NodeHandle parent = {}) {
         NodeHandle solver = scene.names().lookUp(solverType);
         if (solver.isNull())
             solver = make(solverType, solverType);
@@ -41,8 +38,7 @@ protected:
     }
     /// Angle in degrees between where the middle points off the line root-end and the direction
     /// `side`.
-    static double sideError(const V3d& root, const V3d& knee, const V3d& end, const V3d& side)
-    {
+    static double sideError(const V3d& root, const V3d& knee, const V3d& end, const V3d& side) {
         const V3d line = (end - root).normalized();
         const V3d off = (knee - root) - line * (knee - root).dot(line),
                   wanted = side - line * side.dot(line);
@@ -51,21 +47,19 @@ protected:
 };
 
 /// The same numbers in every run.
-class Dice
-{
-public:
+class Dice {
+  public:
     explicit Dice(unsigned seed) : m_engine(seed) {}
     double in(double low, double high) { return low + (high - low) * (m_engine() / 4294967296.0); }
     V3d vector(double size) { return {in(-size, size), in(-size, size), in(-size, size)}; }
-    V3d direction()
-    {
+    V3d direction() {
         for (;;)
             if (const V3d v = vector(1.0); v.length() > 0.2 && v.length() < 1.0)
                 return v.normalized();
     }
     int below(int count) { return static_cast<int>(in(0.0, count)); }
 
-private:
+  private:
     std::mt19937 m_engine;
 };
 

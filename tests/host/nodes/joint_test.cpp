@@ -6,11 +6,9 @@
 
 namespace torvel::test {
 
-class JointTest : public NodeScene
-{
-protected:
-    NodeHandle chainJoint(const char* name, NodeHandle parent, double x, double y, double z)
-    {
+class JointTest : public NodeScene {
+  protected:
+    NodeHandle chainJoint(const char* name, NodeHandle parent, double x, double y, double z) {
         const NodeHandle made = make("joint", name, parent);
         set(made, "t", x, y, z);
         if (!parent.isNull())
@@ -19,8 +17,7 @@ protected:
     }
 };
 
-TEST_F(JointTest, AChainDrawnInAPlaneMatchesItsStoredPositions)
-{
+TEST_F(JointTest, AChainDrawnInAPlaneMatchesItsStoredPositions) {
     const NodeHandle a = chainJoint("a", {}, -1.0074561718837285, 1.1005195249890261, 0);
     const NodeHandle b = chainJoint("b", a, 1.9994500146724059, 0, 0);
     const NodeHandle c = chainJoint("c", b, 3.3342900920614262, 0, 0);
@@ -35,8 +32,7 @@ TEST_F(JointTest, AChainDrawnInAPlaneMatchesItsStoredPositions)
     EXPECT_NEAR(pose->jointOrient[3], 0.90826569770725385, 1e-14);
 }
 
-TEST_F(JointTest, TheStackIsScaleAxisRotateOrientCompensateTranslate)
-{
+TEST_F(JointTest, TheStackIsScaleAxisRotateOrientCompensateTranslate) {
     const NodeHandle p = chainJoint("p", {}, 0, 0, 0), j = chainJoint("j", p, 4, 5, 6);
     set(p, "s", 2, 4, 8);
     set(j, "s", 3, 5, 7);
@@ -46,16 +42,15 @@ TEST_F(JointTest, TheStackIsScaleAxisRotateOrientCompensateTranslate)
     set(j, "jo", 0.7, 0.8, 0.9);
     set(j, "rp", 9, 9, 9);  // pivots and shear of a joint count for nothing
     set(j, "sh", 1, 1, 1);
-    const M44d inner = scaleMatrix({3, 5, 7}) * eulerMatrix({0.1, 0.2, 0.3}) * eulerMatrix({0.4, 0.5, 0.6}, kZYX) *
-                       eulerMatrix({0.7, 0.8, 0.9});
+    const M44d inner = scaleMatrix({3, 5, 7}) * eulerMatrix({0.1, 0.2, 0.3}) *
+                       eulerMatrix({0.4, 0.5, 0.6}, kZYX) * eulerMatrix({0.7, 0.8, 0.9});
     const M44d move = translationMatrix({4, 5, 6});
     expectNear(localMatrix(scene, j), inner * scaleMatrix({0.5, 0.25, 0.125}) * move);
     set(j, "ssc", 0);
     expectNear(localMatrix(scene, j), inner * move);
 }
 
-TEST_F(JointTest, InverseScaleCountsOnlyWhileConnected)
-{
+TEST_F(JointTest, InverseScaleCountsOnlyWhileConnected) {
     const NodeHandle p = chainJoint("p", {}, 0, 0, 0), j = chainJoint("j", p, 1, 0, 0);
     set(p, "s", 2, 2, 2);
     EXPECT_NEAR(worldMatrix(scene, j)[0][0], 1.0, 1e-12);
@@ -67,8 +62,7 @@ TEST_F(JointTest, InverseScaleCountsOnlyWhileConnected)
     EXPECT_TRUE(std::isfinite(worldMatrix(scene, j)[0][0]));
 }
 
-TEST_F(JointTest, UnderANewParentRotateStaysAndOrientIsSolved)
-{
+TEST_F(JointTest, UnderANewParentRotateStaysAndOrientIsSolved) {
     const NodeHandle g = make("transform", "g"), j = make("joint", "j");
     set(g, "t", 5, 0, 0);
     setDegrees(g, "r", 0, 0, 90);
@@ -77,7 +71,8 @@ TEST_F(JointTest, UnderANewParentRotateStaysAndOrientIsSolved)
     setDegrees(j, "jo", 0, 0, 10);
     const M44d world = worldMatrix(scene, j);
     Channels solved;
-    ASSERT_TRUE(jointChannelsForLocal(scene, j, world * inverseOf(parentMatrixUnder(scene, j, g)), V3d(1), solved));
+    ASSERT_TRUE(jointChannelsForLocal(scene, j, world * inverseOf(parentMatrixUnder(scene, j, g)),
+                                      V3d(1), solved));
     ASSERT_TRUE(scene.reparent(j, g));
     ASSERT_TRUE(writeChannels(scene, changedChannels(scene, j, solved)));
     expectNear(get(j, "t"), V3d(3, 0, 0));
@@ -86,8 +81,7 @@ TEST_F(JointTest, UnderANewParentRotateStaysAndOrientIsSolved)
     expectNear(worldMatrix(scene, j), world);
 }
 
-TEST_F(JointTest, AScaleThatAJointCannotTakeIsRefused)
-{
+TEST_F(JointTest, AScaleThatAJointCannotTakeIsRefused) {
     const NodeHandle p = chainJoint("p", {}, 0, 0, 0), j = chainJoint("j", p, 1, 0, 0);
     set(p, "s", 2, 2, 2);
     Channels solved;
@@ -97,21 +91,20 @@ TEST_F(JointTest, AScaleThatAJointCannotTakeIsRefused)
     EXPECT_FALSE(jointChannelsForLocal(scene, make("transform", "t"), M44d(), V3d(1), solved));
 }
 
-TEST_F(JointTest, ALocalMatrixOfAJointKeepsItsOrient)
-{
+TEST_F(JointTest, ALocalMatrixOfAJointKeepsItsOrient) {
     const NodeHandle p = chainJoint("p", {}, 0, 0, 0), j = chainJoint("j", p, 1, 0, 0);
     set(p, "s", 2, 2, 2);
     setDegrees(j, "jo", 10, 20, 30);
     set(j, "ra", 0, 0.3, 0);
-    const M44d wanted = eulerMatrix({0.5, 0.6, 0.7}) * scaleMatrix({0.5, 0.5, 0.5}) * translationMatrix({1, 2, 3});
+    const M44d wanted =
+        eulerMatrix({0.5, 0.6, 0.7}) * scaleMatrix({0.5, 0.5, 0.5}) * translationMatrix({1, 2, 3});
     ASSERT_TRUE(setLocalMatrix(scene, j, wanted));
     expectNear(localMatrix(scene, j), wanted);
     expectNear(degrees(j, "jo"), V3d(10, 20, 30));
     expectNear(get(j, "s"), V3d(1, 1, 1));
 }
 
-TEST_F(JointTest, DeepChainsEvaluate)
-{
+TEST_F(JointTest, DeepChainsEvaluate) {
     NodeHandle top, at;
     for (int i = 0; i < 10000; ++i) {
         NodeHandle made;
@@ -125,25 +118,27 @@ TEST_F(JointTest, DeepChainsEvaluate)
     expectNear(position(at), V3d(1, 9999, 0), 1e-6);
 }
 
-TEST_F(JointTest, PoseTextsAreKeptValueForValue)
-{
-    const char* text = "1 2 3 0.10000000000000001 -0.20000000000000001 0.29999999999999999 5 7 8 9 0 0 0 0 0 0 0 0 0 "
-                       "0 0 0 0 0 0 0 0 0 1 0 0 -0.41839386033778669 0.90826569770725385 2 2 2 yes";
+TEST_F(JointTest, PoseTextsAreKeptValueForValue) {
+    const char* text =
+        "1 2 3 0.10000000000000001 -0.20000000000000001 0.29999999999999999 5 7 8 9 0 0 0 0 0 0 0 "
+        "0 0 "
+        "0 0 0 0 0 0 0 0 0 1 0 0 -0.41839386033778669 0.90826569770725385 2 2 2 yes";
     NumberSource source(text);
     const auto pose = parseXform(source);
     ASSERT_TRUE(pose);
     EXPECT_EQ(formatXform(*pose), text);
     const M44d orient = eulerMatrix({0, 0, -49.466453277038752 * kDegToRad});
-    expectNear(pose->matrix, scaleMatrix({1, 2, 3}) * eulerMatrix({0.1, -0.2, 0.3}, kZYX) * orient *
-                                 scaleMatrix({0.5, 0.5, 0.5}) * translationMatrix({7, 8, 9}), 1e-12);
+    expectNear(pose->matrix,
+               scaleMatrix({1, 2, 3}) * eulerMatrix({0.1, -0.2, 0.3}, kZYX) * orient *
+                   scaleMatrix({0.5, 0.5, 0.5}) * translationMatrix({7, 8, 9}),
+               1e-12);
     NumberSource cut("1 1 1 0 0 0 0 0 0");
     EXPECT_FALSE(parseXform(cut));
     NumberSource noFlag(std::string_view(text, std::strlen(text) - 4));
     EXPECT_FALSE(parseXform(noFlag));
 }
 
-TEST_F(JointTest, APoseGivesItsChannelsBack)
-{
+TEST_F(JointTest, APoseGivesItsChannelsBack) {
     const NodeHandle j = make("joint", "j");
     set(j, "t", 1, 2, 3);
     setDegrees(j, "r", 10, 20, 30);

@@ -12,8 +12,8 @@ namespace {
 const double kReach = 1.1081941875543879;  // 3 / (2 + cos 45)
 const double kCorner = kReach / std::sqrt(2.0);
 
-NurbsCurveData curve(int degree, std::vector<V3d> cvs, std::vector<double> knots = {}, int form = 0)
-{
+NurbsCurveData curve(int degree, std::vector<V3d> cvs, std::vector<double> knots = {},
+                     int form = 0) {
     NurbsCurveData data;
     data.degree = degree;
     data.form = form;
@@ -24,8 +24,7 @@ NurbsCurveData curve(int degree, std::vector<V3d> cvs, std::vector<double> knots
 }
 
 NurbsCurveData circle(const V3d& normal, double radius = 1.0, int sections = 8,
-                      double sweep = 2.0 * kPi, int degree = 3)
-{
+                      double sweep = 2.0 * kPi, int degree = 3) {
     CircleForm form;
     form.normal = normal;
     form.radius = radius;
@@ -35,8 +34,7 @@ NurbsCurveData circle(const V3d& normal, double radius = 1.0, int sections = 8,
     return *circleCurve(form);
 }
 
-TEST(NurbsCurve, ABezierSpanIsItsPolynomial)
-{
+TEST(NurbsCurve, ABezierSpanIsItsPolynomial) {
     const NurbsCurveData bezier = curve(3, {{0, 0, 0}, {0, 1, 0}, {1, 1, 0}, {1, 0, 0}});
     const CurvePoint middle = curveAt(bezier, 0.5);
     expectNear(middle.position, V3d(0.5, 0.75, 0));
@@ -47,8 +45,7 @@ TEST(NurbsCurve, ABezierSpanIsItsPolynomial)
     expectNear(curveAt(bezier, -1.0).position, V3d(0, 0, 0));
 }
 
-TEST(NurbsCurve, KnotsNeedNotStartAtNullNorBeEven)
-{
+TEST(NurbsCurve, KnotsNeedNotStartAtNullNorBeEven) {
     const NurbsCurveData line = curve(1, {{0, 0, 0}, {4, 0, 0}, {4, 3, 0}}, {6, 10, 13});
     EXPECT_EQ(firstParameter(line), 6.0);
     EXPECT_EQ(lastParameter(line), 13.0);
@@ -59,8 +56,7 @@ TEST(NurbsCurve, KnotsNeedNotStartAtNullNorBeEven)
     EXPECT_NEAR(curveLength(line, 9.0, 12.0), 3.0, 1e-12);
 }
 
-TEST(NurbsCurve, KnotsBeyondTheEndsBoundTheCurveByDegree)
-{
+TEST(NurbsCurve, KnotsBeyondTheEndsBoundTheCurveByDegree) {
     // Equal steps -1/8 .. 9/8: the curve runs from 0 to 1 and a straight row of points keeps its
     // spacing.
     std::vector<double> knots;
@@ -79,8 +75,7 @@ TEST(NurbsCurve, KnotsBeyondTheEndsBoundTheCurveByDegree)
     EXPECT_NEAR(curveLength(even), 16.0, 1e-9);
 }
 
-TEST(NurbsCurve, WeightsMakeAQuarterCircle)
-{
+TEST(NurbsCurve, WeightsMakeAQuarterCircle) {
     NurbsCurveData arc = curve(2, {{1, 0, 0}, {1, 1, 0}, {0, 1, 0}});
     arc.rational = true;
     arc.weights = {1.0, std::sqrt(0.5), 1.0};
@@ -92,8 +87,7 @@ TEST(NurbsCurve, WeightsMakeAQuarterCircle)
     EXPECT_NEAR(curveLength(arc), kPi / 2.0, 1e-9);
 }
 
-TEST(NurbsCurve, FaultsAreNamed)
-{
+TEST(NurbsCurve, FaultsAreNamed) {
     EXPECT_EQ(curveFault(curve(3, {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}}, {0, 1, 2})),
               "A curve of degree 3 needs at least 4 points, not 3.");
     EXPECT_EQ(curveFault(curve(1, {{0, 0, 0}, {1, 0, 0}}, {0, 1, 2})),
@@ -103,8 +97,7 @@ TEST(NurbsCurve, FaultsAreNamed)
     EXPECT_EQ(clampedKnots(3, 1), (std::vector<double>{0, 1, 2}));
 }
 
-TEST(NurbsCurve, TheDefaultCircleHasElevenPoints)
-{
+TEST(NurbsCurve, TheDefaultCircleHasElevenPoints) {
     const NurbsCurveData ring = circle({0, 0, 1});
     ASSERT_EQ(ring.cvs.size(), 11u);
     EXPECT_EQ(ring.spans, 8);
@@ -119,8 +112,7 @@ TEST(NurbsCurve, TheDefaultCircleHasElevenPoints)
         EXPECT_EQ(ring.cvs[8 + i], ring.cvs[i]);
 }
 
-TEST(NurbsCurve, TheNormalTurnsTheCircle)
-{
+TEST(NurbsCurve, TheNormalTurnsTheCircle) {
     const NurbsCurveData y = circle({0, 1, 0}), x = circle({5, 0, 0}), none = circle({0, 0, 0});
     expectNear(y.cvs[0], V3d(kCorner, 0, -kCorner));
     expectNear(y.cvs[1], V3d(0, 0, -kReach));
@@ -137,8 +129,7 @@ TEST(NurbsCurve, TheNormalTurnsTheCircle)
         }
 }
 
-TEST(NurbsCurve, CirclesRunThroughTheirSections)
-{
+TEST(NurbsCurve, CirclesRunThroughTheirSections) {
     for (int sections : {3, 4, 8, 20}) {
         const NurbsCurveData ring = circle({0, 0, 1}, 2.5, sections);
         for (int i = 0; i <= sections; ++i) {
@@ -155,8 +146,7 @@ TEST(NurbsCurve, CirclesRunThroughTheirSections)
     EXPECT_NEAR(curveLength(square), 4.0 * std::sqrt(2.0), 1e-12);
 }
 
-TEST(NurbsCurve, ArcsAreOpenAndTouchTheCircleAtTheirKnots)
-{
+TEST(NurbsCurve, ArcsAreOpenAndTouchTheCircleAtTheirKnots) {
     for (int sections : {1, 2, 3, 6}) {
         const NurbsCurveData arc = circle({0, 0, 1}, 3.0, sections, kPi);
         EXPECT_EQ(arc.form, 0);
@@ -171,8 +161,7 @@ TEST(NurbsCurve, ArcsAreOpenAndTouchTheCircleAtTheirKnots)
     }
 }
 
-TEST(NurbsCurve, BoundsOfTheCurveLieWithinThoseOfItsPoints)
-{
+TEST(NurbsCurve, BoundsOfTheCurveLieWithinThoseOfItsPoints) {
     const Imath::Box3d box = curveBounds(circle({0, 0, 1}));
     EXPECT_NEAR(box.max.x, 1.0, 1e-12);
     EXPECT_NEAR(box.min.y, -1.0, 1e-12);
@@ -180,11 +169,9 @@ TEST(NurbsCurve, BoundsOfTheCurveLieWithinThoseOfItsPoints)
     EXPECT_EQ(curvePolyline(curve(1, {{0, 0, 0}, {1, 0, 0}})).size(), 2u);
 }
 
-class CurveShape : public NodeScene
-{
+class CurveShape : public NodeScene {
   protected:
-    CurveShape()
-    {
+    CurveShape() {
         transform = make("transform", "ring");
         shape = make("nurbsCurve", "ringShape", transform);
         maker = make("makeNurbCircle", "maker");
@@ -193,8 +180,7 @@ class CurveShape : public NodeScene
     NodeHandle transform, shape, maker;
 };
 
-TEST_F(CurveShape, FollowsItsMaker)
-{
+TEST_F(CurveShape, FollowsItsMaker) {
     set(maker, "radius", 2.0);
     expectNear(curveOf(scene, shape)->cvs[7], V3d(2.0 * kReach, 0, 0));
     set(maker, "sections", 12);
@@ -204,8 +190,7 @@ TEST_F(CurveShape, FollowsItsMaker)
     EXPECT_NEAR(curveOf(scene, shape)->cvs[3].z, 4.0, 1e-12);
 }
 
-TEST_F(CurveShape, MovedPointsStayMovedWhenTheMakerChanges)
-{
+TEST_F(CurveShape, MovedPointsStayMovedWhenTheMakerChanges) {
     std::vector<V3d> points = curveOf(scene, shape)->cvs;
     for (V3d& point : points)
         point *= 5.0;

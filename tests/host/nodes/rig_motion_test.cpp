@@ -1,5 +1,5 @@
-// Rigs that others made, at other times than they were saved at. TORVEL_RIGS names their folder; without it nothing is
-// compared.
+// Rigs that others made, at other times than they were saved at. TORVEL_RIGS names their folder;
+// without it nothing is compared.
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -13,11 +13,9 @@
 namespace torvel::test {
 namespace {
 
-class RigMotion : public NodeScene
-{
-protected:
-    bool open(const std::string& name)
-    {
+class RigMotion : public NodeScene {
+  protected:
+    bool open(const std::string& name) {
         const char* folder = std::getenv("TORVEL_RIGS");
         std::ifstream file(std::string(folder ? folder : "") + "/" + name, std::ios::binary);
         if (!folder || !file)
@@ -29,8 +27,7 @@ protected:
         EXPECT_TRUE(status) << status.text();
         return true;
     }
-    V3d point(const char* shape, std::size_t i)
-    {
+    V3d point(const char* shape, std::size_t i) {
         const NodeHandle node = scene.names().lookUp(shape);
         EXPECT_FALSE(node.isNull()) << shape;
         return V3d(meshPoints(scene, node)->points.at(i));
@@ -38,8 +35,7 @@ protected:
     OpenReport report;
 };
 
-TEST_F(RigMotion, ATargetMovesItsPointAsTheKeysSay)
-{
+TEST_F(RigMotion, ATargetMovesItsPointAsTheKeysSay) {
     if (!open("blendShapesExport.ma"))
         GTEST_SKIP() << "blendShapesExport.ma is not at hand (TORVEL_RIGS)";
     const char* const shape = "|basic_cube_3_blendshape_anim|base|baseShape";
@@ -55,13 +51,13 @@ TEST_F(RigMotion, ATargetMovesItsPointAsTheKeysSay)
     expectNear(point(shape, 2), rest + offset, 1e-6);
 }
 
-TEST_F(RigMotion, InBetweensFollowOneAnother)
-{
+TEST_F(RigMotion, InBetweensFollowOneAnother) {
     if (!open("blendShapesExport.ma"))
         GTEST_SKIP() << "blendShapesExport.ma is not at hand (TORVEL_RIGS)";
     const char* const shape = "|basic_cube_4_blendshape_inbetween_anim|base|baseShape";
     const double first = 1.0, last = 13.966225510204081;
-    setSceneTime(scene, (first + last) / 2);  // weight 0.5: half way between the shapes at 0.333 and 0.667
+    setSceneTime(scene,
+                 (first + last) / 2);  // weight 0.5: half way between the shapes at 0.333 and 0.667
     expectNear(point(shape, 0), V3d(-0.5 - 0.78172261 / 2, -0.5, 0.5), 1e-6);
     expectNear(point(shape, 1), V3d(0.5 + 0.85104573 / 2, -0.5, 0.5), 1e-6);
     expectNear(point(shape, 7), V3d(0.5 + (0.85104573 - 0.78172261) / 2, -0.5, -0.5), 1e-6);
@@ -71,8 +67,7 @@ TEST_F(RigMotion, InBetweensFollowOneAnother)
     expectNear(point(shape, 2), V3d(-0.5, 0.5, 0.5 + 0.47292137), 1e-6);
 }
 
-TEST_F(RigMotion, EveryConversionIsWiredAtBothEnds)
-{
+TEST_F(RigMotion, EveryConversionIsWiredAtBothEnds) {
     if (!open("digitigrade_leg_mod_example.ma"))
         GTEST_SKIP() << "digitigrade_leg_mod_example.ma is not at hand (TORVEL_RIGS)";
     int count = 0;

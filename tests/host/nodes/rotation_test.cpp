@@ -6,23 +6,22 @@ namespace torvel::test {
 namespace {
 
 // Single-axis rotations written out; the product of three of them is what an order means.
-M44d aboutX(double a)
-{
-    return {1, 0, 0, 0, 0, std::cos(a), std::sin(a), 0, 0, -std::sin(a), std::cos(a), 0, 0, 0, 0, 1};
+M44d aboutX(double a) {
+    return {1, 0, 0, 0, 0, std::cos(a), std::sin(a), 0, 0, -std::sin(a), std::cos(a),
+            0, 0, 0, 0, 1};
 }
-M44d aboutY(double a)
-{
-    return {std::cos(a), 0, -std::sin(a), 0, 0, 1, 0, 0, std::sin(a), 0, std::cos(a), 0, 0, 0, 0, 1};
+M44d aboutY(double a) {
+    return {std::cos(a), 0, -std::sin(a), 0, 0, 1, 0, 0,
+            std::sin(a), 0, std::cos(a),  0, 0, 0, 0, 1};
 }
-M44d aboutZ(double a)
-{
-    return {std::cos(a), std::sin(a), 0, 0, -std::sin(a), std::cos(a), 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+M44d aboutZ(double a) {
+    return {std::cos(a), std::sin(a), 0, 0, -std::sin(a), std::cos(a), 0, 0, 0, 0, 1, 0,
+            0,           0,           0, 1};
 }
 
 }  // namespace
 
-TEST(Rotation, OrdersMultiplyFromLeftToRight)
-{
+TEST(Rotation, OrdersMultiplyFromLeftToRight) {
     const V3d r(0.3, -0.8, 1.9);
     const M44d x = aboutX(r.x), y = aboutY(r.y), z = aboutZ(r.z);
     expectNear(eulerMatrix(r, kXYZ), x * y * z);
@@ -33,8 +32,7 @@ TEST(Rotation, OrdersMultiplyFromLeftToRight)
     expectNear(eulerMatrix(r, kZYX), z * y * x);
 }
 
-TEST(Rotation, AnglesComeBackInEveryOrderAndAtTheGimbal)
-{
+TEST(Rotation, AnglesComeBackInEveryOrderAndAtTheGimbal) {
     const double angles[] = {-3.0, -kPi / 2, -0.4, 0.0, 1.1, kPi / 2, 2.5};
     for (int order = kXYZ; order <= kZYX; ++order)
         for (double x : angles)
@@ -47,16 +45,15 @@ TEST(Rotation, AnglesComeBackInEveryOrderAndAtTheGimbal)
                 }
 }
 
-TEST(Rotation, FullTurnsOfTheHintStay)
-{
+TEST(Rotation, FullTurnsOfTheHintStay) {
     const V3d hint(7.0, 0.2, -9.0);
     expectNear(eulerFromMatrix(eulerMatrix(hint), kXYZ, &hint), hint);
 }
 
-TEST(Rotation, DecomposeFindsScaleShearAndMirror)
-{
+TEST(Rotation, DecomposeFindsScaleShearAndMirror) {
     const V3d scale(2, 3, 0.5), shear(0.4, -0.2, 0.7), angles(0.3, 1.0, -2.0);
-    const M44d m = scaleMatrix(scale) * shearMatrix(shear) * eulerMatrix(angles) * translationMatrix({1, 2, 3});
+    const M44d m = scaleMatrix(scale) * shearMatrix(shear) * eulerMatrix(angles) *
+                   translationMatrix({1, 2, 3});
     const MatrixParts parts = decompose(m);
     expectNear(parts.scale, scale);
     expectNear(parts.shear, shear);

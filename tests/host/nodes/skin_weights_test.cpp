@@ -5,9 +5,8 @@
 namespace torvel {
 namespace {
 
-bool readInto(WeightList& weights, std::int32_t vertex, bool whole, std::int64_t first, std::int64_t last,
-              const char* text, std::string* message = nullptr)
-{
+bool readInto(WeightList& weights, std::int32_t vertex, bool whole, std::int64_t first,
+              std::int64_t last, const char* text, std::string* message = nullptr) {
     const std::int32_t path[] = {vertex, -1, -1, -1};
     NumberSource source(text);
     std::string error;
@@ -17,8 +16,7 @@ bool readInto(WeightList& weights, std::int32_t vertex, bool whole, std::int64_t
     return good && source.atEnd();
 }
 
-TEST(SkinWeights, ReadsCountedLists)
-{
+TEST(SkinWeights, ReadsCountedLists) {
     WeightList weights;
     ASSERT_TRUE(readInto(weights, -1, true, 0, 2, "1 0 1\n 2 3 0.25 7 0.75\n 0"));
     ASSERT_EQ(weights.size(), 3u);
@@ -29,8 +27,7 @@ TEST(SkinWeights, ReadsCountedLists)
     EXPECT_EQ(weights.count(2), 0u);
 }
 
-TEST(SkinWeights, ReadsOneVertexARange)
-{
+TEST(SkinWeights, ReadsOneVertexARange) {
     WeightList weights;
     ASSERT_TRUE(readInto(weights, 7, false, 0, 3, "0.5 0 0.25 0.25"));
     ASSERT_TRUE(readInto(weights, 7, false, 12, 12, "0.125"));
@@ -42,8 +39,7 @@ TEST(SkinWeights, ReadsOneVertexARange)
     EXPECT_EQ(weights.innerSize(3), 0u);
 }
 
-TEST(SkinWeights, AListSplitOverTwoStatementsIsJoined)
-{
+TEST(SkinWeights, AListSplitOverTwoStatementsIsJoined) {
     WeightList weights;
     ASSERT_TRUE(readInto(weights, -1, true, 0, 1, "1 0 1 1 4 0.5"));
     ASSERT_TRUE(readInto(weights, -1, true, 1, 2, "1 9 0.5 1 0 1"));
@@ -51,8 +47,7 @@ TEST(SkinWeights, AListSplitOverTwoStatementsIsJoined)
     EXPECT_EQ(weights.sum(1), 1.0);
 }
 
-TEST(SkinWeights, DamageIsRefusedByVertex)
-{
+TEST(SkinWeights, DamageIsRefusedByVertex) {
     WeightList weights;
     std::string error;
     EXPECT_FALSE(readInto(weights, -1, true, 0, 1, "1 0 1 2 0 0.5", &error));
@@ -61,17 +56,17 @@ TEST(SkinWeights, DamageIsRefusedByVertex)
     EXPECT_FALSE(readInto(weights, -1, false, 0, 0, "0.5"));
 }
 
-TEST(SkinWeights, WritesWhatItRead)
-{
+TEST(SkinWeights, WritesWhatItRead) {
     WeightList weights;
     ASSERT_TRUE(readInto(weights, -1, true, 0, 2, "1 0 1 2 3 0.1 7 0.9 0"));
     std::string text;
     weights.write("wl", text);
-    EXPECT_EQ(text, "\tsetAttr -s 3 \".wl\";\n\tsetAttr \".wl[0:2].w\"\n\t\t1 0 1\n\t\t2 3 0.1 7 0.9\n\t\t0;\n");
+    EXPECT_EQ(text,
+              "\tsetAttr -s 3 \".wl\";\n\tsetAttr \".wl[0:2].w\"\n\t\t1 0 1\n\t\t2 3 0.1 7 "
+              "0.9\n\t\t0;\n");
 }
 
-TEST(SkinWeights, EditsStaySortedAndZeroRemoves)
-{
+TEST(SkinWeights, EditsStaySortedAndZeroRemoves) {
     WeightList weights;
     for (std::int32_t influence : {5, 1, 9, 3, 7, 0})
         weights.set(2, influence, influence + 1.0);
@@ -84,8 +79,7 @@ TEST(SkinWeights, EditsStaySortedAndZeroRemoves)
     }
 }
 
-TEST(SkinWeights, ManyGrowingListsSurvivePacking)
-{
+TEST(SkinWeights, ManyGrowingListsSurvivePacking) {
     WeightList weights;
     for (std::int32_t influence = 0; influence < 40; ++influence)
         for (std::size_t v = 0; v < 600; ++v)
@@ -93,12 +87,12 @@ TEST(SkinWeights, ManyGrowingListsSurvivePacking)
     for (std::size_t v = 0; v < 600; ++v) {
         ASSERT_EQ(weights.count(v), 40u);
         for (std::int32_t influence = 0; influence < 40; ++influence)
-            ASSERT_EQ(weights.weight(v, influence), static_cast<double>(v) + influence * 0.001 + 1.0);
+            ASSERT_EQ(weights.weight(v, influence),
+                      static_cast<double>(v) + influence * 0.001 + 1.0);
     }
 }
 
-TEST(SkinWeights, RevisionFollowsEdits)
-{
+TEST(SkinWeights, RevisionFollowsEdits) {
     WeightList weights;
     weights.set(0, 0, 1.0);
     const std::uint64_t before = weights.revision();

@@ -6,29 +6,28 @@
 namespace torvel::test {
 namespace {
 
-class Utility : public NodeScene
-{
-protected:
+class Utility : public NodeScene {
+  protected:
     double number(NodeHandle node, const char* attr) { return scene.number(plug(node, attr)); }
     M44d matrix(NodeHandle node, const char* attr) { return scene.matrix(plug(node, attr)); }
-    void setMatrix(NodeHandle node, const char* attr, const M44d& value) { scene.setMatrix(plug(node, attr), value); }
+    void setMatrix(NodeHandle node, const char* attr, const M44d& value) {
+        scene.setMatrix(plug(node, attr), value);
+    }
 };
 
-struct TripleCase
-{
+struct TripleCase {
     int operation;
     V3d a, b, wanted;
 };
 
-TEST_F(Utility, MultiplyDivideByOperation)
-{
+TEST_F(Utility, MultiplyDivideByOperation) {
     const NodeHandle node = make("multiplyDivide", "");
     expectNear(get(node, "i2"), V3d(1.0));
     const TripleCase cases[] = {
         {0, {1, 2, 3}, {9, 9, 9}, {1, 2, 3}},
         {1, {1, 2, 3}, {4, 5, -6}, {4, 10, -18}},
-        {2, {1, 9, 3}, {4, 3, 0}, {0.25, 3, 0}},     // nothing is divided by zero
-        {3, {2, 9, -4}, {3, 0.5, 0.5}, {8, 3, 0}},   // no root of a negative number
+        {2, {1, 9, 3}, {4, 3, 0}, {0.25, 3, 0}},    // nothing is divided by zero
+        {3, {2, 9, -4}, {3, 0.5, 0.5}, {8, 3, 0}},  // no root of a negative number
     };
     for (const TripleCase& c : cases) {
         set(node, "op", c.operation);
@@ -38,17 +37,16 @@ TEST_F(Utility, MultiplyDivideByOperation)
     }
 }
 
-TEST_F(Utility, FloatsKeepWhatAFloatHolds)
-{
+TEST_F(Utility, FloatsKeepWhatAFloatHolds) {
     const NodeHandle from = make("transform", "from"), node = make("multiplyDivide", "");
     link(from, "tx", node, "i1x");
     set(from, "tx", 0.1);
     EXPECT_EQ(number(node, "ox"), static_cast<double>(0.1f));
 }
 
-TEST_F(Utility, CompoundAndChildConnectionsFollowTheirSource)
-{
-    const NodeHandle from = make("transform", "from"), node = make("multiplyDivide", ""), to = make("transform", "to");
+TEST_F(Utility, CompoundAndChildConnectionsFollowTheirSource) {
+    const NodeHandle from = make("transform", "from"), node = make("multiplyDivide", ""),
+                     to = make("transform", "to");
     link(from, "t", node, "i1");
     link(node, "o", to, "t");
     set(node, "i2", 2, 3, 4);
@@ -63,8 +61,7 @@ TEST_F(Utility, CompoundAndChildConnectionsFollowTheirSource)
     expectNear(get(second, "o"), V3d(1, 1, 1));
 }
 
-TEST_F(Utility, PlusMinusAverageOverSparseArrays)
-{
+TEST_F(Utility, PlusMinusAverageOverSparseArrays) {
     const NodeHandle node = make("plusMinusAverage", ""), from = make("transform", "from");
     EXPECT_EQ(number(node, "o1"), 0);
     set(node, "i1[2]", 10);
@@ -90,8 +87,7 @@ TEST_F(Utility, PlusMinusAverageOverSparseArrays)
     expectNear(get(node, "o3"), V3d(4, 5, -1));
 }
 
-TEST_F(Utility, ConditionChoosesByItsTerms)
-{
+TEST_F(Utility, ConditionChoosesByItsTerms) {
     const NodeHandle node = make("condition", "");
     expectNear(get(node, "oc"), V3d(0.0));  // 0 == 0: the colour of truth, black unless set
     set(node, "ct", 1, 2, 3);
@@ -107,9 +103,9 @@ TEST_F(Utility, ConditionChoosesByItsTerms)
         }
 }
 
-TEST_F(Utility, DistancesRunThroughTheMatrices)
-{
-    const NodeHandle node = make("distanceBetween", ""), a = make("transform", "a"), b = make("transform", "b");
+TEST_F(Utility, DistancesRunThroughTheMatrices) {
+    const NodeHandle node = make("distanceBetween", ""), a = make("transform", "a"),
+                     b = make("transform", "b");
     set(node, "p1", 1, 2, 3);
     set(node, "p2", 1, 5, 7);
     EXPECT_NEAR(number(node, "distance"), 5, 1e-12);
@@ -124,8 +120,7 @@ TEST_F(Utility, DistancesRunThroughTheMatrices)
     EXPECT_NEAR(number(node, "d"), 8, 1e-12);
 }
 
-TEST_F(Utility, BlendsOfNumbers)
-{
+TEST_F(Utility, BlendsOfNumbers) {
     const NodeHandle colors = make("blendColors", "");
     expectNear(get(colors, "op"), V3d(0.5, 0, 0.5));
     set(colors, "b", 0.25);
@@ -151,8 +146,7 @@ TEST_F(Utility, BlendsOfNumbers)
     EXPECT_EQ(number(weighted, "o"), 10);
 }
 
-TEST_F(Utility, ClampAndSetRange)
-{
+TEST_F(Utility, ClampAndSetRange) {
     const NodeHandle clamp = make("clamp", "");
     set(clamp, "mn", -1, 0, 2);
     set(clamp, "mx", 1, 1, 3);
@@ -168,8 +162,7 @@ TEST_F(Utility, ClampAndSetRange)
     expectNear(get(range, "o"), V3d(125, 1, 7));
 }
 
-TEST_F(Utility, RemapValueThroughItsRamps)
-{
+TEST_F(Utility, RemapValueThroughItsRamps) {
     const NodeHandle node = make("remapValue", "");
     set(node, "i", 0.25);
     EXPECT_NEAR(number(node, "ov"), 0.25, 1e-7);  // straight when new
@@ -198,13 +191,13 @@ TEST_F(Utility, RemapValueThroughItsRamps)
     EXPECT_NEAR(number(node, "ov"), 100 * (2 - (3.0 / 16 - 2.0 / 64)), 1e-4);
     set(node, "vl[4].vli", 0);
     EXPECT_EQ(number(node, "ov"), 200);
-    set(node, "vl[0].vli", 3);  // a spline leaves the first key at its secant and passes the top level
+    set(node, "vl[0].vli",
+        3);  // a spline leaves the first key at its secant and passes the top level
     set(node, "i", 12.5);
     EXPECT_NEAR(number(node, "ov"), 100 + 100 * (0.5 + 0.125 * 1.0), 1e-4);
 }
 
-TEST_F(Utility, SumsAndProducts)
-{
+TEST_F(Utility, SumsAndProducts) {
     const NodeHandle add = make("addDoubleLinear", ""), mult = make("multDoubleLinear", "");
     set(add, "i1", 0.1);
     set(add, "i2", 0.2);
@@ -212,7 +205,8 @@ TEST_F(Utility, SumsAndProducts)
     set(mult, "i2", 3);
     EXPECT_EQ(number(add, "o"), 0.1 + 0.2);
     EXPECT_EQ(number(mult, "o"), 0.1 * 3);
-    const NodeHandle product = make("multiply", ""), sum = make("sum", ""), constant = make("floatConstant", "");
+    const NodeHandle product = make("multiply", ""), sum = make("sum", ""),
+                     constant = make("floatConstant", "");
     EXPECT_EQ(number(product, "o"), 0);
     for (const NodeHandle node : {product, sum}) {
         set(node, "i[0]", 2);
@@ -224,8 +218,7 @@ TEST_F(Utility, SumsAndProducts)
     EXPECT_EQ(number(constant, "of"), 0.5);
 }
 
-TEST_F(Utility, MatricesAreComposedAndTakenApart)
-{
+TEST_F(Utility, MatricesAreComposedAndTakenApart) {
     const NodeHandle compose = make("composeMatrix", ""), parts = make("decomposeMatrix", "");
     set(compose, "it", 1, 2, 3);
     set(compose, "ir", 0, 0, kPi / 2);
@@ -253,8 +246,7 @@ TEST_F(Utility, MatricesAreComposedAndTakenApart)
     expectNear(get(parts, "or"), V3d(0.3, 0.4, 0.5));
 }
 
-TEST_F(Utility, ProductsSumsAndInversesOfMatrices)
-{
+TEST_F(Utility, ProductsSumsAndInversesOfMatrices) {
     const NodeHandle mult = make("multMatrix", ""), inverse = make("inverseMatrix", "");
     const NodeHandle turned = make("transform", "turned"), moved = make("transform", "moved");
     expectNear(matrix(mult, "o"), M44d());
@@ -279,8 +271,7 @@ TEST_F(Utility, ProductsSumsAndInversesOfMatrices)
     expectNear(matrix(sum, "o"), wanted);
 }
 
-TEST_F(Utility, MatricesArePickedAndBlended)
-{
+TEST_F(Utility, MatricesArePickedAndBlended) {
     const NodeHandle from = make("transform", "from"), pick = make("pickMatrix", "");
     set(from, "t", 1, 2, 3);
     set(from, "r", 0, 0, kPi / 2);
@@ -298,16 +289,15 @@ TEST_F(Utility, MatricesArePickedAndBlended)
     link(from, "m", blend, "tgt[0].tmat");
     expectNear(matrix(blend, "omat"), matrix(from, "m"));
     set(blend, "tgt[0].wgt", 0.5);
-    expectNear(matrix(blend, "omat"),
-               scaleMatrix(V3d(1.5)) * eulerMatrix({0, 0, kPi / 4}) * translationMatrix({0.5, 1, 1.5}));
+    expectNear(matrix(blend, "omat"), scaleMatrix(V3d(1.5)) * eulerMatrix({0, 0, kPi / 4}) *
+                                          translationMatrix({0.5, 1, 1.5}));
     set(blend, "tgt[0].row", 0);
     expectNear(matrix(blend, "omat"), scaleMatrix(V3d(1.5)) * translationMatrix({0.5, 1, 1.5}));
     set(blend, "env", 0);
     expectNear(matrix(blend, "omat"), M44d());
 }
 
-TEST_F(Utility, PairBlendMixesOrTakesOneSide)
-{
+TEST_F(Utility, PairBlendMixesOrTakesOneSide) {
     const NodeHandle node = make("pairBlend", "");
     set(node, "it1", 0, 10, 20);
     set(node, "it2", 4, 14, 24);
@@ -329,9 +319,9 @@ TEST_F(Utility, PairBlendMixesOrTakesOneSide)
     expectNear(degrees(node, "or"), V3d(0, 0, 180));
 }
 
-TEST_F(Utility, ChoicePassesEveryKindOfValue)
-{
-    const NodeHandle choice = make("choice", ""), a = make("transform", "a"), b = make("transform", "b");
+TEST_F(Utility, ChoicePassesEveryKindOfValue) {
+    const NodeHandle choice = make("choice", ""), a = make("transform", "a"),
+                     b = make("transform", "b");
     const NodeHandle to = make("transform", "to"), inverse = make("inverseMatrix", "");
     link(a, "t", choice, "i[0]");
     link(b, "t", choice, "i[1]");
@@ -362,9 +352,9 @@ TEST_F(Utility, ChoicePassesEveryKindOfValue)
     EXPECT_EQ(number(to, "sx"), 5);
 }
 
-TEST_F(Utility, ConversionsTakeThreeAnglesAtOnce)
-{
-    const NodeHandle from = make("transform", "from"), node = make("unitConversion", ""), to = make("transform", "to");
+TEST_F(Utility, ConversionsTakeThreeAnglesAtOnce) {
+    const NodeHandle from = make("transform", "from"), node = make("unitConversion", ""),
+                     to = make("transform", "to");
     set(node, "cf", 180.0 / kPi);
     link(from, "r", node, "i");
     link(node, "o", to, "t");
@@ -374,8 +364,7 @@ TEST_F(Utility, ConversionsTakeThreeAnglesAtOnce)
     expectNear(get(to, "t"), V3d(10, -90, 30));
 }
 
-TEST_F(Utility, ConversionsOfTimesCountTicks)
-{
+TEST_F(Utility, ConversionsOfTimesCountTicks) {
     const NodeHandle to = make("transform", "to"), node = make("unitConversion", "");
     set(node, "cf", 24.0 / 6000.0);
     link(scene.timeNode(), "outTime", node, "i");

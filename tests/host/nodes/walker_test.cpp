@@ -7,18 +7,15 @@
 
 namespace torvel::test {
 
-class Walker : public NodeScene
-{
-protected:
-    NodeHandle makeAny(const NodeType& type)
-    {
+class Walker : public NodeScene {
+  protected:
+    NodeHandle makeAny(const NodeType& type) {
         NodeHandle parent;
         if (type.is(kShapeType))
             parent = make("transform", "holder");
         return make(type.name.c_str(), "", parent);
     }
-    static std::vector<const NodeType*> makeable()
-    {
+    static std::vector<const NodeType*> makeable() {
         std::vector<const NodeType*> out;
         for (const auto& type : nodeTypes().all())
             if (!type->is(kAbstractType) && type->name != "world")
@@ -27,8 +24,7 @@ protected:
     }
 };
 
-TEST_F(Walker, EveryTypeIsMadeWithItsDefaults)
-{
+TEST_F(Walker, EveryTypeIsMadeWithItsDefaults) {
     for (const NodeType* type : makeable()) {
         SCOPED_TRACE(type->name);
         const NodeHandle node = makeAny(*type);
@@ -44,24 +40,25 @@ TEST_F(Walker, EveryTypeIsMadeWithItsDefaults)
     }
 }
 
-TEST_F(Walker, NamesAreUniqueWithinAType)
-{
+TEST_F(Walker, NamesAreUniqueWithinAType) {
     for (const auto& type : nodeTypes().all()) {
         std::set<std::string> longNames, shortNames;
         for (const AttrInfo& attr : type->attrs) {
-            EXPECT_TRUE(longNames.insert(attr.longName).second) << type->name << "." << attr.longName;
-            EXPECT_TRUE(shortNames.insert(attr.shortName).second) << type->name << "." << attr.shortName;
+            EXPECT_TRUE(longNames.insert(attr.longName).second)
+                << type->name << "." << attr.longName;
+            EXPECT_TRUE(shortNames.insert(attr.shortName).second)
+                << type->name << "." << attr.shortName;
         }
     }
 }
 
-TEST_F(Walker, EveryAffectedOutputGetsDirty)
-{
+TEST_F(Walker, EveryAffectedOutputGetsDirty) {
     for (const NodeType* type : makeable()) {
         const NodeHandle node = makeAny(*type);
         for (AttrIndex i = 0; i < type->attrs.size(); ++i)
             for (AttrIndex output : type->attrs[i].affects) {
-                SCOPED_TRACE(type->name + "." + type->attrs[i].longName + " -> " + type->attrs[output].longName);
+                SCOPED_TRACE(type->name + "." + type->attrs[i].longName + " -> " +
+                             type->attrs[output].longName);
                 ASSERT_TRUE(type->attrs[output].is(kOutput));
                 scene.evaluate(Plug(node, output));
                 const Slot* slot = scene.node(node)->peek(output);
@@ -72,21 +69,22 @@ TEST_F(Walker, EveryAffectedOutputGetsDirty)
     }
 }
 
-TEST_F(Walker, ComputedVectorsStandNextToTheirCompound)
-{
+TEST_F(Walker, ComputedVectorsStandNextToTheirCompound) {
     for (const auto& type : nodeTypes().all())
         for (AttrIndex i = 0; i < type->attrs.size(); ++i)
             for (std::size_t c = 0; type->attrs[i].type == AttrType::Double3 && c < 3; ++c)
-                EXPECT_EQ(type->attrs[i].children.at(c), i + 1 + c) << type->name << "." << type->attrs[i].longName;
+                EXPECT_EQ(type->attrs[i].children.at(c), i + 1 + c)
+                    << type->name << "." << type->attrs[i].longName;
 }
 
-TEST_F(Walker, FunctionSets)
-{
+TEST_F(Walker, FunctionSets) {
     const auto has = [](const char* type, int fn) { return nodeTypes().find(type)->hasFn(fn); };
-    for (const char* type : {"transform", "joint", "parentConstraint", "scaleConstraint", "ikHandle"})
+    for (const char* type :
+         {"transform", "joint", "parentConstraint", "scaleConstraint", "ikHandle"})
         EXPECT_TRUE(has(type, 110) && has(type, 107)) << type;
     EXPECT_TRUE(has("joint", 121));
-    EXPECT_TRUE(has("parentConstraint", 242) && has("orientConstraint", 239) && has("pointConstraint", 240));
+    EXPECT_TRUE(has("parentConstraint", 242) && has("orientConstraint", 239) &&
+                has("pointConstraint", 240));
     EXPECT_TRUE(has("aimConstraint", 111) && has("poleVectorConstraint", 933));
     EXPECT_FALSE(has("poleVectorConstraint", 240));
     EXPECT_TRUE(has("nurbsCurve", 267) && has("mesh", 296) && has("mesh", 107));
@@ -95,19 +93,18 @@ TEST_F(Walker, FunctionSets)
     EXPECT_FALSE(has("dagPose", 107));
 }
 
-TEST_F(Walker, TargetsNameTheirTransformsBeforeTheWeight)
-{
-    for (const char* name : {"parentConstraint", "pointConstraint", "orientConstraint", "aimConstraint",
-                             "scaleConstraint", "poleVectorConstraint"}) {
+TEST_F(Walker, TargetsNameTheirTransformsBeforeTheWeight) {
+    for (const char* name : {"parentConstraint", "pointConstraint", "orientConstraint",
+                             "aimConstraint", "scaleConstraint", "poleVectorConstraint"}) {
         const NodeType& type = *nodeTypes().find(name);
         const AttrInfo& target = type.attrs[type.byName.at("tg")];
-        EXPECT_GT(type.attrs[type.byName.at("tw")].childNumber, type.attrs[type.byName.at("tpm")].childNumber);
+        EXPECT_GT(type.attrs[type.byName.at("tw")].childNumber,
+                  type.attrs[type.byName.at("tpm")].childNumber);
         EXPECT_NE(type.attrs[target.children.front()].shortName, "tw") << name;
     }
 }
 
-TEST_F(Walker, DefaultNodesAreMadeOnce)
-{
+TEST_F(Walker, DefaultNodesAreMadeOnce) {
     createDefaultNodes(scene);
     const std::size_t count = scene.nodeCount();
     createDefaultNodes(scene);
@@ -119,8 +116,7 @@ TEST_F(Walker, DefaultNodesAreMadeOnce)
     EXPECT_FALSE(scene.modified);
 }
 
-TEST_F(Walker, ConversionsMultiply)
-{
+TEST_F(Walker, ConversionsMultiply) {
     const NodeHandle from = make("transform", "from"), to = make("transform", "to");
     const NodeHandle conversion = make("unitConversion", "");
     set(conversion, "cf", 0.017453292519943295);
@@ -130,8 +126,7 @@ TEST_F(Walker, ConversionsMultiply)
     EXPECT_NEAR(get(to, "r").z, kPi / 2, 1e-15);
 }
 
-TEST_F(Walker, LocatorsTellTheirWorldPosition)
-{
+TEST_F(Walker, LocatorsTellTheirWorldPosition) {
     const NodeHandle top = make("transform", "top"), shape = make("locator", "", top);
     set(top, "t", 1, 2, 3);
     set(shape, "lp", 0, 0, 5);
@@ -140,8 +135,7 @@ TEST_F(Walker, LocatorsTellTheirWorldPosition)
     expectNear(scene.vec3(plug(shape, "wp[0]")), V3d(4, 2, 8));
 }
 
-TEST_F(Walker, CurvesKeepTheirPointsOrTheDifferenceToTheirHistory)
-{
+TEST_F(Walker, CurvesKeepTheirPointsOrTheDifferenceToTheirHistory) {
     const NodeHandle top = make("transform", "top"), shape = make("nurbsCurve", "", top);
     const NodeHandle maker = make("nurbsCurve", "", make("transform", "maker"));
     auto line = std::make_shared<NurbsCurveData>();
@@ -166,8 +160,7 @@ TEST_F(Walker, CurvesKeepTheirPointsOrTheDifferenceToTheirHistory)
     expectNear(curveOf(scene, shape)->cvs[1], V3d(3, 0, 5));
 }
 
-TEST_F(Walker, AnimationRunsOverTheSceneTime)
-{
+TEST_F(Walker, AnimationRunsOverTheSceneTime) {
     const NodeHandle n = make("transform", "n"), curve = make("animCurveTA", "n_rotateX");
     setKeys(scene, curve, {{0, 0}, {15, 40}, {30, -40}, {45, 0}});
     link(curve, "output", n, "rx");
@@ -184,9 +177,9 @@ TEST_F(Walker, AnimationRunsOverTheSceneTime)
     EXPECT_NEAR(at(99), 0, 1e-12);
 }
 
-TEST(AnimCurve, TangentKinds)
-{
-    std::vector<CurveKey> keys{{0, 0, kLinearTangent, kLinearTangent}, {10, 5, kLinearTangent, kStepTangent}, {20, 9}};
+TEST(AnimCurve, TangentKinds) {
+    std::vector<CurveKey> keys{
+        {0, 0, kLinearTangent, kLinearTangent}, {10, 5, kLinearTangent, kStepTangent}, {20, 9}};
     EXPECT_NEAR(curveValue(keys, 4), 2, 1e-12);
     EXPECT_EQ(curveValue(keys, 19.9), 5);
     keys[1].outKind = kStepNextTangent;

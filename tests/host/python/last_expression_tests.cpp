@@ -8,14 +8,12 @@ namespace torvel::test {
 namespace {
 
 // The text of the last statement if it can be an expression, "-" otherwise.
-std::string last(const std::string& text)
-{
+std::string last(const std::string& text) {
     const py::TextRange range = py::lastExpression(text);
     return range.isEmpty() ? "-" : text.substr(range.begin, range.end - range.begin);
 }
 
-TEST(LastExpression, IsFoundBehindSeparators)
-{
+TEST(LastExpression, IsFoundBehindSeparators) {
     EXPECT_EQ(last("a"), "a");
     EXPECT_EQ(last("import x; f(1)"), "f(1)");
     EXPECT_EQ(last("a = 1\nf(a,\n  2)\n"), "f(a,\n  2)");
@@ -27,10 +25,10 @@ TEST(LastExpression, IsFoundBehindSeparators)
     EXPECT_EQ(last("a + \\\nb"), "a + \\\nb");
 }
 
-TEST(LastExpression, IsNoneOfAStatement)
-{
-    for (const char* text : {"", "# only", "a = 1", "import os", "for i in x: f()", "if a: b; c", "if a:\n    b",
-                             "def f():\n    pass", "else: f()", "@d\ndef f(): pass", "del a", "a = 1; b = 2", "(a) = 2"})
+TEST(LastExpression, IsNoneOfAStatement) {
+    for (const char* text : {"", "# only", "a = 1", "import os", "for i in x: f()", "if a: b; c",
+                             "if a:\n    b", "def f():\n    pass", "else: f()", "@d\ndef f(): pass",
+                             "del a", "a = 1; b = 2", "(a) = 2"})
         EXPECT_EQ(last(text), "-") << text;
 }
 

@@ -13,11 +13,9 @@
 namespace torvel::test {
 
 /// A session with both languages and the probe commands; `cmds` and `mel` are imported in __main__.
-class Python : public testing::Test
-{
-protected:
-    Python()
-    {
+class Python : public testing::Test {
+  protected:
+    Python() {
         m_session.addCommands(kProbeCommands, 3);
         m_mel = makeMelLanguage(m_session);
         m_python = makePythonLanguage(m_session);
@@ -27,8 +25,7 @@ protected:
     }
     ~Python() override { setScriptOutput({}); }
 
-    static std::string show(const Value& value)
-    {
+    static std::string show(const Value& value) {
         if (value.isNone())
             return "none";
         if (value.isString())
@@ -38,24 +35,24 @@ protected:
         if (value.isBool())
             return value.truth() ? "True" : "False";
         if (!value.isList())
-            return value.isDouble() ? textOfDouble(value.number()) + "f" : std::to_string(value.integer());
+            return value.isDouble() ? textOfDouble(value.number()) + "f"
+                                    : std::to_string(value.integer());
         std::string text = "[";
         for (const Value& item : value.list())
             text += (text.size() > 1 ? " " : "") + show(item);
         return text + "]";
     }
     /// What the text delivers, or "! " and the error.
-    std::string run(const std::string& text)
-    {
+    std::string run(const std::string& text) {
         Value result;
         const Status status = m_python->run(text, result);
         return status ? show(result) : "! " + status.text();
     }
     /// "ValueError: text" of what an expression raises, its str otherwise.
-    std::string raised(const std::string& expression)
-    {
-        return run("def f():\n    try:\n        return str(" + expression +
-                   ")\n    except Exception as e:\n        return type(e).__name__ + ': ' + str(e)\nf()");
+    std::string raised(const std::string& expression) {
+        return run(
+            "def f():\n    try:\n        return str(" + expression +
+            ")\n    except Exception as e:\n        return type(e).__name__ + ': ' + str(e)\nf()");
     }
 
     std::string m_shown, m_printed;

@@ -269,5 +269,70 @@ TEST_F(Controls, SlidersAndTheirFieldsAgree) {
     EXPECT_EQ(py("str(told)"), "[-1.0, 1.0]");
 }
 
+TEST_F(Controls, WhatWasDeletedIsNotFoundByAnyCommand) {
+    py("cmds.window('w')\ncmds.columnLayout('c')");
+    for (const char* kind :
+         {"columnLayout",   "rowColumnLayout", "rowLayout",      "formLayout",  "frameLayout",
+          "scrollLayout",   "tabLayout",       "text",           "textField",   "intField",
+          "floatField",     "checkBox",        "radioButton",    "optionMenu",  "button",
+          "separator",      "textFieldGrp",    "intFieldGrp",    "checkBoxGrp", "floatFieldGrp",
+          "textScrollList", "scrollField",     "radioButtonGrp", "intSlider",   "floatSliderGrp"}) {
+        const std::string command = "cmds." + std::string(kind);
+        py("cmds.setParent('w|c')");
+        EXPECT_EQ(py(command + "('x', width=40)"), "w|c|x") << kind;
+        EXPECT_EQ(py(command + "('w|c|x', exists=True)"), "True") << kind;
+        EXPECT_EQ(py(command + "('x', q=True, parent=True)"), "w|c") << kind;
+        EXPECT_EQ(py(command + "('x', e=True, enable=False)"), "w|c|x") << kind;
+        EXPECT_EQ(py(command + "('x', q=True, enable=True)"), "False") << kind;
+        py("cmds.deleteUI('x')");
+        EXPECT_EQ(py(command + "('x', exists=True)"), "False") << kind;
+        for (const char* rest : {"('x', e=True, enable=True)", "('w|c|x', q=True, enable=True)"})
+            EXPECT_NE(py(command + rest).find("x' not found."), std::string::npos) << kind;
+    }
+    fails("cmds.deleteUI('x')", "Object 'x' not found.");
+    fails("cmds.setParent('w|c|x')", "Object 'w|c|x' not found.");
+}
+
+TEST_F(Controls, ADeletedParentHandsOnToTheOneAboveIt) {
+    py("cmds.window('w')\ncmds.columnLayout('a')\ncmds.rowLayout('b')\ncmds.columnLayout('c')");
+    py("cmds.deleteUI('b')");
+    EXPECT_EQ(py("cmds.setParent(q=True)"), "w|a");
+    EXPECT_EQ(py("cmds.button('after')"), "w|a|after");
+    py("cmds.deleteUI('w')");
+    EXPECT_EQ(py("cmds.setParent(q=True)"), "MayaWindow");
+}
+
+// Each deletes the window around it, or itself, while its own signal is still on the way.
+TEST_F(Controls, AnyControlMayBeDeletedByItsOwnCommand) {
+    const std::string end = "told.append(1); cmds.deleteUI('";
+    for (const char* victim : {"w", "c", "x"}) {
+        py("told = []\ndef end(*a):\n    " + end + victim + "')");
+        const auto make = [this](const char* text) {
+            py("if cmds.window('w', exists=True): cmds.deleteUI('w')");
+            py(std::string("cmds.window('w')\ncmds.columnLayout('c')\n") + text);
+        };
+        make("cmds.checkBox('x', changeCommand=end, onCommand=end)");
+        click("x");
+        settle();
+        make("cmds.textField('x', changeCommand=end, enterCommand=end, textChangedCommand=end)");
+        type(find<QLineEdit>("x"), "hand");
+        settle();
+        make("cmds.intField('x', changeCommand='end()', enterCommand='end()')");
+        type(find<QLineEdit>("x"), "5");
+        settle();
+        make(
+            "cmds.optionMenu('x', changeCommand=end)\ncmds.menuItem(label='a')\n"
+            "cmds.menuItem(label='b')");
+        find<QComboBox>("x")->setCurrentIndex(1);
+        Q_EMIT find<QComboBox>("x")->activated(1);
+        settle();
+        make("cmds.textScrollList('x', append=['a', 'b'], selectCommand=end)");
+        find<QListWidget>("x")->setCurrentRow(1);
+        settle();
+        EXPECT_GE(std::stoi(py("len(told)")), 4) << victim;
+        EXPECT_EQ(py("cmds.control('x', exists=True)"), "False") << victim;
+    }
+}
+
 }  // namespace
 }  // namespace torvel

@@ -36,6 +36,17 @@ TEST_F(Layouts, AnAdjustableColumnStretchesItsChildren) {
     EXPECT_EQ(placeIn(find("d"), find("next")), QRect(0, 26, 80, 20));
 }
 
+TEST_F(Layouts, ATallWindowLeavesTheRowsOfAColumnAsTheyAre) {
+    py("cmds.window('w', widthHeight=(300, 500))\ncmds.columnLayout('c', adjustableColumn=True)\n"
+       "cmds.text('title', label='Title')\ncmds.intFieldGrp('ints', label='Ints')\n"
+       "cmds.textScrollList('list', height=90)\ncmds.button('last', height=20)\n"
+       "cmds.showWindow()");
+    EXPECT_EQ(find("c")->height(), 500);
+    EXPECT_EQ(find("title")->height(), find("title")->sizeHint().height());
+    EXPECT_EQ(find("ints")->height(), find("ints")->sizeHint().height());
+    EXPECT_EQ(find("last")->y(), find("title")->height() + find("ints")->height() + 90);
+}
+
 TEST_F(Layouts, TheAdjustableCellOfARowTakesTheRest) {
     py("cmds.window('w', widthHeight=(300, 60))\n"
        "cmds.rowLayout('r', numberOfColumns=3, columnWidth3=(40, 75, 60), adjustableColumn=2)\n"

@@ -1,4 +1,6 @@
 // A library without the second entry function.
 #include <maya/MFnPlugin.h>
 
-MStatus initializePlugin(MObject) { return MS::kSuccess; }
+MStatus initializePlugin(MObject) {
+    return MS::kSuccess;
+}

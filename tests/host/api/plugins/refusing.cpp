@@ -2,10 +2,11 @@
 #include <maya/MFnPlugin.h>
 #include <maya/MString.h>
 
-MStatus initializePlugin(MObject object)
-{
+MStatus initializePlugin(MObject object) {
     MFnPlugin(object).registerCommand("refusedCommand", []() -> void* { return nullptr; });
     return MS::kFailure;
 }
 
-MStatus uninitializePlugin(MObject) { return MS::kSuccess; }
+MStatus uninitializePlugin(MObject) {
+    return MS::kSuccess;
+}

@@ -8,35 +8,30 @@
 
 namespace {
 
-class Echo : public MPxCommand
-{
-public:
-    MStatus doIt(const MArgList& args) override
-    {
+class Echo : public MPxCommand {
+  public:
+    MStatus doIt(const MArgList& args) override {
         setResult(args.asString(0));
         return MS::kSuccess;
     }
     static void* creator() { return new Echo; }
 };
 
-class Fail : public MPxCommand
-{
-public:
+class Fail : public MPxCommand {
+  public:
     MStatus doIt(const MArgList&) override { return MS::kFailure; }
     static void* creator() { return new Fail; }
 };
 
-class Throw : public MPxCommand
-{
-public:
+class Throw : public MPxCommand {
+  public:
     MStatus doIt(const MArgList&) override { throw std::runtime_error("on purpose"); }
     static void* creator() { return new Throw; }
 };
 
 }  // namespace
 
-MStatus initializePlugin(MObject object)
-{
+MStatus initializePlugin(MObject object) {
     MFnPlugin plugin(object, "A Vendor", "1.5");
     plugin.registerCommand("sampleEcho", Echo::creator);
     plugin.registerCommand("sampleFail", Fail::creator);
@@ -44,8 +39,7 @@ MStatus initializePlugin(MObject object)
     return MS::kSuccess;
 }
 
-MStatus uninitializePlugin(MObject object)
-{
+MStatus uninitializePlugin(MObject object) {
     MFnPlugin plugin(object);
     plugin.deregisterCommand("sampleFail");
     plugin.deregisterCommand("sampleThrow");
