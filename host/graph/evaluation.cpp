@@ -7,6 +7,12 @@ namespace {
 
 const M44d kIdentity;
 
+// Null without a value. An attribute of the type matrix holds nothing else.
+const MatrixData* heldMatrix(const AttrInfo& info, const Slot& slot) {
+    return info.type == AttrType::Matrix ? static_cast<const MatrixData*>(slot.data.get())
+                                         : dynamic_cast<const MatrixData*>(slot.data.get());
+}
+
 }  // namespace
 
 double Evaluation::number(const Plug& plug) const {
@@ -28,8 +34,9 @@ V3d Evaluation::vec3(const Plug& plug) const {
 }
 
 const M44d& Evaluation::matrix(const Plug& plug) const {
-    const Slot* slot = m_scene.peekSlot(Evaluator::resolve(m_scene, plug));
-    const auto* held = slot ? dynamic_cast<const MatrixData*>(slot->data.get()) : nullptr;
+    const Plug from = Evaluator::resolve(m_scene, plug);
+    const Slot* slot = m_scene.peekSlot(from);
+    const auto* held = slot ? heldMatrix(m_scene.info(from), *slot) : nullptr;
     return held ? held->matrix : kIdentity;
 }
 
@@ -61,11 +68,10 @@ void Evaluation::set(const Plug& plug, const M44d& value) {
     Slot* slot = m_scene.slotFor(plug);
     if (!slot)
         return;
-    const auto* held =
-        slot->data.use_count() == 1 ? dynamic_cast<const MatrixData*>(slot->data.get()) : nullptr;
-    if (held)
-        const_cast<MatrixData*>(held)->matrix =
-            value;  // nobody else holds it: no new block for each evaluation
+    // Nobody else holds it: no new block for each evaluation.
+    const bool own = slot->data && slot->data.use_count() == 1;
+    if (const auto* held = own ? heldMatrix(m_scene.info(plug), *slot) : nullptr)
+        const_cast<MatrixData*>(held)->matrix = value;
     else
         slot->data = std::make_shared<MatrixData>(value);
     slot->state |= kSet;

@@ -184,11 +184,11 @@ void choice(Evaluation& e) {
         return;
     std::int32_t wanted = std::max(node.whole(at[0]), 0);
     wanted = std::min(wanted, node.logicalAt(at[1], count - 1));
-    const Plug input = e.plug(at[1], wanted);
-    const Plug source = e.scene().source(input);
+    const Plug source = node.elementSource(at[1], wanted);
     const AttrInfo* info = source.isNull() ? nullptr : &e.scene().info(source);
     if (info && isNumeric(info->type) && info->children.empty())
-        return node.set(at[2], node.elementOr(at[1], wanted, at[1], 0.0));
+        return node.set(at[2], node.numberFrom(source));
+    const Plug input = e.plug(at[1], wanted);
     e.set(at[2], e.data(input));
     if (info && info->children.size() == 3)
         node.set(at[2], e.vec3(input));

@@ -45,8 +45,7 @@ inline const M44d& matrixIn(const Slot* slot, const AttrInfo& info) {
 
 }  // namespace
 
-double QuickNode::linked(const Slot& slot) const {
-    const Plug& source = slot.links->source;
+double QuickNode::numberFrom(const Plug& source) const {
     if (const Node* from = m_scene.node(source.node); from && source.attr < from->attrCount()) {
         const AttrInfo& info = from->attr(source.attr);
         if (isLast(*from, info))
@@ -185,6 +184,15 @@ double QuickNode::elementOr(AttrIndex array, std::int32_t logical, AttrIndex lea
     const ArrayStore* elements = store(array);
     const int position = elements ? elements->find(logical) : -1;
     return position < 0 ? fallback : element(array, static_cast<std::size_t>(position), leaf);
+}
+
+Plug QuickNode::elementSource(AttrIndex array, std::int32_t logical) const {
+    const ArrayStore* elements = store(array);
+    const int position = elements ? elements->find(logical) : -1;
+    if (position < 0)
+        return {};
+    const Slot& slot = elements->elements[static_cast<std::size_t>(position)][0];
+    return slot.links ? slot.links->source : Plug();
 }
 
 void QuickNode::set(AttrIndex attr, double value) {

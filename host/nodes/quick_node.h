@@ -47,6 +47,10 @@ class QuickNode {
     const M44d& elementMatrix(AttrIndex array, std::size_t position, AttrIndex leaf) const;
     /// A number of the element with this index; `fallback` when there is none.
     double elementOr(AttrIndex array, std::int32_t logical, AttrIndex leaf, double fallback) const;
+    /// What feeds the element with this index as a whole; null without it.
+    Plug elementSource(AttrIndex array, std::int32_t logical) const;
+    /// The number that a source gives.
+    double numberFrom(const Plug& source) const;
 
     /// Outputs outside arrays; a float attribute keeps what a float can hold.
     void set(AttrIndex attr, double value);
@@ -54,7 +58,7 @@ class QuickNode {
     void set(AttrIndex attr, const M44d& value) { m_evaluation.set(attr, value); }
 
   private:
-    double linked(const Slot& slot) const;
+    double linked(const Slot& slot) const { return numberFrom(slot.links->source); }
     double linkedChild(const Slot& slot, int number) const;
     V3d linkedVec3(const Slot& slot) const;
     const M44d& linkedMatrix(const Slot& slot) const;
