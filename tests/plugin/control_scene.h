@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "plugin/plugin_scene.h"
+#include "plugin/window_table.h"
 
 class QLayout;
 
@@ -21,9 +22,7 @@ class ControlScene : public PluginScene {
 
     template <class T>
     T* widget(const char* name) {
-        T* found = window ? window->findChild<T*>(name) : nullptr;
-        EXPECT_NE(found, nullptr) << name;
-        return found;
+        return namedWidget<T>(window, name);
     }
     /// The layout itself, or the one that a widget holds.
     QLayout* layoutOf(const char* name);

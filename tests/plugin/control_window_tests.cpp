@@ -18,13 +18,6 @@ namespace torvel::test {
 
 namespace {
 
-struct WidgetRow {
-    const char* name;
-    const char* className;
-    const char* text;
-    const char* parent;
-};
-
 const WidgetRow kWidgets[] = {
     {"tabWid_leftPanel", "QTabWidget", nullptr, "ControlWindow"},
     {"tab_settings", "QWidget", nullptr, "qt_tabwidget_stackedwidget"},
@@ -192,15 +185,7 @@ TEST_F(ControlWindowTest, TheWindowItself) {
 }
 
 TEST_F(ControlWindowTest, EveryWidgetHasItsClassTextAndParent) {
-    for (const WidgetRow& row : kWidgets) {
-        auto* found = widget<QWidget>(row.name);
-        ASSERT_NE(found, nullptr);
-        EXPECT_STREQ(found->metaObject()->className(), row.className) << row.name;
-        EXPECT_EQ(found->parentWidget()->objectName(), row.parent) << row.name;
-        if (row.text) {
-            EXPECT_EQ(found->property("text").toString(), row.text) << row.name;
-        }
-    }
+    expectWidgets(window, kWidgets);
 }
 
 TEST_F(ControlWindowTest, NoOtherButtonOrField) {

@@ -9,18 +9,12 @@
 #include <QVariant>
 
 #include "plugin/plugin_scene.h"
+#include "plugin/window_table.h"
 #include "ui/main_window.h"
 
 namespace torvel::test {
 
 namespace {
-
-struct WidgetRow {
-    const char* name;
-    const char* className;
-    const char* text;
-    const char* parent;
-};
 
 const WidgetRow kWidgets[] = {
     {"label_twist", "QLabel", "Create twist joints:", "TwistWindow"},
@@ -37,13 +31,6 @@ const WidgetRow kWidgets[] = {
     {"line_2", "QFrame", nullptr, "TwistWindow"},
     {"label_animationTest", "QLabel", "Animation Test:", "TwistWindow"},
     {"btn_animationTest", "QPushButton", "Test Twist", "TwistWindow"},
-};
-
-constexpr int kFree = QWIDGETSIZE_MAX;
-
-struct SizeRow {
-    const char* name;
-    int minWidth, minHeight, maxWidth, maxHeight;
 };
 
 const SizeRow kSizes[] = {
@@ -68,9 +55,7 @@ class TwistWindowTest : public PluginScene {
   public:
     template <class T>
     T* widget(const char* name) {
-        T* found = window ? window->findChild<T*>(name) : nullptr;
-        EXPECT_NE(found, nullptr) << name;
-        return found;
+        return namedWidget<T>(window, name);
     }
 
     /// What stands in a layout, from first to last: object names, "(spacer)" for a spacer.
@@ -112,25 +97,12 @@ TEST_F(TwistWindowTest, TheWindowItself) {
 }
 
 TEST_F(TwistWindowTest, EveryWidgetHasItsClassTextAndParent) {
-    for (const WidgetRow& row : kWidgets) {
-        QWidget* found = widget<QWidget>(row.name);
-        ASSERT_NE(found, nullptr);
-        EXPECT_STREQ(found->metaObject()->className(), row.className) << row.name;
-        EXPECT_EQ(found->parentWidget()->objectName(), row.parent) << row.name;
-        if (row.text) {
-            EXPECT_EQ(found->property("text").toString(), row.text) << row.name;
-        }
-    }
+    expectWidgets(window, kWidgets);
     EXPECT_EQ(window->findChildren<QWidget*>().size(), static_cast<int>(std::size(kWidgets)));
 }
 
 TEST_F(TwistWindowTest, Sizes) {
-    for (const SizeRow& row : kSizes) {
-        QWidget* found = widget<QWidget>(row.name);
-        ASSERT_NE(found, nullptr);
-        EXPECT_EQ(found->minimumSize(), QSize(row.minWidth, row.minHeight)) << row.name;
-        EXPECT_EQ(found->maximumSize(), QSize(row.maxWidth, row.maxHeight)) << row.name;
-    }
+    expectSizes(window, kSizes);
 }
 
 TEST_F(TwistWindowTest, RowsStandInOrder) {

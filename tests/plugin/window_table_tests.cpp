@@ -9,17 +9,11 @@
 #include <QRadioButton>
 
 #include "plugin/plugin_scene.h"
+#include "plugin/window_table.h"
 
 namespace torvel::test {
 
 namespace {
-
-struct WidgetRow {
-    const char* name;
-    const char* className;
-    const char* text;
-    const char* parent;
-};
 
 const WidgetRow kWidgets[] = {
     {"label_general", "QLabel", "General:", "SkeletonWindow"},
@@ -59,13 +53,6 @@ const WidgetRow kWidgets[] = {
     {"btn_resetBndPose", "QPushButton", "Reset Bind Pose", "SkeletonWindow"},
 };
 
-constexpr int kFree = QWIDGETSIZE_MAX;
-
-struct SizeRow {
-    const char* name;
-    int minWidth, minHeight, maxWidth, maxHeight;
-};
-
 const SizeRow kSizes[] = {
     {"label_general", 0, 0, kFree, 20},        {"btn_selAllHierar", 0, 20, kFree, 20},
     {"btn_selChild", 0, 20, kFree, 20},        {"btn_showAxis", 0, 20, kFree, 20},
@@ -97,9 +84,7 @@ class WindowTableTest : public PluginScene {
 
     template <class T>
     T* widget(const char* name) {
-        T* found = window ? window->findChild<T*>(name) : nullptr;
-        EXPECT_NE(found, nullptr) << name;
-        return found;
+        return namedWidget<T>(window, name);
     }
 
     QWidget* const window;
@@ -124,15 +109,7 @@ TEST_F(WindowTableTest, TheWindowItself) {
 }
 
 TEST_F(WindowTableTest, EveryWidgetHasItsClassTextAndParent) {
-    for (const WidgetRow& row : kWidgets) {
-        QWidget* found = widget<QWidget>(row.name);
-        ASSERT_NE(found, nullptr);
-        EXPECT_STREQ(found->metaObject()->className(), row.className) << row.name;
-        EXPECT_EQ(found->parentWidget()->objectName(), row.parent) << row.name;
-        if (row.text) {
-            EXPECT_EQ(found->property("text").toString(), row.text) << row.name;
-        }
-    }
+    expectWidgets(window, kWidgets);
 }
 
 TEST_F(WindowTableTest, NoOtherNamedWidget) {
@@ -148,12 +125,7 @@ TEST_F(WindowTableTest, NoOtherNamedWidget) {
 }
 
 TEST_F(WindowTableTest, Sizes) {
-    for (const SizeRow& row : kSizes) {
-        QWidget* found = widget<QWidget>(row.name);
-        ASSERT_NE(found, nullptr);
-        EXPECT_EQ(found->minimumSize(), QSize(row.minWidth, row.minHeight)) << row.name;
-        EXPECT_EQ(found->maximumSize(), QSize(row.maxWidth, row.maxHeight)) << row.name;
-    }
+    expectSizes(window, kSizes);
     EXPECT_EQ(widget<QWidget>("btn_minusRadius")->minimumWidth(), 40);
     EXPECT_EQ(widget<QWidget>("btn_minusRadius")->maximumSize(), QSize(40, 50));
     EXPECT_EQ(widget<QWidget>("btn_plusRadius")->minimumWidth(), 40);
