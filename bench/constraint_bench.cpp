@@ -7,9 +7,9 @@
 #include <benchmark/benchmark.h>
 
 #include "app/host_setup.h"
-#include "commands/session.h"
+#include "script/session.h"
 #include "graph/scene.h"
-#include "nodes/transform.h"
+#include "nodes/transform/transform.h"
 
 namespace {
 

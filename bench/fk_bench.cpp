@@ -5,10 +5,10 @@
 #include <QPushButton>
 
 #include "app/host_setup.h"
-#include "commands/session.h"
+#include "script/session.h"
 #include "control/control_window.h"
 #include "graph/scene.h"
-#include "nodes/transform.h"
+#include "nodes/transform/transform.h"
 
 namespace {
 

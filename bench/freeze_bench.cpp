@@ -10,9 +10,9 @@
 #include <QPushButton>
 
 #include "app/host_setup.h"
-#include "commands/session.h"
+#include "script/session.h"
 #include "graph/scene.h"
-#include "nodes/mesh.h"
+#include "nodes/shape/mesh.h"
 #include "skeleton/skeleton_window.h"
 
 namespace {

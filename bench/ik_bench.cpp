@@ -5,7 +5,7 @@
 #include <string>
 
 #include "nodes/node_table.h"
-#include "nodes/transform.h"
+#include "nodes/transform/transform.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <benchmark/benchmark.h>
 
 #include "app/host_setup.h"
-#include "commands/session.h"
+#include "script/session.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <maya/MString.h>
 
 #include "app/host_setup.h"
-#include "commands/session.h"
+#include "script/session.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <string>
 
-#include "commands/session.h"
+#include "script/session.h"
 #include "files/file_io.h"
 #include "files/scene_files.h"
 

@@ -7,8 +7,8 @@
 #include <chrono>
 #include <cmath>
 
-#include "nodes/skin_deform.h"
-#include "nodes/skin_weights.h"
+#include "nodes/deform/skin_deform.h"
+#include "nodes/deform/skin_weights.h"
 
 namespace torvel {
 namespace {

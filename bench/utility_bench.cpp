@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "graph/evaluation.h"
-#include "nodes/anim_curve.h"
+#include "nodes/animation/anim_curve.h"
 #include "nodes/node_table.h"
 
 namespace torvel {

@@ -1,4 +1,4 @@
-# What the project links. Everything here is a Debian 12 package (tools/install_packages.sh).
+# What the project links. Everything here is a Debian 12 package (tools/build/install_packages.sh).
 
 find_package(Threads REQUIRED)
 find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Network)

@@ -11,7 +11,7 @@
 #include <maya/MStatus.h>
 #include <maya/MString.h>
 
-#include "commands/session.h"
+#include "script/session.h"
 #include "graph/scene.h"
 
 MAYA_API_NAMESPACE_OPEN

@@ -1,7 +1,7 @@
 #include "api/duplicate.h"
 
 #include "api/bridge.h"
-#include "commands/node_copy.h"
+#include "edit/copy.h"
 
 namespace torvel::api {
 

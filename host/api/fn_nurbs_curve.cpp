@@ -9,8 +9,8 @@
 #include <maya/MPointArray.h>
 
 #include "api/bridge.h"
-#include "commands/curves.h"
-#include "nodes/nurbs_curve.h"
+#include "edit/curves.h"
+#include "nodes/shape/nurbs_curve.h"
 
 MAYA_API_NAMESPACE_OPEN
 

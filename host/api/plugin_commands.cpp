@@ -1,7 +1,7 @@
 #include "api/plugin_commands.h"
 
 #include "api/plugin_loader.h"
-#include "commands/session.h"
+#include "script/session.h"
 
 namespace torvel {
 

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "commands/command.h"
+#include "script/command.h"
 
 namespace torvel {
 

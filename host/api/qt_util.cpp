@@ -1,6 +1,6 @@
 #include <maya/MQtUtil.h>
 
-#include "commands/session.h"
+#include "script/session.h"
 
 MAYA_API_NAMESPACE_OPEN
 

@@ -6,7 +6,7 @@
 #include <maya/MStringArray.h>
 #include <maya/MUuid.h>
 
-#include "commands/components.h"
+#include "edit/components.h"
 
 namespace torvel::api {
 

@@ -1,18 +1,18 @@
 #include "app/host_setup.h"
 
 #include "api/plugin_commands.h"
-#include "app/coverage.h"
-#include "app/measure_commands.h"
-#include "commands/session.h"
+#include "commands/host/coverage.h"
+#include "commands/host/state.h"
+#include "script/session.h"
 #include "commands/tables.h"
 #include "files/file_commands.h"
-#include "mel/mel_language.h"
-#include "python/python_language.h"
-#include "ui/control_type.h"
-#include "ui/dialog_state.h"
-#include "ui/render.h"
-#include "ui/tool_commands.h"
-#include "ui/ui_commands.h"
+#include "mel/language.h"
+#include "python/language.h"
+#include "ui/controls/control_type.h"
+#include "ui/controls/dialog_state.h"
+#include "commands/host/render.h"
+#include "ui/tools/commands.h"
+#include "ui/commands.h"
 
 namespace torvel {
 

@@ -6,7 +6,7 @@
 #include <QApplication>
 
 #include "app/program.h"
-#include "ui/desktop_style.h"
+#include "ui/desktop/style.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <map>
 
 #include "base/version.h"
-#include "ui/render.h"
+#include "commands/host/render.h"
 
 namespace torvel {
 

@@ -3,16 +3,9 @@
 #include <string>
 #include <vector>
 
-namespace torvel {
+#include "commands/host/verify.h"
 
-/// What --verify lets pass. A negative count of nodes or connections: told, not judged.
-struct VerifyLimits {
-    double points = 1e-3;    ///< largest move of a vertex, centimetres
-    double weights = 1e-6;   ///< largest change of one influence's weight on a vertex
-    double matrices = 1e-4;  ///< largest change of one number in a joint's world matrix
-    int nodes = -1;          ///< nodes that came or went
-    int connections = -1;    ///< connections that came or went
-};
+namespace torvel {
 
 /// One of the texts to run, in the order of the command line.
 struct ScriptStep {

@@ -9,11 +9,11 @@
 #include "app/host_setup.h"
 #include "app/network.h"
 #include "app/rig_check.h"
-#include "app/verify.h"
-#include "commands/session.h"
-#include "ui/log_text.h"
-#include "ui/main_window.h"
-#include "ui/render.h"
+#include "commands/host/verify.h"
+#include "script/session.h"
+#include "ui/desktop/log_text.h"
+#include "ui/desktop/main_window.h"
+#include "commands/host/render.h"
 
 namespace torvel {
 

@@ -8,9 +8,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "commands/dag_edit.h"
+#include "edit/placing.h"
 #include "graph/scene.h"
-#include "nodes/transform.h"
+#include "nodes/transform/transform.h"
 
 namespace torvel {
 namespace {

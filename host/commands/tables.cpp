@@ -1,7 +1,7 @@
 #include "commands/tables.h"
 
-#include "commands/session.h"
-#include "commands/skin_commands.h"
+#include "script/session.h"
+#include "commands/skin/commands.h"
 
 namespace torvel {
 

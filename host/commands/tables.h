@@ -2,15 +2,11 @@
 
 #include <cstddef>
 
-#include "commands/command.h"
+#include "script/command.h"
 
 namespace torvel {
 
-/// The tables of the commands that work on scenes, one for each family file.
-struct CommandTable {
-    const Command* rows;
-    std::size_t count;
-};
+// The tables of the commands that work on scenes, one for each family file.
 
 CommandTable attributeCommands();      ///< getAttr setAttr
 CommandTable attributeEditCommands();  ///< addAttr deleteAttr

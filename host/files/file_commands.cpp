@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "commands/session.h"
+#include "script/session.h"
 #include "files/file_io.h"
 #include "files/scene_files.h"
 

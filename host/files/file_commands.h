@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "commands/tables.h"
+#include "script/command.h"
 
 namespace torvel {
 

@@ -2,12 +2,12 @@
 
 #include <filesystem>
 
-#include "commands/session.h"
+#include "script/session.h"
 #include "files/file_io.h"
-#include "files/scene_reader.h"
-#include "files/scene_writer.h"
-#include "files/text_codes.h"
-#include "nodes/default_nodes.h"
+#include "files/ma/reader.h"
+#include "files/ma/writer.h"
+#include "files/ma/text_codes.h"
+#include "nodes/core/default_nodes.h"
 
 namespace torvel {
 

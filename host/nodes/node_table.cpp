@@ -2,11 +2,11 @@
 
 #include <vector>
 
-#include "nodes/default_nodes.h"
-#include "nodes/mesh_types.h"
-#include "nodes/node_types.h"
-#include "nodes/skin_types.h"
-#include "nodes/utility_types.h"
+#include "nodes/core/default_nodes.h"
+#include "nodes/shape/mesh_types.h"
+#include "nodes/core/node_types.h"
+#include "nodes/deform/skin_types.h"
+#include "nodes/utility/types.h"
 
 namespace torvel {
 namespace {

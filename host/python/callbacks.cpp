@@ -1,13 +1,13 @@
-#include "python/py_values.h"
+#include "python/values.h"
 
 #include "python/callbacks.h"
 
 #include <cstdlib>
 #include <unordered_map>
 
-#include "commands/session.h"
-#include "mel/deferred.h"
-#include "python/py_run.h"
+#include "script/session.h"
+#include "script/deferred.h"
+#include "python/run.h"
 
 namespace torvel {
 
@@ -68,15 +68,10 @@ void removeCallback(const std::string& text) {
     Py_DECREF(object);
 }
 
-Status runControlCommand(Session& session, const std::string& command,
-                         const std::vector<Value>& args, bool isPython) {
-    if (PyObject* callable = find(command))
-        return callObject(session, callable, args);
-    Language* language = isPython ? session.python : session.mel;
-    if (!language)
-        return Status::failure("The language of this command is not available.");
-    Value ignored;
-    return language->run(command, ignored);
+Status runCallback(Session& session, const std::string& text, const std::vector<Value>& args) {
+    PyObject* callable = find(text);
+    return callable ? callObject(session, callable, args)
+                    : Status::failure("The callable of this command is gone.");
 }
 
 }  // namespace torvel

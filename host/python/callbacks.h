@@ -21,13 +21,7 @@ bool isCallback(const std::string& text);
 /// Lets the callable go; any other text is ignored.
 void removeCallback(const std::string& text);
 
-/// Runs what a control was given: a callable with the control's values, or a text in the language
-/// named. A failure is printed to the log and returned; nothing is thrown.
-Status runControlCommand(Session& session, const std::string& command,
-                         const std::vector<Value>& args, bool isPython);
-
-/// True while a command runs that Python called directly: texts that it is given are Python, not
-/// MEL.
-bool calledFromPython();
+/// Calls a kept callable; see Language::runCallback.
+Status runCallback(Session& session, const std::string& text, const std::vector<Value>& args);
 
 }  // namespace torvel

@@ -1,4 +1,4 @@
-#include "python/py_run.h"
+#include "python/run.h"
 
 #include <cstring>
 

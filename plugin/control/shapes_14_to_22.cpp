@@ -1,4 +1,4 @@
-// Control shapes 14 to 22: one fixed text each, written by tools/make_shapes.py.
+// Control shapes 14 to 22: one fixed text each, written by tools/generate/shapes.py.
 
 #include "control/shape_routines.h"
 #include "control/shape_script.h"

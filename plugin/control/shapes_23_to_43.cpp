@@ -1,4 +1,4 @@
-// Control shapes 23 to 43: one fixed text each, written by tools/make_shapes.py.
+// Control shapes 23 to 43: one fixed text each, written by tools/generate/shapes.py.
 
 #include "control/shape_routines.h"
 #include "control/shape_script.h"

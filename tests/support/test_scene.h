@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "commands/session.h"
+#include "script/session.h"
 
 namespace torvel::test {
 

@@ -2,10 +2,10 @@
 
 #include <cmath>
 
-#include "files/scene_reader.h"
-#include "files/scene_writer.h"
+#include "files/ma/reader.h"
+#include "files/ma/writer.h"
 #include "graph/math.h"
-#include "nodes/default_nodes.h"
+#include "nodes/core/default_nodes.h"
 #include "support/test_scene.h"
 
 using namespace torvel;

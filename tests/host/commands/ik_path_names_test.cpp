@@ -2,7 +2,7 @@
 // commands answer.
 #include <gtest/gtest.h>
 
-#include "nodes/default_nodes.h"
+#include "nodes/core/default_nodes.h"
 #include "support/test_scene.h"
 
 using namespace torvel;

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "commands/session.h"
-#include "commands/skin_binding.h"
-#include "commands/skin_commands.h"
-#include "commands/skin_distance.h"
-#include "nodes/mesh.h"
-#include "nodes/skin_weights.h"
-#include "nodes/transform.h"
+#include "script/session.h"
+#include "commands/skin/binding.h"
+#include "commands/skin/commands.h"
+#include "commands/skin/distance.h"
+#include "nodes/shape/mesh.h"
+#include "nodes/deform/skin_weights.h"
+#include "nodes/transform/transform.h"
 #include "support/test_scene.h"
 
 namespace torvel {

@@ -3,13 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include "commands/box_tree.h"
-#include "commands/session.h"
-#include "commands/skin_binding.h"
-#include "commands/skin_copy.h"
-#include "commands/skin_paint.h"
-#include "nodes/mesh.h"
-#include "nodes/skin_weights.h"
+#include "commands/geometry/box_tree.h"
+#include "script/session.h"
+#include "commands/skin/binding.h"
+#include "commands/skin/copy.h"
+#include "commands/skin/paint.h"
+#include "nodes/shape/mesh.h"
+#include "nodes/deform/skin_weights.h"
 #include "support/test_scene.h"
 
 namespace torvel {

@@ -7,10 +7,10 @@
 #include <sstream>
 #include <string>
 
-#include "commands/session.h"
+#include "script/session.h"
 #include "files/scene_files.h"
-#include "files/scene_reader.h"
-#include "files/scene_writer.h"
+#include "files/ma/reader.h"
+#include "files/ma/writer.h"
 
 namespace torvel::test {
 

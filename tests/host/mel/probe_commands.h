@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "commands/session.h"
+#include "script/session.h"
 
 namespace torvel::test {
 

@@ -1,7 +1,7 @@
-#include "nodes/anim_curve.h"
+#include "nodes/animation/anim_curve.h"
 
 #include "node_scene.h"
-#include "nodes/time_units.h"
+#include "nodes/animation/time_units.h"
 
 namespace torvel::test {
 namespace {

@@ -1,8 +1,8 @@
-#include "nodes/blend_shape.h"
+#include "nodes/deform/blend_shape.h"
 
-#include "files/scene_reader.h"
+#include "files/ma/reader.h"
 #include "node_scene.h"
-#include "nodes/mesh.h"
+#include "nodes/shape/mesh.h"
 
 namespace torvel::test {
 namespace {

@@ -5,10 +5,10 @@
 #include <map>
 #include <sstream>
 
-#include "files/scene_reader.h"
+#include "files/ma/reader.h"
 #include "node_scene.h"
-#include "nodes/constraint_math.h"
-#include "nodes/default_nodes.h"
+#include "nodes/constraint/math.h"
+#include "nodes/core/default_nodes.h"
 
 namespace torvel::test {
 

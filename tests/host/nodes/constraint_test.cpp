@@ -1,5 +1,5 @@
 #include "node_scene.h"
-#include "nodes/constraint_math.h"
+#include "nodes/constraint/math.h"
 
 namespace torvel::test {
 

@@ -6,9 +6,9 @@
 #include <map>
 #include <sstream>
 
-#include "files/scene_reader.h"
+#include "files/ma/reader.h"
 #include "ik_scene.h"
-#include "nodes/default_nodes.h"
+#include "nodes/core/default_nodes.h"
 
 namespace torvel::test {
 namespace {

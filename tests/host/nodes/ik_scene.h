@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "nodes/ik_handle.h"
+#include "nodes/ik/handle.h"
 #include "node_scene.h"
 
 namespace torvel::test {

@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "node_scene.h"
-#include "nodes/dag_pose.h"
+#include "nodes/deform/dag_pose.h"
 
 namespace torvel::test {
 

@@ -3,10 +3,10 @@
 #include <cmath>
 #include <set>
 
-#include "nodes/mesh.h"
-#include "nodes/mesh_blocks.h"
+#include "nodes/shape/mesh.h"
+#include "nodes/shape/mesh_blocks.h"
 #include "nodes/node_table.h"
-#include "nodes/poly_shapes.h"
+#include "nodes/shape/poly_shapes.h"
 
 namespace torvel {
 namespace {

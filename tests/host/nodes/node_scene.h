@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "nodes/node_table.h"
-#include "nodes/placement.h"
+#include "nodes/transform/placement.h"
 
 namespace torvel::test {
 

@@ -1,10 +1,10 @@
-#include "nodes/nurbs_curve.h"
+#include "nodes/shape/nurbs_curve.h"
 
 #include <cmath>
 
 #include "host/nodes/node_scene.h"
-#include "nodes/make_nurb_circle.h"
-#include "nodes/nurbs_curve_math.h"
+#include "nodes/shape/make_nurb_circle.h"
+#include "nodes/shape/nurbs_curve_math.h"
 
 namespace torvel::test {
 namespace {

@@ -4,11 +4,11 @@
 #include <fstream>
 #include <sstream>
 
-#include "files/scene_reader.h"
+#include "files/ma/reader.h"
 #include "node_scene.h"
-#include "nodes/anim_curve.h"
-#include "nodes/default_nodes.h"
-#include "nodes/mesh.h"
+#include "nodes/animation/anim_curve.h"
+#include "nodes/core/default_nodes.h"
+#include "nodes/shape/mesh.h"
 
 namespace torvel::test {
 namespace {

@@ -4,10 +4,10 @@
 #include <fstream>
 #include <sstream>
 
-#include "files/scene_reader.h"
+#include "files/ma/reader.h"
 #include "node_scene.h"
-#include "nodes/dag_pose.h"
-#include "nodes/default_nodes.h"
+#include "nodes/deform/dag_pose.h"
+#include "nodes/core/default_nodes.h"
 
 namespace torvel::test {
 

@@ -1,11 +1,11 @@
-#include "nodes/skin_deform.h"
+#include "nodes/deform/skin_deform.h"
 
 #include <gtest/gtest.h>
 #include <tbb/global_control.h>
 
 #include <cmath>
 
-#include "nodes/skin_weights.h"
+#include "nodes/deform/skin_weights.h"
 
 namespace torvel {
 namespace {

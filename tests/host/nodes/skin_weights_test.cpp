@@ -1,4 +1,4 @@
-#include "nodes/skin_weights.h"
+#include "nodes/deform/skin_weights.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "node_scene.h"
-#include "nodes/rotation.h"
+#include "nodes/transform/rotation.h"
 
 namespace torvel::test {
 namespace {

@@ -1,9 +1,9 @@
 #include <set>
 
 #include "node_scene.h"
-#include "nodes/anim_curve.h"
-#include "nodes/default_nodes.h"
-#include "nodes/nurbs_curve.h"
+#include "nodes/animation/anim_curve.h"
+#include "nodes/core/default_nodes.h"
+#include "nodes/shape/nurbs_curve.h"
 
 namespace torvel::test {
 

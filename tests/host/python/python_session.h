@@ -6,9 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "host/mel/probe_commands.h"
-#include "mel/mel_language.h"
-#include "mel/script_output.h"
-#include "python/python_language.h"
+#include "mel/language.h"
+#include "script/output.h"
+#include "python/language.h"
 
 namespace torvel::test {
 

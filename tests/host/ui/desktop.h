@@ -7,8 +7,8 @@
 #include <QMenuBar>
 
 #include "support/test_scene.h"
-#include "ui/main_window.h"
-#include "ui/ui_commands.h"
+#include "ui/desktop/main_window.h"
+#include "ui/commands.h"
 
 namespace torvel::test {
 

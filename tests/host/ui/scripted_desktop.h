@@ -10,7 +10,7 @@
 
 #include "app/host_setup.h"
 #include "host/ui/desktop.h"
-#include "ui/main_window.h"
+#include "ui/desktop/main_window.h"
 
 namespace torvel::test {
 

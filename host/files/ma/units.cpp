@@ -1,0 +1,109 @@
+#include "files/ma/units.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "files/ma/statement.h"
+
+namespace torvel {
+namespace {
+
+struct UnitRow {
+    const char* shortName;
+    const char* longName;
+    double factor;
+};
+
+const UnitRow kLengths[] = {{"mm", "millimeter", 0.1}, {"cm", "centimeter", 1.0},
+                            {"m", "meter", 100.0},     {"km", "kilometer", 100000.0},
+                            {"in", "inch", 2.54},      {"ft", "foot", 30.48},
+                            {"yd", "yard", 91.44},     {"mi", "mile", 160934.4}};
+const UnitRow kAngles[] = {{"deg", "degree", FileUnits::kDegreeFactor}, {"rad", "radian", 1.0}};
+
+template <std::size_t N>
+double factorOf(const UnitRow (&rows)[N], std::string_view name, double fallback) {
+    for (const UnitRow& row : rows)
+        if (name == row.shortName || name == row.longName)
+            return row.factor;
+    return fallback;
+}
+
+template <class T>
+void appendShortest(std::string& out, T value) {
+    char text[64];
+    if (!std::isfinite(value))  // no file number: nothing else would open again
+        value = std::isnan(value) ? T(0) : std::copysign(std::numeric_limits<T>::max(), value);
+    const double size = std::fabs(static_cast<double>(value));
+    const bool usual = size == 0.0 || (size >= 1e-4 && size < 1e16);
+    const auto format = usual ? std::chars_format::fixed : std::chars_format::scientific;
+    out.append(text, std::to_chars(text, text + sizeof text, value, format).ptr);
+}
+
+double parsed(const char* begin, const char* end) {
+    double value = 0.0;
+    std::from_chars(begin, end, value);
+    return value;
+}
+
+}  // namespace
+
+FileUnits FileUnits::of(std::string_view statement) {
+    FileUnits units;
+    TokenCursor cursor(statement);
+    for (Token token = cursor.next(); !token.isEnd(); token = cursor.next()) {
+        if (token.text == "-l" || token.text == "-linear")
+            units.length = factorOf(kLengths, cursor.next().text, 1.0);
+        else if (token.text == "-a" || token.text == "-angle")
+            units.angle = factorOf(kAngles, cursor.next().text, kDegreeFactor);
+    }
+    return units;
+}
+
+void appendDouble(std::string& out, double value) {
+    appendShortest(out, value);
+}
+
+void appendFloat(std::string& out, double value) {
+    appendShortest(out, static_cast<float>(value));
+}
+
+void appendInUnits(std::string& out, double internal, double factor) {
+    const double near = internal / factor;
+    if (factor == 1.0 || !std::isfinite(near))
+        return appendDouble(out, internal);
+    char text[64];
+    for (int digits = 15; digits <= 17; ++digits) {
+        const auto r =
+            std::to_chars(text, text + sizeof text, near, std::chars_format::general, digits);
+        const double value = parsed(text, r.ptr);
+        if (value * factor == internal)
+            return appendDouble(out, value);
+    }
+    double below = near, above = near;
+    for (int step = 0; step < 4; ++step) {
+        below = std::nextafter(below, -HUGE_VAL);
+        above = std::nextafter(above, HUGE_VAL);
+        if (below * factor == internal)
+            return appendDouble(out, below);
+        if (above * factor == internal)
+            return appendDouble(out, above);
+    }
+    appendDouble(out, near);
+}
+
+void appendNumber(std::string& out, AttrType type, double value, const FileUnits& units) {
+    switch (type) {
+        case AttrType::Bool: out += value != 0.0 ? "yes" : "no"; break;
+        case AttrType::Byte:
+        case AttrType::Short:
+        case AttrType::Long:
+        case AttrType::Enum:
+            out += std::to_string(std::fabs(value) < 9e18 ? static_cast<long long>(value) : 0LL);
+            break;
+        case AttrType::Float: appendFloat(out, value); break;
+        default: appendInUnits(out, value, units.factor(type)); break;
+    }
+}
+
+}  // namespace torvel
