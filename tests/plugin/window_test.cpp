@@ -1,11 +1,11 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QMetaMethod>
 #include <QPointer>
 #include <QWidget>
 
 #include "plugin/fixtures/plugin_scene.h"
+#include "plugin/fixtures/window_page.h"
 #include "ui/desktop/main_window.h"
 
 namespace torvel::test {
@@ -23,14 +23,9 @@ class WindowTest : public PluginScene {
     }
 };
 
-TEST_F(WindowTest, OneSlotIsKnownToQt) {
-    QWidget* window = openTool();
-    ASSERT_NE(window, nullptr);
-    const QMetaObject* meta = window->metaObject();
-    ASSERT_EQ(meta->methodCount() - meta->methodOffset(), 1);
-    const QMetaMethod method = meta->method(meta->methodOffset());
-    EXPECT_EQ(method.methodType(), QMetaMethod::Slot);
-    EXPECT_EQ(method.methodSignature(), "SelAllHierarchy()");
+TEST_F(WindowTest, EveryWidgetAsItsPageShows) {
+    expectWindowPage(openTool(), "skeleton");
+    EXPECT_EQ(messages(), Lines{}) << "no handler runs before the first click";
 }
 
 TEST_F(WindowTest, AHundredWindowsEndWhenClosed) {
