@@ -22,6 +22,7 @@ class EntryTest : public PluginScene {
         for (const std::string& name : kAll)
             session().removePluginCommand(name);
         passDailyStep();
+        load();
     }
 
     void load() {
@@ -32,58 +33,74 @@ class EntryTest : public PluginScene {
         forget();
         python("cmds.unloadPlugin('torvel')");
     }
+
+    /// The four commands and one menu, the last of the bar; null, reported, when there is another
+    /// count of them.
+    QMenu* expectLoaded() {
+        EXPECT_EQ(commands(), kAll);
+        const auto bar = mainWindow().menuBar()->actions();
+        EXPECT_EQ(menuCount(), 1);
+        EXPECT_EQ(bar.back()->text(), "Torvel Plugin");
+        return bar.back()->menu();
+    }
+    void expectUnloaded() {
+        EXPECT_EQ(commands(), Lines{"checkUpdates"});
+        EXPECT_EQ(menuCount(), 0);
+    }
+
     Lines commands() {
         Lines names;
         for (const auto& [name, run] : session().pluginCommands())
             names.push_back(name);
         return names;
     }
-    std::vector<QMenu*> menus() {
-        std::vector<QMenu*> found;
-        for (QAction* action : mainWindow().menuBar()->actions()) {
-            if (action->text() == "Torvel Plugin")
-                found.push_back(action->menu());
-        }
-        return found;
+    int menuCount() {
+        int count = 0;
+        for (QAction* action : mainWindow().menuBar()->actions())
+            count += action->text() == "Torvel Plugin";
+        return count;
     }
 
     const Lines kAll{"checkUpdates", "torvel_renameUI", "torvel_skeleton", "torvel_twist"};
 };
 
-TEST_F(EntryTest, LoadingBringsFourCommandsAndOneMenu) {
-    load();
-    EXPECT_EQ(messages(), Lines{"info: Plugin has been initialized"});
-    EXPECT_EQ(commands(), kAll);
-    ASSERT_EQ(menus().size(), 1u);
-    EXPECT_EQ(mainWindow().menuBar()->actions().back()->text(), "Torvel Plugin");
-    EXPECT_TRUE(menus()[0]->isTearOffEnabled());
+TEST_F(EntryTest, LoadingAndUnloading) {
+    QMenu* menu = expectLoaded();
+    ASSERT_NE(menu, nullptr);
+    EXPECT_TRUE(menu->isTearOffEnabled());
     EXPECT_FALSE(python("hasattr(cmds, 'CtrlCreator')").truth());
-}
-
-TEST_F(EntryTest, TheMenuFromTopToBottom) {
-    load();
-    ASSERT_EQ(menus().size(), 1u);
     Lines items;
-    for (QAction* action : menus()[0]->actions()) {
-        const std::string text = action->text().toStdString();
-        items.push_back(action->isSeparator() ? "--" + text : text);
-    }
+    for (QAction* action : menu->actions())
+        items.push_back((action->isSeparator() ? "--" : "") + action->text().toStdString());
     EXPECT_EQ(items, (Lines{"Rename", "--Rigging", "Skeleton Configuration", "Twist Bones", "--",
                             "Check for updates"}));
-}
-
-TEST_F(EntryTest, AnItemOpensItsTool) {
-    load();
-    ASSERT_EQ(menus().size(), 1u);
-    menus()[0]->actions().at(2)->trigger();
-    ASSERT_EQ(toolWindows().size(), 1u);
-    EXPECT_STREQ(toolWindows()[0]->metaObject()->className(), "SkeletonWindow");
+    EXPECT_EQ(messages(), Lines{"info: Plugin has been initialized"});
+    EXPECT_EQ(scripts(),
+              Lines{"python plain: from maya import cmds\n"
+                    "cmds.setParent('MayaWindow')\n"
+                    "if cmds.menu('TorvelPlugin', exists=True):\n"
+                    "    cmds.deleteUI('TorvelPlugin', menu=True)\n"
+                    "cmds.menu('TorvelPlugin', label='Torvel Plugin', tearOff=True)\n"
+                    "cmds.menuItem(label='Rename', command='cmds.torvel_renameUI()')\n"
+                    "cmds.menuItem(dividerLabel='Rigging', divider=True)\n"
+                    "cmds.menuItem(label='Skeleton Configuration', "
+                    "command='cmds.torvel_skeleton()')\n"
+                    "cmds.menuItem(label='Twist Bones', command='cmds.torvel_twist()')\n"
+                    "cmds.menuItem(divider=True)\n"
+                    "cmds.menuItem(label='Check for updates', command='cmds.checkUpdates()')\n"});
+    unload();
+    finishDeletion();
+    expectUnloaded();
+    EXPECT_EQ(messages(), Lines{"info: Plugin has been uninitialized!"});
+    EXPECT_EQ(scripts(), Lines{"python plain: import maya.cmds as cmds\n"
+                               "if cmds.menu('TorvelPlugin', exists=True):\n"
+                               "    cmds.deleteUI('TorvelPlugin')\n"});
 }
 
 TEST_F(EntryTest, EveryItemDoesItsJob) {
-    load();
-    ASSERT_EQ(menus().size(), 1u);
-    const auto choose = [this](int item) { menus()[0]->actions().at(item)->trigger(); };
+    QMenu* menu = expectLoaded();
+    ASSERT_NE(menu, nullptr);
+    const auto choose = [&](int item) { menu->actions().at(item)->trigger(); };
     choose(0);
     EXPECT_TRUE(python("cmds.window('torvelRenameWin', exists=True)").truth());
     choose(2);
@@ -99,39 +116,23 @@ TEST_F(EntryTest, EveryItemDoesItsJob) {
     EXPECT_EQ(languageErrors(), 0);
 }
 
-TEST_F(EntryTest, UnloadingLeavesOneCommand) {
-    load();
-    unload();
-    finishDeletion();
-    EXPECT_EQ(messages(), Lines{"info: Plugin has been uninitialized!"});
-    EXPECT_EQ(commands(), Lines{"checkUpdates"});
-    EXPECT_TRUE(menus().empty());
-}
-
 TEST_F(EntryTest, LoadingAgainBringsEverythingBack) {
-    for (int round = 0; round < 3; ++round) {
-        load();
+    for (std::size_t round = 1; round <= 3; ++round) {
         finishDeletion();
-        EXPECT_EQ(commands(), kAll);
-        EXPECT_EQ(menus().size(), 1u);
+        expectLoaded();
         python("cmds.torvel_skeleton()");
-        EXPECT_EQ(toolWindows().size(), static_cast<std::size_t>(round + 1));
+        ASSERT_EQ(toolWindows().size(), round);
+        EXPECT_STREQ(toolWindows()[0]->metaObject()->className(), "SkeletonWindow");
         unload();
         EXPECT_EQ(commands(), Lines{"checkUpdates"});
+        load();
     }
-}
-
-TEST_F(EntryTest, LoadingWhatIsLoadedDoesNothing) {
     load();
-    forget();
-    python("cmds.loadPlugin('" TORVEL_PLUGIN_PATH "')");
-    EXPECT_EQ(scripts(), Lines{});
-    EXPECT_EQ(menus().size(), 1u);
-    EXPECT_EQ(commands(), kAll);
+    EXPECT_EQ(scripts(), Lines{}) << "what is loaded stays as it is";
+    expectLoaded();
 }
 
 TEST_F(EntryTest, InitialisingTwiceReplacesTheMenu) {
-    load();
     void* library = dlopen(TORVEL_PLUGIN_PATH, RTLD_NOW | RTLD_NOLOAD);
     ASSERT_NE(library, nullptr);
     using Entry = MStatus (*)(MObject);
@@ -139,30 +140,8 @@ TEST_F(EntryTest, InitialisingTwiceReplacesTheMenu) {
     ASSERT_NE(symbol, nullptr);
     EXPECT_TRUE(reinterpret_cast<Entry>(symbol)(MObject()));
     finishDeletion();
-    EXPECT_EQ(menus().size(), 1u);
-    EXPECT_EQ(commands(), kAll);
+    expectLoaded();
     dlclose(library);
-}
-
-TEST_F(EntryTest, TheMenuScriptRunsQuietly) {
-    load();
-    ASSERT_EQ(scripts().size(), 1u);
-    EXPECT_EQ(scripts()[0],
-              "python plain: from maya import cmds\n"
-              "cmds.setParent('MayaWindow')\n"
-              "if cmds.menu('TorvelPlugin', exists=True):\n"
-              "    cmds.deleteUI('TorvelPlugin', menu=True)\n"
-              "cmds.menu('TorvelPlugin', label='Torvel Plugin', tearOff=True)\n"
-              "cmds.menuItem(label='Rename', command='cmds.torvel_renameUI()')\n"
-              "cmds.menuItem(dividerLabel='Rigging', divider=True)\n"
-              "cmds.menuItem(label='Skeleton Configuration', command='cmds.torvel_skeleton()')\n"
-              "cmds.menuItem(label='Twist Bones', command='cmds.torvel_twist()')\n"
-              "cmds.menuItem(divider=True)\n"
-              "cmds.menuItem(label='Check for updates', command='cmds.checkUpdates()')\n");
-    unload();
-    EXPECT_EQ(scripts(), Lines{"python plain: import maya.cmds as cmds\n"
-                               "if cmds.menu('TorvelPlugin', exists=True):\n"
-                               "    cmds.deleteUI('TorvelPlugin')\n"});
 }
 
 }  // namespace torvel::test

@@ -1,43 +1,24 @@
-#include <QDate>
+// The settings file, and the licence that it may ask for.
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QPointer>
 #include <QTcpSocket>
 #include <QWidget>
 
 #include "licence/gate.h"
 #include "licence/license_window.h"
-#include "plugin/fixtures/expected_scripts.h"
-#include "plugin/fixtures/plugin_scene.h"
 #include "plugin/fixtures/update_server.h"
 #include "shell/settings_file.h"
+#include "update/check_date.h"
 
 namespace torvel::test {
 
-const Lines kCheckWithoutAnswer{"info: Checking for plugin updates...",
-                                "error: Error al obtener la versión desde el servidor."};
-
-class GateTest : public PluginScene {
+class GateTest : public SettingsScene {
   public:
-    void write(const QByteArray& content) {
-        QDir().mkpath(QFileInfo(settingsPath()).absolutePath());
-        QFile file(settingsPath());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
-
-    QJsonObject read() {
-        QFile file(settingsPath());
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return QJsonDocument::fromJson(file.readAll()).object();
-    }
-
     /// Runs the command while the gate is shut; gives the licence window.
-    QWidget* refuse() {
+    QPointer<QWidget> refuse() {
         write(
             R"({"licence_required": true, "licence_accepted": false, "last_version_check": "x"})");
         python("cmds.torvel_skeleton()");
@@ -46,62 +27,80 @@ class GateTest : public PluginScene {
         EXPECT_EQ(windows.size(), 1u);
         return windows.empty() ? nullptr : windows[0];
     }
+
+    static bool isAccepted() { return readObject()["licence_accepted"].toBool(); }
 };
 
-TEST_F(GateTest, TheFileLiesUnderTheHomeFolder) {
-    EXPECT_EQ(settingsFilePath(), settingsPath());
-    EXPECT_FALSE(QFile::exists(settingsPath()));
-}
-
-TEST_F(GateTest, AMissingFileIsMadeAndIsAYes) {
-    EXPECT_TRUE(licenceGateIsOpen());
-    EXPECT_EQ(read(), (QJsonObject{{"licence_required", false}, {"licence_accepted", false}}));
-}
-
-TEST_F(GateTest, TheAnswerForEachContent) {
+TEST_F(GateTest, TheAnswersForEachContent) {
     struct Case {
-        const char* content;
-        bool open;
+        QByteArray content;
+        bool open;  // the gate
+        bool due;   // the version check
+    };
+    const auto dated = [](const QString& date) {
+        return "{\"a\": 1, \"last_version_check\": \"" + date.toUtf8() + "\", \"b\": {}}";
     };
     const Case cases[] = {
-        {R"({"licence_required": true})", false},
-        {R"({"licence_required": true, "licence_accepted": false})", false},
-        {R"({"licence_required": true, "licence_accepted": true})", true},
-        {R"({"licence_required": false, "licence_accepted": false})", true},
-        {R"({"licence_required": "yes"})", true},
-        {"{}", true},
-        {"no json at all", true},
-        {"", true},
+        {R"({"licence_required": true})", false, true},
+        {R"({"licence_required": true, "licence_accepted": false})", false, true},
+        {R"({"licence_required": true, "licence_accepted": true})", true, true},
+        {R"({"licence_required": false, "licence_accepted": false})", true, true},
+        {R"({"licence_required": "yes"})", true, true},
+        {R"({"last_version_check": 20260101})", true, true},
+        {dated(today()), true, false},
+        {dated(today(1)), true, true},
+        {dated(today() + " "), true, true},
+        {"[\"" + today().toUtf8() + "\"]", true, true},
+        {"{}", true, true},
+        {"no json at all", true, true},
+        {"", true, true},
     };
     for (const Case& row : cases) {
         write(row.content);
-        EXPECT_EQ(licenceGateIsOpen(), row.open) << row.content;
-        QFile file(settingsPath());
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        EXPECT_EQ(file.readAll(), row.content) << "asking changes nothing";
+        EXPECT_EQ(licenceGateIsOpen(), row.open) << row.content.constData();
+        EXPECT_EQ(shouldCheckToday(), row.due) << row.content.constData();
+        EXPECT_EQ(read(), row.content) << "asking changes nothing";
     }
+}
+
+TEST_F(GateTest, AMissingFileIsMadeAndIsAYes) {
+    EXPECT_EQ(settingsFilePath(), settingsPath());
+    EXPECT_TRUE(shouldCheckToday());
+    EXPECT_FALSE(QFile::exists(settingsPath())) << "until the gate is asked";
+    EXPECT_TRUE(licenceGateIsOpen());
+    QJsonObject expected{{"licence_required", false}, {"licence_accepted", false}};
+    EXPECT_EQ(readObject(), expected);
+
+    QFile::remove(settingsPath());
+    UpdateServer server(okAnswer(kOfToday));
+    python("cmds.torvel_skeleton()");
+    EXPECT_EQ(toolWindows().size(), 1u);
+    expected["last_version_check"] = today();
+    EXPECT_EQ(readObject(), expected);
 }
 
 TEST_F(GateTest, AcceptanceKeepsOtherKeys) {
     write(R"({"licence_required": true, "last_version_check": "2026-03-01", "n": [1, 2]})");
+    QJsonObject expected = readObject();
     EXPECT_TRUE(storeLicenceAcceptance());
-    const QJsonObject settings = read();
-    EXPECT_EQ(settings.size(), 4);
-    EXPECT_TRUE(settings["licence_accepted"].toBool());
-    EXPECT_TRUE(settings["licence_required"].toBool());
-    EXPECT_EQ(settings["last_version_check"].toString(), "2026-03-01");
-    EXPECT_EQ(settings["n"].toArray().size(), 2);
+    expected["licence_accepted"] = true;
+    EXPECT_EQ(readObject(), expected);
 }
 
 TEST_F(GateTest, RefusingShowsTheTermsAndNoTool) {
-    QPointer<QWidget> licence = refuse();
-    ASSERT_FALSE(licence.isNull());
-    press(licence, "btn_closeLicense");
-    finishDeletion();
-    EXPECT_TRUE(licence.isNull());
-    EXPECT_TRUE(toolWindows().empty());
-    EXPECT_FALSE(read()["licence_accepted"].toBool());
-    EXPECT_EQ(messages(), Lines{}) << "no version is asked for";
+    for (const bool byButton : {true, false}) {
+        QPointer<QWidget> licence = refuse();
+        ASSERT_FALSE(licence.isNull());
+        if (byButton)
+            press(licence, "btn_closeLicense");
+        else
+            licence->close();
+        finishDeletion();
+        EXPECT_TRUE(licence.isNull());
+        EXPECT_TRUE(toolWindows().empty());
+        EXPECT_FALSE(isAccepted());
+        EXPECT_EQ(messages(), Lines{}) << "no version is asked for";
+    }
 }
 
 TEST_F(GateTest, AcceptingOpensTheTool) {
@@ -111,34 +110,23 @@ TEST_F(GateTest, AcceptingOpensTheTool) {
     finishDeletion();
     EXPECT_TRUE(licence.isNull());
     EXPECT_EQ(toolWindows().size(), 1u);
-    EXPECT_TRUE(read()["licence_accepted"].toBool());
-    EXPECT_EQ(read()["last_version_check"].toString(), "x");
-    EXPECT_EQ(messages(), kCheckWithoutAnswer) << "the version step comes after the gate";
+    EXPECT_TRUE(isAccepted());
+    EXPECT_EQ(storedDate(), "x");
+    EXPECT_EQ(messages(), (Lines{kChecking, kNoAnswer})) << "the version step follows the gate";
 
     python("cmds.torvel_skeleton()");
     EXPECT_EQ(toolWindows().size(), 2u) << "accepted once is accepted for good";
     EXPECT_TRUE(windowsNamed("LicenseWindow").empty());
 }
 
-TEST_F(GateTest, TheSettingsFileIsMadeByTheCommandAndDated) {
-    UpdateServer server(QByteArray(R"({"version": "0.20"})"));
-    python("cmds.torvel_skeleton()");
-    EXPECT_EQ(toolWindows().size(), 1u);
-    const QString today = QDate::currentDate().toString("yyyy-MM-dd");
-    EXPECT_EQ(read(), (QJsonObject{{"licence_required", false},
-                                   {"licence_accepted", false},
-                                   {"last_version_check", today}}));
-}
-
 TEST_F(GateTest, TheToolOpensAfterTheVersionStep) {
     QPointer<QWidget> licence = refuse();
-    ASSERT_FALSE(licence.isNull());
     std::size_t openWhenAsked = 99;
     bool stored = false;
     UpdateServer server([&](QTcpSocket& socket) {
         openWhenAsked = toolWindows().size();
-        stored = read()["licence_accepted"].toBool();
-        socket.write(httpAnswer("200 OK", "{}"));
+        stored = isAccepted();
+        socket.write(okAnswer("{}"));
     });
     int validated = 0;
     auto* asLicence = qobject_cast<LicenseWindow*>(licence.data());
@@ -152,16 +140,6 @@ TEST_F(GateTest, TheToolOpensAfterTheVersionStep) {
     EXPECT_EQ(server.requests().size(), 1);
 }
 
-TEST_F(GateTest, ClosingByTheTitleBarOpensNothing) {
-    QPointer<QWidget> licence = refuse();
-    ASSERT_FALSE(licence.isNull());
-    licence->close();
-    finishDeletion();
-    EXPECT_TRUE(licence.isNull());
-    EXPECT_TRUE(toolWindows().empty());
-    EXPECT_FALSE(read()["licence_accepted"].toBool());
-}
-
 TEST_F(GateTest, TheOtherToolsAskNoGate) {
     write(R"({"licence_required": true})");
     EXPECT_NE(openTwist(), nullptr);
@@ -170,17 +148,15 @@ TEST_F(GateTest, TheOtherToolsAskNoGate) {
 }
 
 TEST_F(GateTest, WhatCannotBeStoredHoldsForThisTime) {
-    QWidget* licence = refuse();
-    ASSERT_NE(licence, nullptr);
-    QFile::remove(settingsPath());
+    QPointer<QWidget> licence = refuse();
     const QString folder = QFileInfo(settingsPath()).absolutePath();
     QDir(folder).removeRecursively();
     QFile blocker(folder);
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     forget();
     press(licence, "btn_acceptLicense");
-    EXPECT_EQ(messages(), (Lines{"warning: The licence acceptance could not be stored."} +
-                           kCheckWithoutAnswer));
+    EXPECT_EQ(messages(), (Lines{"warning: The licence acceptance could not be stored.", kChecking,
+                                 kNoAnswer}));
     EXPECT_EQ(toolWindows().size(), 1u);
 }
 

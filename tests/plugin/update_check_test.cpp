@@ -1,15 +1,12 @@
 // The update check against a server of the test's own.
 
 #include <QApplication>
-#include <QDate>
 #include <QDesktopServices>
 #include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -18,19 +15,12 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
-#include "plugin/fixtures/plugin_scene.h"
 #include "plugin/fixtures/update_server.h"
 #include "ui/desktop/main_window.h"
 #include "update/check_date.h"
 #include "update/update_dialog.h"
 
 namespace torvel::test {
-
-const std::string kLatest = "info: Ya tienes la última versión del plugin.";
-const std::string kNoAnswer = "error: Error al obtener la versión desde el servidor.";
-const std::string kNoJson = "error: Error al analizar el JSON de versión.";
-const std::string kChecking = "info: Checking for plugin updates...";
-const char* const kNewer = R"({"version": "0.25", "download_url": "torveltest://get/it?v=0.25"})";
 
 /// Takes the addresses of the scheme "torveltest" that the plug-in opens.
 class AddressTaker : public QObject {
@@ -46,32 +36,22 @@ class AddressTaker : public QObject {
     void take(const QUrl& url) { taken.append(url); }
 };
 
-class UpdateCheckTest : public PluginScene {
+/// What an answer leads to.
+enum Outcome { kNew, kCurrent, kMisread, kNoServer };
+
+class UpdateCheckTest : public SettingsScene {
   public:
-    void write(const QByteArray& content) {
-        QDir().mkpath(QFileInfo(settingsPath()).absolutePath());
-        QFile file(settingsPath());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
-
-    QByteArray read() {
-        QFile file(settingsPath());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-    }
-
-    QString storedDate() {
-        return QJsonDocument::fromJson(read()).object()["last_version_check"].toString();
-    }
-
-    static QString today() { return QDate::currentDate().toString("yyyy-MM-dd"); }
-
-    /// Runs checkUpdates with a settings file of an earlier day; gives the lines it printed.
-    Lines checkUpdates() {
+    /// Runs checkUpdates on a day after the last check; lines, dialog and stored date are to be
+    /// those of the outcome.
+    void expectCheck(Outcome outcome) {
+        const Lines lines[] = {{}, {kLatest}, {kNoJson, kLatest}, {kNoAnswer, kLatest}};
         write(R"({"last_version_check": "2020-01-02"})");
         forget();
+        const std::size_t shown = dialogs().size();
         python("cmds.checkUpdates()");
-        return messages();
+        EXPECT_EQ(messages(), lines[outcome]);
+        EXPECT_EQ(dialogs().size(), shown + (outcome == kNew));
+        EXPECT_EQ(storedDate(), outcome <= kCurrent ? today() : "2020-01-02");
     }
 
     std::vector<QDialog*> dialogs() {
@@ -94,8 +74,8 @@ class UpdateCheckTest : public PluginScene {
 };
 
 TEST_F(UpdateCheckTest, TheRequestIsPlain) {
-    UpdateServer server(QByteArray(R"({"version": "0.20"})"));
-    checkUpdates();
+    UpdateServer server(okAnswer(kOfToday));
+    expectCheck(kCurrent);
     ASSERT_EQ(server.requests().size(), 1);
     const QByteArray request = server.requests()[0];
     EXPECT_TRUE(request.startsWith("GET /plugin_info/ HTTP/1.1\r\n")) << request.constData();
@@ -105,118 +85,82 @@ TEST_F(UpdateCheckTest, TheRequestIsPlain) {
     EXPECT_TRUE(request.endsWith("\r\n\r\n")) << "no body";
 }
 
-// Text order: "0.100" is lower than "0.20".
-TEST_F(UpdateCheckTest, WhichVersionsAreNewer) {
+TEST_F(UpdateCheckTest, EachAnswerHasItsOutcome) {
     struct Case {
-        const char* answer;
-        bool newer;
+        Outcome outcome;
+        QByteArray answer;
     };
-    const Case cases[] = {
-        {R"({"version": "0.25", "download_url": "x"})", true},
-        {R"({"version": "0.3"})", true},
-        {R"({"version": "1.0", "other": [1, {"a": null}]})", true},
-        {R"({"version": "0.20.1"})", true},
-        {R"({"version": "v0"})", true},
-        {R"({"version": "0.20", "download_url": "x"})", false},
-        {R"({"version": "0.100", "download_url": "x"})", false},
-        {R"({"version": "0.2"})", false},
-        {R"({"version": " 9"})", false},
-        {R"({"version": ""})", false},
-        {R"({"version": 9.5})", false},
-        {R"({"version": ["9"]})", false},
-        {R"({"download_url": "x"})", false},
-        {"{}", false},
+    std::vector<Case> cases{
+        {kCurrent, "HTTP/1.0 200 OK\r\n\r\n{}"},
+        // Without a length the end of the connection ends the body.
+        {kMisread, "HTTP/1.0 200 OK\r\n\r\n{\"version\": \"0.2"},
+        {kMisread, httpAnswer("302 Found", "", "Location: http://127.0.0.1:1/\r\n")},
+        {kMisread, okAnswer(R"({"version": )" + QByteArray(100000, '['))},
+        {kMisread, okAnswer(QByteArray(8 << 20, 'x'))},
+        {kNew,
+         okAnswer(R"({"padding": ")" + QByteArray(8 << 20, 'x') + R"(", "version": "0.25"})")},
     };
-    for (const Case& row : cases) {
-        UpdateServer server{QByteArray(row.answer)};
-        const std::size_t shown = dialogs().size();
-        EXPECT_EQ(checkUpdates(), row.newer ? Lines{} : Lines{kLatest}) << row.answer;
-        EXPECT_EQ(dialogs().size(), shown + row.newer) << row.answer;
-        EXPECT_EQ(storedDate(), today()) << row.answer;
-    }
-}
-
-TEST_F(UpdateCheckTest, WhatIsNoJsonObjectIsToldAndNotDated) {
-    for (const char* body : {"", "no json", "[1, 2]", "\"0.25\"", "null", "{\"version\": \"0.25\"",
-                             "{\"version\": \"0.25\"} x", "<html>0.25</html>"}) {
-        UpdateServer server{QByteArray(body)};
-        EXPECT_EQ(checkUpdates(), (Lines{kNoJson, kLatest})) << body;
-        EXPECT_EQ(storedDate(), "2020-01-02") << body;
-    }
-    EXPECT_TRUE(dialogs().empty());
-}
-
-TEST_F(UpdateCheckTest, ARedirectionIsNotFollowed) {
-    UpdateServer server([](QTcpSocket& socket) {
-        socket.write(httpAnswer("302 Found", "", "Location: http://127.0.0.1:1/\r\n"));
-    });
-    EXPECT_EQ(checkUpdates(), (Lines{kNoJson, kLatest}));
-    EXPECT_EQ(server.requests().size(), 1);
-}
-
-TEST_F(UpdateCheckTest, HttpErrorsAreToldAndNotDated) {
-    for (const char* status : {"500 Internal Server Error", "404 Not Found", "403 Forbidden",
-                               "503 Service Unavailable"}) {
-        UpdateServer server([status](QTcpSocket& socket) {
-            socket.write(httpAnswer(status, kNewer));
-            socket.disconnectFromHost();
-        });
-        EXPECT_EQ(checkUpdates(), (Lines{kNoAnswer, kLatest})) << status;
-        EXPECT_EQ(storedDate(), "2020-01-02") << status;
-    }
-    EXPECT_TRUE(dialogs().empty());
-}
-
-TEST_F(UpdateCheckTest, NobodyListens) {
-    EXPECT_EQ(checkUpdates(), (Lines{kNoAnswer, kLatest}));
-    EXPECT_EQ(storedDate(), "2020-01-02");
-}
-
-TEST_F(UpdateCheckTest, CutConnections) {
-    const QByteArray whole = httpAnswer("200 OK", kNewer);
+    const std::pair<Outcome, const char*> bodies[] = {
+        {kNew, R"({"version": "0.25", "download_url": "x"})"},
+        {kNew, R"({"version": "0.3"})"},
+        {kNew, R"({"version": "1.0", "other": [1, {"a": null}]})"},
+        {kNew, R"({"version": "0.20.1"})"},
+        {kNew, R"({"version": "v0"})"},
+        {kCurrent, R"({"version": "0.20", "download_url": "x"})"},
+        {kCurrent, R"({"version": "0.100", "download_url": "x"})"},  // the order of texts
+        {kCurrent, R"({"version": "0.2"})"},
+        {kCurrent, R"({"version": " 9"})"},
+        {kCurrent, R"({"version": ""})"},
+        {kCurrent, R"({"version": 9.5})"},
+        {kCurrent, R"({"version": ["9"]})"},
+        {kCurrent, R"({"download_url": "x"})"},
+        {kCurrent, "{}"},
+        {kMisread, ""},
+        {kMisread, "no json"},
+        {kMisread, "[1, 2]"},
+        {kMisread, "\"0.25\""},
+        {kMisread, "null"},
+        {kMisread, "{\"version\": \"0.25\""},
+        {kMisread, "{\"version\": \"0.25\"} x"},
+        {kMisread, "<html>0.25</html>"},
+    };
+    for (const auto& [outcome, body] : bodies)
+        cases.push_back({outcome, okAnswer(body)});
+    for (const char* status :
+         {"500 Internal Server Error", "404 Not Found", "403 Forbidden", "503 Service Unavailable"})
+        cases.push_back({kNoServer, httpAnswer(status, kNewer)});
+    const QByteArray whole = okAnswer(kNewer);
     const int head = whole.indexOf("\r\n\r\n") + 4;
-    for (int length : {0, 12, head, head + 10, whole.size() - 1}) {
-        UpdateServer server([&whole, length](QTcpSocket& socket) {
-            socket.write(whole.left(length));
-            socket.disconnectFromHost();
-        });
-        EXPECT_EQ(checkUpdates(), (Lines{kNoAnswer, kLatest})) << length;
-        EXPECT_EQ(storedDate(), "2020-01-02") << length;
+    for (int length : {0, 12, head, head + 10, whole.size() - 1})
+        cases.push_back({kNoServer, whole.left(length)});
+
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.answer.left(200).toStdString());
+        UpdateServer server(row.answer);
+        expectCheck(row.outcome);
+        if (row.outcome != kNoServer) {
+            EXPECT_EQ(server.requests().size(), 1) << "a redirection is not followed";
+        }
     }
+    expectCheck(kNoServer);  // nobody listens now
 }
 
-// Without a length the end of the connection ends the body.
-TEST_F(UpdateCheckTest, ACutBodyWithoutALengthIsNoJson) {
-    UpdateServer server([](QTcpSocket& socket) {
-        socket.write("HTTP/1.0 200 OK\r\n\r\n{\"version\": \"0.2");
-        socket.disconnectFromHost();
-    });
-    EXPECT_EQ(checkUpdates(), (Lines{kNoJson, kLatest}));
-}
-
-TEST_F(UpdateCheckTest, ASlowServerIsWaitedFor) {
-    const QByteArray whole = httpAnswer("200 OK", kNewer);
+TEST_F(UpdateCheckTest, ASlowServerIsWaitedForWhileEventsRun) {
+    const QByteArray whole = okAnswer(kNewer);
     UpdateServer server([&whole](QTcpSocket& socket) {
         for (int i = 0; i < whole.size(); ++i)
             QTimer::singleShot(100 + 4 * i, &socket,
                                [&socket, &whole, i] { socket.write(whole.mid(i, 1)); });
     });
-    QElapsedTimer timer;
-    timer.start();
-    EXPECT_EQ(checkUpdates(), Lines{});
-    EXPECT_GE(timer.elapsed(), 100 + 4 * (whole.size() - 1));
-    EXPECT_EQ(dialogs().size(), 1u);
-}
-
-TEST_F(UpdateCheckTest, EventsRunDuringTheWait) {
     int ticks = 0;
     QTimer ticker;
     QObject::connect(&ticker, &QTimer::timeout, [&ticks] { ++ticks; });
     ticker.start(10);
-    UpdateServer server([](QTcpSocket& socket) {
-        QTimer::singleShot(200, &socket, [&socket] { socket.write(httpAnswer("200 OK", "{}")); });
-    });
-    EXPECT_EQ(checkUpdates(), Lines{kLatest});
+    QTimer::singleShot(50, &mainWindow(), [this] { python("cmds.file(new=True, force=True)"); });
+    QElapsedTimer timer;
+    timer.start();
+    expectCheck(kNew);
+    EXPECT_GE(timer.elapsed(), 100 + 4 * (whole.size() - 1));
     EXPECT_GE(ticks, 3);
 }
 
@@ -226,57 +170,31 @@ TEST_F(UpdateCheckTest, ASecondCheckInsideTheWait) {
         const bool first = server.requests().size() == 1;
         const QByteArray body = first ? QByteArray("{}") : QByteArray("none");
         QTimer::singleShot(first ? 400 : 50, &socket,
-                           [&socket, body] { socket.write(httpAnswer("200 OK", body)); });
+                           [&socket, body] { socket.write(okAnswer(body)); });
     });
     QTimer::singleShot(100, &mainWindow(), [this] { python("cmds.checkUpdates()"); });
-    EXPECT_EQ(checkUpdates(), (Lines{kNoJson, kLatest, kLatest}));
+    write("{}");
+    python("cmds.checkUpdates()");
+    EXPECT_EQ(messages(), (Lines{kNoJson, kLatest, kLatest}));
     EXPECT_EQ(server.requests().size(), 2);
     EXPECT_EQ(storedDate(), today());
 }
 
 // What has come by then is no whole answer, even where it reads like one.
 TEST_F(UpdateCheckTest, QuittingEndsTheWait) {
-    const QByteArray body(kNewer);
-    UpdateServer server([&body](QTcpSocket& socket) {
-        socket.write("HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n" + body);
+    UpdateServer server([](QTcpSocket& socket) {
+        socket.write(QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 10000\r\n\r\n") + kNewer);
     });
     QTimer::singleShot(150, qApp, &QCoreApplication::quit);
-    EXPECT_EQ(checkUpdates(), (Lines{kNoAnswer, kLatest}));
-    EXPECT_EQ(storedDate(), "2020-01-02");
-    EXPECT_TRUE(dialogs().empty());
+    expectCheck(kNoServer);
     QTimer::singleShot(0, qApp, &QCoreApplication::quit);
     QApplication::exec();  // until the application runs again, every loop ends at once
 }
 
-TEST_F(UpdateCheckTest, ANewSceneDuringTheWait) {
-    UpdateServer server([](QTcpSocket& socket) {
-        QTimer::singleShot(200, &socket, [&socket] { socket.write(httpAnswer("200 OK", kNewer)); });
-    });
-    QTimer::singleShot(50, &mainWindow(), [this] { python("cmds.file(new=True, force=True)"); });
-    EXPECT_EQ(checkUpdates(), Lines{});
-    EXPECT_EQ(dialogs().size(), 1u);
-}
-
-TEST_F(UpdateCheckTest, DeeplyNestedAnswersAreNoJson) {
-    UpdateServer server(R"({"version": )" + QByteArray(100000, '['));
-    EXPECT_EQ(checkUpdates(), (Lines{kNoJson, kLatest}));
-}
-
-TEST_F(UpdateCheckTest, AVeryLargeAnswerIsRead) {
-    const QByteArray padding(8 << 20, 'x');
-    {
-        UpdateServer server(R"({"padding": ")" + padding + R"(", "version": "0.25"})");
-        EXPECT_EQ(checkUpdates(), Lines{});
-        EXPECT_EQ(dialogs().size(), 1u);
-    }
-    UpdateServer server(padding);
-    EXPECT_EQ(checkUpdates(), (Lines{kNoJson, kLatest}));
-}
-
 TEST_F(UpdateCheckTest, TheDialogOffersTheDownload) {
     AddressTaker taker;
-    UpdateServer server{QByteArray(kNewer)};
-    checkUpdates();
+    UpdateServer server(okAnswer(kNewer));
+    python("cmds.checkUpdates()");
     ASSERT_EQ(dialogs().size(), 1u);
     QPointer<QDialog> dialog = dialogs()[0];
     EXPECT_TRUE(dialog->isVisible());
@@ -295,8 +213,8 @@ TEST_F(UpdateCheckTest, TheDialogOffersTheDownload) {
     EXPECT_EQ(buttons[1]->text(), "Cerrar");
     buttons[0]->click();
     buttons[0]->click();
-    EXPECT_EQ(taker.taken, (QList<QUrl>{QUrl("torveltest://get/it?v=0.25"),
-                                        QUrl("torveltest://get/it?v=0.25")}));
+    const QUrl address("torveltest://get/it?v=0.25");
+    EXPECT_EQ(taker.taken, (QList<QUrl>{address, address}));
     EXPECT_TRUE(dialog->isVisible()) << "the download leaves it open";
 
     buttons[1]->click();
@@ -305,61 +223,28 @@ TEST_F(UpdateCheckTest, TheDialogOffersTheDownload) {
     EXPECT_FALSE(dialog->isVisible());
 }
 
-TEST_F(UpdateCheckTest, AnEmptyAddressKeepsTheButton) {
-    UpdateServer server(QByteArray(R"({"version": "0.3"})"));
-    checkUpdates();
-    ASSERT_EQ(dialogs().size(), 1u);
-    EXPECT_EQ(buttonsOf(dialogs()[0]).size(), 2u);
+TEST_F(UpdateCheckTest, TheDialogOfOtherAnswers) {
+    showUpdateDialog("0.20", "0.3", "");
+    showUpdateDialog("0.20", "0.20", "torveltest://never");
+    ASSERT_EQ(dialogs().size(), 2u);
+    ASSERT_EQ(buttonsOf(dialogs()[0]).size(), 2u) << "an empty address keeps the button";
     buttonsOf(dialogs()[0])[0]->click();
     EXPECT_TRUE(dialogs()[0]->isVisible());
-}
 
-TEST_F(UpdateCheckTest, WithoutANewerVersionTheDialogOffersNothing) {
-    showUpdateDialog("0.20", "0.20", "torveltest://never");
-    ASSERT_EQ(dialogs().size(), 1u);
-    EXPECT_EQ(dialogs()[0]->findChild<QLabel*>()->text(),
+    EXPECT_EQ(dialogs()[1]->findChild<QLabel*>()->text(),
               "Estás usando la última versión: <b>0.20</b>");
-    const std::vector<QPushButton*> buttons = buttonsOf(dialogs()[0]);
-    ASSERT_EQ(buttons.size(), 1u);
-    EXPECT_EQ(buttons[0]->text(), "Cerrar");
-    EXPECT_EQ(dialogs()[0]->findChildren<QPushButton*>().size(), 1);
-}
+    ASSERT_EQ(buttonsOf(dialogs()[1]).size(), 1u) << "nothing to download";
+    EXPECT_EQ(buttonsOf(dialogs()[1])[0]->text(), "Cerrar");
+    EXPECT_EQ(dialogs()[1]->findChildren<QPushButton*>().size(), 1);
 
-TEST_F(UpdateCheckTest, WithoutAMainWindowTheDialogStandsAlone) {
     QWidget* const desktop = session().mainWindow;
     session().mainWindow = nullptr;
     showUpdateDialog("0.20", "0.21", "torveltest://x");
     session().mainWindow = desktop;
-    EXPECT_TRUE(dialogs().empty());
+    EXPECT_EQ(dialogs().size(), 2u) << "without a main window it stands alone";
     for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (widget->windowTitle() == "Versión del Plugin")
+        if (!widget->parentWidget() && widget->windowTitle() == "Versión del Plugin")
             delete widget;
-    }
-}
-
-TEST_F(UpdateCheckTest, WhenACheckIsDue) {
-    struct Case {
-        QByteArray content;
-        bool due;
-    };
-    const QByteArray now = today().toUtf8();
-    const QByteArray tomorrow = QDate::currentDate().addDays(1).toString("yyyy-MM-dd").toUtf8();
-    const Case cases[] = {
-        {"{\"last_version_check\": \"" + now + "\"}", false},
-        {"{\"a\": 1, \"last_version_check\": \"" + now + "\", \"b\": {}}", false},
-        {"{\"last_version_check\": \"" + tomorrow + "\"}", true},
-        {"{\"last_version_check\": \"" + now + " \"}", true},
-        {"{\"last_version_check\": 20260101}", true},
-        {"{}", true},
-        {"[\"" + now + "\"]", true},
-        {"no json", true},
-        {"", true},
-    };
-    EXPECT_TRUE(shouldCheckToday()) << "no file";
-    for (const Case& row : cases) {
-        write(row.content);
-        EXPECT_EQ(shouldCheckToday(), row.due) << row.content.constData();
-        EXPECT_EQ(read(), row.content) << "asking changes nothing";
     }
 }
 
@@ -371,9 +256,8 @@ TEST_F(UpdateCheckTest, MarkingKeepsTheOtherKeys) {
         "    \"list\": [\n        null,\n        -1,\n        \"\\u0001\\\"\\\\\"\n    ],\n"
         "    \"name\": \"Añadido \xE6\x97\xA5\",\n    \"token\": {\n        \"\": \"\"\n    "
         "}\n}\n");
-    const QByteArray before = read();
+    QByteArray expected = read();
     markCheckedToday();
-    QByteArray expected = before;
     expected.replace("2020-01-02", today().toUtf8());
     EXPECT_EQ(read().toStdString(), expected.toStdString());
     EXPECT_EQ(QDir(QFileInfo(settingsPath()).absolutePath()).entryList(QDir::Files).size(), 1)
@@ -381,89 +265,76 @@ TEST_F(UpdateCheckTest, MarkingKeepsTheOtherKeys) {
 }
 
 TEST_F(UpdateCheckTest, MarkingMakesNoFileAndMendsNone) {
-    markCheckedToday();
+    UpdateServer server(okAnswer("{}"));
+    python("cmds.checkUpdates()");
+    EXPECT_EQ(messages(), Lines{kLatest});
     EXPECT_FALSE(QFile::exists(settingsPath()));
     for (const char* content : {"", "no json", "[1]"}) {
         write(content);
         markCheckedToday();
         EXPECT_EQ(read(), content);
     }
-}
-
-TEST_F(UpdateCheckTest, AFolderInPlaceOfTheFileStays) {
-    ASSERT_TRUE(QDir().mkpath(settingsPath()));
-    UpdateServer server(QByteArray("{}"));
-    EXPECT_TRUE(shouldCheckToday());
-    for (int round = 0; round < 2; ++round) {
-        forget();
-        openWindow("torvel_skeleton", "SkeletonWindow");
-        EXPECT_EQ(messages(), Lines{kChecking});
-    }
-    EXPECT_TRUE(QFileInfo(settingsPath()).isDir());
-    EXPECT_EQ(toolWindows().size(), 2u);
-}
-
-TEST_F(UpdateCheckTest, AFileThatCannotBeWrittenKeepsItsDate) {
     write(R"({"last_version_check": "2020-01-02"})");
     QFile::setPermissions(settingsPath(), QFile::ReadOwner);
     if (QFile(settingsPath()).open(QIODevice::ReadWrite))
         GTEST_SKIP() << "this user may write every file";
-    UpdateServer server(QByteArray("{}"));
     python("cmds.checkUpdates()");
-    EXPECT_EQ(messages(), Lines{kLatest});
+    EXPECT_EQ(messages(), (Lines{kLatest, kLatest}));
     EXPECT_EQ(storedDate(), "2020-01-02");
 }
 
-TEST_F(UpdateCheckTest, WithoutAFileTheCommandStoresNothing) {
-    UpdateServer server(QByteArray("{}"));
-    python("cmds.checkUpdates()");
-    EXPECT_EQ(messages(), Lines{kLatest});
-    EXPECT_FALSE(QFile::exists(settingsPath()));
-}
-
 TEST_F(UpdateCheckTest, TheCommandIgnoresTheDate) {
-    UpdateServer server(QByteArray("{}"));
+    UpdateServer server(okAnswer("{}"));
     passDailyStep();
     for (int count = 1; count <= 3; ++count) {
         python("cmds.checkUpdates()");
         EXPECT_EQ(server.requests().size(), count);
     }
-    EXPECT_EQ(messages(), (Lines{kLatest, kLatest, kLatest}));
-    EXPECT_EQ(scripts(), Lines{});
+    EXPECT_EQ(transcript(), (Lines{kLatest, kLatest, kLatest}));
 }
 
 TEST_F(UpdateCheckTest, TheLauncherAsksOnceADay) {
-    UpdateServer server(QByteArray(R"({"version": "0.20"})"));
-    openWindow("torvel_skeleton", "SkeletonWindow");
-    EXPECT_EQ(messages(), Lines{kChecking});
-    EXPECT_EQ(storedDate(), today());
-    forget();
-    openWindow("torvel_skeleton", "SkeletonWindow");
-    EXPECT_EQ(messages(), Lines{});
-    EXPECT_EQ(server.requests().size(), 1);
-    EXPECT_EQ(toolWindows().size(), 2u);
-}
-
-TEST_F(UpdateCheckTest, TheLauncherTriesAgainWhileTheServerIsDown) {
-    for (int round = 0; round < 2; ++round) {
-        forget();
-        openWindow("torvel_skeleton", "SkeletonWindow");
-        EXPECT_EQ(messages(), (Lines{kChecking, kNoAnswer}));
+    struct Case {
+        const char* body;     // null: nobody listens
+        bool folder;          // in place of the settings file
+        Lines first, second;  // lines of two openings
+        std::size_t dialogs;
+    };
+    const Case cases[] = {
+        {kOfToday, false, {kChecking}, {}, 0},
+        {kNewer, false, {kChecking}, {}, 1},
+        {nullptr, false, {kChecking, kNoAnswer}, {kChecking, kNoAnswer}, 1},
+        {"{}", true, {kChecking}, {kChecking}, 1},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.body ? row.body : "nobody listens");
+        std::unique_ptr<UpdateServer> server;
+        if (row.body)
+            server = std::make_unique<UpdateServer>(okAnswer(row.body));
+        QFile::remove(settingsPath());
+        if (row.folder) {
+            ASSERT_TRUE(QDir().mkpath(settingsPath()));
+            EXPECT_TRUE(shouldCheckToday());
+        }
+        for (const Lines& lines : {row.first, row.second}) {
+            forget();
+            QWidget* tool = openWindow("torvel_skeleton", "SkeletonWindow");
+            ASSERT_NE(tool, nullptr);
+            EXPECT_TRUE(tool->isVisible());
+            EXPECT_EQ(messages(), lines);
+        }
+        EXPECT_EQ(dialogs().size(), row.dialogs);
+        EXPECT_EQ(storedDate(), row.second.empty() ? today() : "");
+        EXPECT_EQ(QFileInfo(settingsPath()).isDir(), row.folder);
+        if (server) {
+            EXPECT_EQ(server->requests().size(), row.second.empty() ? 1 : 2);
+        }
     }
-    EXPECT_EQ(toolWindows().size(), 2u);
-}
-
-TEST_F(UpdateCheckTest, TheLauncherShowsBothWindows) {
-    UpdateServer server{QByteArray(kNewer)};
-    QWidget* tool = openWindow("torvel_skeleton", "SkeletonWindow");
-    EXPECT_EQ(messages(), Lines{kChecking});
-    ASSERT_EQ(dialogs().size(), 1u);
     EXPECT_TRUE(dialogs()[0]->isVisible());
-    EXPECT_TRUE(tool->isVisible());
 }
 
 TEST_F(UpdateCheckTest, TheTwistWindowAsksNobody) {
-    UpdateServer server{QByteArray(kNewer)};
+    UpdateServer server(okAnswer(kNewer));
     openTwist();
     EXPECT_TRUE(server.requests().isEmpty());
     EXPECT_FALSE(QFile::exists(settingsPath())) << "nor the licence gate";
