@@ -3,6 +3,7 @@
 
 #include "graph/evaluator.h"
 #include "graph/scene.h"
+#include "graph/seen_plugs.h"
 #include "graph/slot_walk.h"
 #include "graph/writers.h"
 
@@ -123,16 +124,21 @@ class DirtySpread {
     // children.
     void tellTargets(Node& node, const Plug& plug) {
         for (Plug at = plug; !at.isNull(); at = m_scene.parentPlug(at))
-            if (const Slot* slot = m_scene.peekSlot(at))
-                queueTargets(*slot);
+            tellOwnTargets(at);
         for (std::size_t i = 0;
              !m_scene.isArrayPlug(plug) && i < node.attr(plug.attr).children.size(); ++i)
             tellChildren(node, m_scene.child(plug, static_cast<int>(i)));
     }
 
-    void tellChildren(Node& node, const Plug& plug) {
-        if (const Slot* slot = m_scene.peekSlot(plug))
+    // A plain plug has no clean state to stop at, and may stand in a ring.
+    void tellOwnTargets(const Plug& plug) {
+        const Slot* slot = m_scene.peekSlot(plug);
+        if (slot && slot->links && !slot->links->targets.empty() && !m_plainSeen.again(plug))
             queueTargets(*slot);
+    }
+
+    void tellChildren(Node& node, const Plug& plug) {
+        tellOwnTargets(plug);
         for (std::size_t i = 0;
              !m_scene.isArrayPlug(plug) && i < node.attr(plug.attr).children.size(); ++i)
             tellChildren(node, m_scene.child(plug, static_cast<int>(i)));
@@ -151,6 +157,7 @@ class DirtySpread {
     Scene& m_scene;
     std::vector<Plug> m_queue;
     std::vector<Plug> m_outputs;
+    SeenPlugs m_plainSeen;
     std::unordered_set<std::uint32_t> m_unknownSeen;  // unknown nodes may stand in a ring
     bool m_draining = false;
 };

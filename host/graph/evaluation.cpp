@@ -1,17 +1,12 @@
 #include "graph/evaluation.h"
 
 #include "graph/evaluator.h"
+#include "graph/payload.h"
 
 namespace torvel {
 namespace {
 
 const M44d kIdentity;
-
-// Null without a value. An attribute of the type matrix holds nothing else.
-const MatrixData* heldMatrix(const AttrInfo& info, const Slot& slot) {
-    return info.type == AttrType::Matrix ? static_cast<const MatrixData*>(slot.data.get())
-                                         : dynamic_cast<const MatrixData*>(slot.data.get());
-}
 
 }  // namespace
 
@@ -36,7 +31,7 @@ V3d Evaluation::vec3(const Plug& plug) const {
 const M44d& Evaluation::matrix(const Plug& plug) const {
     const Plug from = Evaluator::resolve(m_scene, plug);
     const Slot* slot = m_scene.peekSlot(from);
-    const auto* held = slot ? heldMatrix(m_scene.info(from), *slot) : nullptr;
+    const auto* held = slot ? payloadAs<MatrixData>(slot->data.get()) : nullptr;
     return held ? held->matrix : kIdentity;
 }
 
@@ -69,19 +64,18 @@ void Evaluation::set(const Plug& plug, const M44d& value) {
     if (!slot)
         return;
     // Nobody else holds it: no new block for each evaluation.
-    const bool own = slot->data && slot->data.use_count() == 1;
-    if (const auto* held = own ? heldMatrix(m_scene.info(plug), *slot) : nullptr)
-        const_cast<MatrixData*>(held)->matrix = value;
-    else
-        slot->data = std::make_shared<MatrixData>(value);
+    const Payload* held = slot->data.use_count() == 1 ? slot->data.get() : nullptr;
+    if (held && typeid(*held) == typeid(MatrixData))
+        const_cast<MatrixData*>(static_cast<const MatrixData*>(held))->matrix = value;
+    else if (!putPayload(m_scene.info(plug), *slot, std::make_shared<MatrixData>(value)))
+        return;
     slot->state |= kSet;
 }
 
 void Evaluation::set(const Plug& plug, PayloadPtr value) {
-    if (Slot* slot = m_scene.slotFor(plug)) {
-        slot->data = std::move(value);
+    Slot* slot = m_scene.slotFor(plug);
+    if (slot && putPayload(m_scene.info(plug), *slot, std::move(value)))
         slot->state |= kSet;
-    }
 }
 
 }  // namespace torvel

@@ -10,8 +10,6 @@
 namespace torvel {
 namespace {
 
-constexpr int kMaxHops = 100000;  // a chain of plain plugs longer than this is a ring
-
 // Geometry that an unknown node hands on: the inputs it may come in by, in the order they are
 // tried.
 const char* const kGeometryInputs[] = {"ip", "ig", "inputPolymesh", "inMesh"};
@@ -53,6 +51,13 @@ Plug passThroughInput(const Scene& scene, const Plug& output) {
 
 }  // namespace
 
+bool isHandedOn(const Node& node, AttrIndex attr) {
+    const AttrInfo& info = node.attr(attr);
+    return info.is(kOpaque) && !node.unknownType.empty() &&
+           (isOneOf(info.longName, kGeometryOutputs, std::size(kGeometryOutputs)) ||
+            isOneOf(info.longName, kGeometryInputs, std::size(kGeometryInputs)));
+}
+
 AttrIndex outputRoot(const Node& node, AttrIndex attr) {
     while (node.attr(attr).parent != kNoAttr && node.attr(node.attr(attr).parent).is(kOutput))
         attr = node.attr(attr).parent;
@@ -78,8 +83,9 @@ const WorldAttrs& worldAttrs(const NodeType& type) {
 }
 
 Plug Evaluator::resolve(const Scene& scene, const Plug& plug) {
-    Plug at = plug;
-    for (int hop = 0; hop < kMaxHops; ++hop) {
+    Plug at = plug, mark = plug;
+    // A ring meets its mark again: Brent, "An improved Monte Carlo factorization algorithm", 1980.
+    for (std::size_t hop = 1, nextMark = 1;; ++hop) {
         const Node* node = scene.node(at.node);
         if (!node || (node->writerLinks && node->writerLinks->find(at.attr)))
             return at;  // a writer's result stands before the value of a source
@@ -89,8 +95,13 @@ Plug Evaluator::resolve(const Scene& scene, const Plug& plug) {
         if (next.isNull())
             return at;
         at = next;
+        if (at == mark)
+            return plug;
+        if (hop == nextMark) {
+            mark = at;
+            nextMark *= 2;
+        }
     }
-    return plug;
 }
 
 void Evaluator::pushOutput(NodeHandle handle, AttrIndex attr) {
@@ -110,6 +121,16 @@ void Evaluator::pushOutput(NodeHandle handle, AttrIndex attr) {
 // Queues what a read of this plug needs: the output at the end of its chain, or those of its
 // children.
 void Evaluator::push(const Plug& plug) {
+    m_compounds.forget();
+    pushPart(plug);
+    while (!m_parts.empty()) {
+        const Plug part = m_parts.back();
+        m_parts.pop_back();
+        pushPart(part);
+    }
+}
+
+void Evaluator::pushPart(const Plug& plug) {
     const Plug from = resolve(m_scene, plug);
     const Node* node = m_scene.node(from.node);
     if (!node || from.attr >= node->attrCount())
@@ -121,10 +142,11 @@ void Evaluator::push(const Plug& plug) {
     }
     if (node->writerLinks)
         pushWriters(*node, from.attr);
-    if (!node->linkedInputs || m_scene.isArrayPlug(from))
+    if (!node->linkedInputs || info.children.empty() || m_scene.isArrayPlug(from) ||
+        m_compounds.again(from))
         return;
-    for (std::size_t i = 0; i < info.children.size(); ++i)
-        push(m_scene.child(from, static_cast<int>(i)));
+    for (std::size_t i = info.children.size(); i-- > 0;)
+        m_parts.push_back(m_scene.child(from, static_cast<int>(i)));
 }
 
 void Evaluator::pushLinked(Node& node, AttrIndex input) {
@@ -219,22 +241,30 @@ void Evaluator::finish(Node& node, AttrIndex output) {
     slot.state = (slot.state | kClean) & ~kComputing;
 }
 
-void Evaluator::reportCycle(Node& node, AttrIndex output) {
-    Slot& slot = node.slot(output);
-    if (slot.state & kReported)
-        return;
-    slot.state |= kReported;
-    m_scene.log().write(Channel::Warning, "Cycle on '" + m_scene.plugName(Plug(node.self, output)) +
+// One warning for each ring: all outputs in it count as told.
+void Evaluator::reportRing(const Step& met) {
+    for (std::size_t i = m_expanded.size(); i-- > 0;) {
+        const Step& step = m_stack[m_expanded[i]];
+        if (Node* node = m_scene.node(step.node))
+            node->slot(step.output).state |= kReported;
+        if (step.node == met.node && step.output == met.output)
+            break;
+    }
+    m_scene.log().write(Channel::Warning, "Cycle on '" +
+                                              m_scene.plugName(Plug(met.node, met.output)) +
                                               "' may not evaluate as expected.");
 }
 
-// The output whose inputs are being worked off.
-void Evaluator::rememberRingReader() {
-    for (std::size_t i = m_stack.size(); i-- > 0;)
-        if (m_stack[i].expanded) {
-            m_ringReaders.push_back(Plug(m_stack[i].node, m_stack[i].output));
-            return;
-        }
+// An output met again on its own road: the value of the last evaluation stands in.
+void Evaluator::closeRing(const Step& met) {
+    if (!m_expanded.empty()) {
+        const Step& reading = m_stack[m_expanded.back()];
+        const Plug reader(reading.node, reading.output);
+        if (m_ringReaders.empty() || m_ringReaders.back() != reader)
+            m_ringReaders.push_back(reader);
+    }
+    if (!(m_scene.node(met.node)->slot(met.output).state & kReported))
+        reportRing(met);
 }
 
 void Evaluator::bringUpToDate(const Plug& plug) {
@@ -253,23 +283,25 @@ void Evaluator::workOff() {
         const Step step = m_stack.back();
         Node* node = m_scene.node(step.node);
         if (!node) {
+            if (step.expanded)
+                m_expanded.pop_back();
             m_stack.pop_back();
             continue;
         }
         Slot& slot = node->slot(step.output);
         if (step.expanded) {
             m_stack.pop_back();
+            m_expanded.pop_back();
             finish(*node, step.output);
         } else if (slot.state & kClean) {
             m_stack.pop_back();
         } else if (slot.state & kComputing) {
-            m_stack.pop_back();  // met again on its own road: the value of the last evaluation
-                                 // stands in
-            rememberRingReader();
-            reportCycle(*node, step.output);
+            m_stack.pop_back();
+            closeRing(step);
         } else {
             slot.state |= kComputing;
             m_stack.back().expanded = true;
+            m_expanded.push_back(m_stack.size() - 1);
             pushDependencies(*node, step.output);
         }
     }

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "graph/scene.h"
+#include "graph/seen_plugs.h"
 
 namespace torvel {
 
@@ -25,6 +26,7 @@ class Evaluator {
         bool expanded;
     };
     void push(const Plug& plug);
+    void pushPart(const Plug& plug);
     void pushOutput(NodeHandle node, AttrIndex attr);
     void pushDependencies(Node& node, AttrIndex output);
     const std::vector<EvaluationPlan::Need>& needsOf(Node& node, AttrIndex output);
@@ -33,12 +35,15 @@ class Evaluator {
     void pushWriters(const Node& node, AttrIndex attr);
     void pushWriterLinks(const Node& node, AttrIndex output);
     void finish(Node& node, AttrIndex output);
-    void reportCycle(Node& node, AttrIndex output);
+    void closeRing(const Step& met);
+    void reportRing(const Step& met);
     void workOff();
-    void rememberRingReader();
 
     Scene& m_scene;
     std::vector<Step> m_stack;
+    std::vector<std::size_t> m_expanded;  // places on the stack whose inputs are being worked off
+    std::vector<Plug> m_parts;            // of compounds, still to be pushed
+    SeenPlugs m_compounds;                // of one push
     std::vector<EvaluationPlan::Need>* m_gathered =
         nullptr;  // while a plan is made: instead of the stack
     std::vector<Plug>
@@ -47,6 +52,9 @@ class Evaluator {
 
 /// Root attribute of an output: the unit that is dirty or clean as a whole.
 AttrIndex outputRoot(const Node& node, AttrIndex attr);
+
+/// Whether geometry of an unknown node goes in or out by the attribute (by its name).
+bool isHandedOn(const Node& node, AttrIndex attr);
 
 /// DAG attributes that the core ties to the parent's world matrix; all kNoAttr on other nodes.
 struct WorldAttrs {

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "graph/evaluator.h"
+#include "graph/plain_ring.h"
 #include "graph/scene.h"
 #include "graph/slot_walk.h"
 #include "graph/writers.h"
@@ -75,7 +76,8 @@ Status Scene::connect(const Plug& given, const Plug& target) {
                                "' already has an incoming connection from '" + plugName(old) +
                                "'.");
     const auto pair = [&] { return "'" + plugName(source) + "' -> '" + plugName(target) + "'"; };
-    if (Evaluator::resolve(*this, source) == target || source == target)
+    const bool ring = source == target || closesPlainRing(*this, source, target);
+    if (ring && (source == target || Evaluator::resolve(*this, source) == target))
         return Status::failure("Connection not made: " + pair() +
                                ".  It would feed the attribute by itself.");
     Slot* to = slotFor(target);
@@ -99,6 +101,9 @@ Status Scene::connect(const Plug& given, const Plug& target) {
     m_writersStale = m_writersStale || fed.writerLinks || fed.type->declareWrites;
     modified = true;
     ++m_structure;
+    if (ring)
+        m_log.write(Channel::Warning,
+                    "Cycle on '" + plugName(target) + "' may not evaluate as expected.");
     changed(target);
     tell([&](SceneListener& l) { l.connectionChanged(source, target, true); });
     return Status::ok();

@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include "graph/evaluator.h"
+#include "graph/payload.h"
 #include "graph/scene.h"
 #include "graph/writers.h"
 
@@ -96,9 +97,8 @@ void Scene::setMatrix(const Plug& plug, const M44d& value) {
 
 void Scene::setData(const Plug& plug, PayloadPtr value) {
     Slot* slot = slotFor(plug);
-    if (!slot)
+    if (!slot || !putPayload(info(plug), *slot, std::move(value)))
         return;
-    slot->data = std::move(value);
     slot->state |= kSet;
     modified = true;
     changed(plug);

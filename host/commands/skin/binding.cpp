@@ -127,8 +127,10 @@ const WeightList* weightsOf(const Scene& scene, NodeHandle cluster) {
 void changeWeights(Scene& scene, NodeHandle cluster,
                    const std::function<void(WeightList&)>& change) {
     if (weightsOf(scene, cluster))
-        scene.changeBulk(scene.findPlug(cluster, "weightList"),
-                         [&](BulkArray& values) { change(static_cast<WeightList&>(values)); });
+        scene.changeBulk(scene.findPlug(cluster, "weightList"), [&](BulkArray& values) {
+            if (auto* weights = dynamic_cast<WeightList*>(&values))
+                change(*weights);
+        });
 }
 
 bool normalizeVertex(WeightList& weights, std::size_t vertex, const std::vector<bool>& locked) {

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "files/ma/data_values.h"
+#include "graph/payload.h"
 
 namespace torvel {
 namespace {
@@ -143,7 +144,8 @@ Status AttrSetter::read(std::string_view statement, NodeHandle current, std::str
     PathTarget target;
     bool known = resolvePath(*node, path, target);
     if (known)
-        if (const Status status = setValues(*node, target, flags, cursor.rest(), known); !status)
+        if (const Status status = setValues(*node, target, flags, cursor.rest(), known, warning);
+            !status)
             return status;
     if (known)
         setFlags(target, flags);
@@ -231,7 +233,7 @@ Status AttrSetter::setBulk(const PathTarget& target, std::string_view values, bo
 }
 
 Status AttrSetter::setValues(Node& node, const PathTarget& target, const Flags& flags,
-                             std::string_view values, bool& known) {
+                             std::string_view values, bool& known, std::string& warning) {
     const AttrInfo& info = node.attr(target.plug.attr);
     if (values.empty() && (flags.type.empty() || isNumeric(info.type) || isCompound(info.type)))
         return Status::ok();
@@ -245,7 +247,11 @@ Status AttrSetter::setValues(Node& node, const PathTarget& target, const Flags& 
         PayloadPtr data;
         const std::string_view type = flags.type.empty() ? std::string_view("string") : flags.type;
         const Status status = readDataValue(type, info.type, values, data);
-        if (status)
+        known = !status || !data || payloadFits(info, *data);
+        if (!known)
+            warning = "setAttr: '" + m_scene.plugName(target.plug) + "' holds no " +
+                      std::string(type) + "; the value is kept as text";
+        else if (status)
             m_scene.setData(target.plug, std::move(data));
         return status ? status : Status::failure("setAttr: " + status.text());
     }

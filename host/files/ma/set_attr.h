@@ -33,7 +33,7 @@ class AttrSetter {
                     std::string& warning);
     Status readFlag(TokenCursor& cursor, const Token& name, Flags& flags, std::string& warning);
     Status setValues(Node& node, const PathTarget& target, const Flags& flags,
-                     std::string_view values, bool& known);
+                     std::string_view values, bool& known, std::string& warning);
     Status setBulk(const PathTarget& target, std::string_view values, bool& known);
     Status setNumbers(const Plug& plug, NumberSource& source);
     void setFlags(const PathTarget& target, const Flags& flags);

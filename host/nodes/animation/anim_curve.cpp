@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "graph/evaluation.h"
+#include "graph/payload.h"
 #include "nodes/core/fn_numbers.h"
 #include "nodes/node_table.h"
 #include "nodes/core/node_types.h"
@@ -180,7 +181,7 @@ void evaluateCurve(Evaluation& e) {
     const double time = fed || !runsOnTime(node) ? QuickNode(e).number(a.input)
                                                  : e.scene().number(timePlug(e.scene()));
     const Slot* cache = node.peek(a.cache);
-    const auto* shape = cache ? static_cast<const CurveShape*>(cache->data.get()) : nullptr;
+    const auto* shape = cache ? payloadAs<CurveShape>(cache->data.get()) : nullptr;
     QuickNode(e).set(a.output, shape ? shape->value(time) : 0.0);
 }
 

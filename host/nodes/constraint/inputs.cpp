@@ -1,8 +1,7 @@
 #include "nodes/constraint/inputs.h"
 
-#include <typeinfo>
-
 #include "graph/evaluator.h"
+#include "graph/payload.h"
 
 namespace torvel {
 namespace {
@@ -98,10 +97,8 @@ ConstraintInputs::ConstraintInputs(const Evaluation& evaluation, AttrIndex targe
 }
 
 const M44d& ConstraintInputs::matrixAt(const InputPlace& place) {
-    const Payload* held = place.slot ? place.slot->data.get() : nullptr;
-    return held && typeid(*held) == typeid(MatrixData)
-               ? static_cast<const MatrixData*>(held)->matrix
-               : kIdentity;
+    const auto* held = place.slot ? payloadAs<MatrixData>(place.slot->data.get()) : nullptr;
+    return held ? held->matrix : kIdentity;
 }
 
 V3d ConstraintInputs::held(AttrIndex vector) const {

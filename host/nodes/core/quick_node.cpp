@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "graph/evaluator.h"
+#include "graph/payload.h"
 #include "nodes/node_table.h"
 
 namespace torvel {
@@ -35,11 +36,10 @@ inline bool isLast(const Node& node, const AttrInfo& info) {
             (node.linkedInputs == 0 && !node.writerLinks && node.unknownType.empty()));
 }
 
-inline const M44d& matrixIn(const Slot* slot, const AttrInfo& info) {
-    static const M44d kIdentity;
-    const Payload* data = slot ? slot->data.get() : nullptr;
-    const auto* held = info.type == AttrType::Matrix ? static_cast<const MatrixData*>(data)
-                                                     : dynamic_cast<const MatrixData*>(data);
+const M44d kIdentity;
+
+inline const M44d& matrixIn(const Slot* slot) {
+    const auto* held = slot ? payloadAs<MatrixData>(slot->data.get()) : nullptr;
     return held ? held->matrix : kIdentity;
 }
 
@@ -118,14 +118,14 @@ const M44d& QuickNode::linkedMatrix(const Slot& slot) const {
     if (const Node* from = m_scene.node(source.node); from && source.attr < from->attrCount()) {
         const AttrInfo& info = from->attr(source.attr);
         if (isLast(*from, info))
-            return matrixIn(from->peek(source.attr), info);
+            return matrixIn(from->peek(source.attr));
     }
     return m_evaluation.matrix(source);
 }
 
 const M44d& QuickNode::matrix(AttrIndex attr) const {
     const Slot* slot = m_node.peek(attr);
-    return isFed(slot) ? linkedMatrix(*slot) : matrixIn(slot, m_node.attr(attr));
+    return isFed(slot) ? linkedMatrix(*slot) : matrixIn(slot);
 }
 
 const ArrayStore* QuickNode::store(AttrIndex array) const {
@@ -176,7 +176,7 @@ const M44d& QuickNode::elementMatrix(AttrIndex array, std::size_t position, Attr
         return linkedMatrix(slot);
     if (isFed(m_node.peek(array)) || isFed(block))
         return m_evaluation.matrix(m_evaluation.plug(leaf, elements.logical[position]));
-    return matrixIn(&slot, info);
+    return matrixIn(&slot);
 }
 
 double QuickNode::elementOr(AttrIndex array, std::int32_t logical, AttrIndex leaf,

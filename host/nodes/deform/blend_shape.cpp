@@ -161,7 +161,10 @@ PayloadPtr withPoints(const PayloadPtr& geometry, const std::vector<V3d>& points
         moved->points.assign(points.begin(), points.end());
         return moved;
     }
-    auto moved = std::make_shared<NurbsCurveData>(dynamic_cast<const NurbsCurveData&>(*geometry));
+    const auto* curve = dynamic_cast<const NurbsCurveData*>(geometry.get());
+    if (!curve)
+        return geometry;  // of a kind that is kept as text
+    auto moved = std::make_shared<NurbsCurveData>(*curve);
     moved->cvs = points;
     return moved;
 }
