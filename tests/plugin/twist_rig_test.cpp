@@ -3,15 +3,17 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 
 #include <fmt/format.h>
 
+#include "plugin/fixtures/rig_state.h"
 #include "plugin/fixtures/tool_clicks.h"
-#include "plugin/fixtures/twist_scene.h"
+#include "support/test_scene.h"
 
 namespace torvel::test {
 
-class TwistRigTest : public TwistScene {
+class TwistRigTest : public PluginScene {
   public:
     void open(const std::string& path) {
         python("cmds.file('" + path + "', open=True, force=True)");
@@ -19,53 +21,74 @@ class TwistRigTest : public TwistScene {
     }
     void openOwn(const char* name) { open(std::string(TORVEL_SCENES_DIR "/") + name); }
 
-    /// The mesh after a turn of the joint, which is taken back.
-    Points bent(const std::string& joint, const std::string& mesh) {
-        turnInWorld(*this, joint, 35.0);
-        const Points points = pointsOf(*this, mesh);
-        turnInWorld(*this, joint, -35.0);
-        return points;
+    void twist(const std::string& joint) {
+        QWidget* window = openTwist();
+        select({joint});
+        forget();
+        press(window, "btn_createTwist");
     }
 
-    void giveWeight(const std::string& cluster, const std::string& mesh, const std::string& twist) {
+    /// Four fifths of the way from the parent, of all channels only rotateX driven, by the
+    /// joint's; and the last influence of the cluster.
+    void expectTwistOf(const std::string& joint, const std::string& cluster) {
+        const std::string twisted = joint + "_twist";
+        const auto place = [this](const std::string& path) {
+            return worldMatrixOf(*this, path).translation();
+        };
+        const std::string parent = pythonText("cmds.listRelatives('" + joint + "', parent=True)");
+        const V3d expected = (place(parent) + place(joint) * 4.0) / 5.0;
+        EXPECT_LT((place(twisted) - expected).length(), 1e-9) << joint;
+        for (const char* channel :
+             {"rotateX", "rotateY", "rotateZ", "translate", "scale", "jointOrient"}) {
+            const bool driven = std::string(channel) == "rotateX";
+            EXPECT_EQ(feeding(twisted + "." + channel), driven ? joint + ".rotateX" : "");
+        }
+        EXPECT_EQ(influences(cluster).back(), twisted);
+    }
+
+    /// The plug that feeds the attribute; empty when none does.
+    std::string feeding(const std::string& attribute) {
+        return pythonText("cmds.listConnections('" + attribute +
+                          "', source=True, destination=False, plugs=True) or []");
+    }
+    Lines influences(const std::string& cluster) {
+        return textsOf(python("cmds.skinCluster('" + cluster + "', query=True, influence=True)"));
+    }
+
+    void giveWeight(const std::string& mesh, const std::string& twisted) {
         python(
-            "for plug in cmds.ls('*.liw'): cmds.setAttr(plug, False)\n"
-            "cmds.skinPercent('" +
-            cluster + "', '" + mesh + ".vtx[1400:1600]', transformValue=[('" + twist +
-            "', 0.6)])\n");
+            fmt::format("for plug in cmds.ls('*.liw'): cmds.setAttr(plug, False)\n"
+                        "cmds.skinPercent('skinCluster1', '{}.vtx[1400:1600]', "
+                        "transformValue=[('{}', 0.6)])\n",
+                        mesh, twisted));
     }
 };
 
 TEST_F(TwistRigTest, TheArmGetsItsTwistJoint) {
     openOwn("arm.ma");
     const RigState before = stateOf(*this);
-    twist({"hand"});
+    twist("hand");
     EXPECT_EQ(messages(), Lines{"info: hand_twist añadido a skinCluster1"});
     EXPECT_EQ(languageErrors(), 0);
-    expectFourFifths("hand_twist", "wrist", "hand");
-    expectOneChannel("hand", "hand_twist", "X");
+    expectTwistOf("hand", "skinCluster1");
     EXPECT_EQ(influences("skinCluster1"),
               (Lines{"clavicle", "shoulder", "elbow", "wrist", "hand", "hand_twist"}));
     const RigState after = stateOf(*this);
     EXPECT_EQ(after.weights, before.weights);
     expectSamePoints(after, before);
+
+    giveWeight("arm", "hand_twist");
+    const Points weighted = pointsOf(*this, "armShape");
+    python("cmds.setAttr('hand.rotateX', 50)");
+    EXPECT_GT(deviation(pointsOf(*this, "armShape"), weighted), 1e-3) << "it follows the twist";
 }
 
 TEST_F(TwistRigTest, TheWristLeavesACopyOfTheHand) {
     openOwn("arm.ma");
-    twist({"wrist"});
-    expectFourFifths("wrist_twist", "elbow", "wrist");
+    twist("wrist");
+    expectTwistOf("wrist", "skinCluster1");
     EXPECT_TRUE(exists("|hand"));
     EXPECT_EQ(influences("skinCluster1").size(), 6u) << "the copy is no influence";
-}
-
-TEST_F(TwistRigTest, WeightGivenToItFollowsTheTwist) {
-    openOwn("arm.ma");
-    twist({"hand"});
-    giveWeight("skinCluster1", "arm", "hand_twist");
-    const Points before = pointsOf(*this, "armShape");
-    python("cmds.setAttr('hand.rotateX', 50)");
-    EXPECT_GT(deviation(pointsOf(*this, "armShape"), before), 1e-3);
 }
 
 struct AfterTwist {
@@ -76,59 +99,48 @@ struct AfterTwist {
     const char* joint;  ///< the twisted one, a leaf
 };
 
-class AfterTwistTest : public TwistRigTest, public ::testing::WithParamInterface<AfterTwist> {
-  public:
-    AfterTwistTest() {
-        const AfterTwist& rig = GetParam();
-        openOwn(rig.scene);
-        twist({rig.joint});
-        leaf = rig.joint;
-        twisted = leaf + "_twist";
-        giveWeight("skinCluster1", rig.mesh, twisted);
-        before = stateOf(*this);
-        forget();
-    }
+class AfterTwistTest : public TwistRigTest, public ::testing::WithParamInterface<AfterTwist> {};
 
-    /// Same mesh, weights and influences, and the rotate link still there.
-    void expectKept() {
+// Each tool alone, then all of them in turn; mesh, weights, influences and the rotate link stay.
+TEST_P(AfterTwistTest, TheSkeletonToolsKeepIt) {
+    const AfterTwist& rig = GetParam();
+    const std::string twisted = std::string(rig.joint) + "_twist";
+    const std::string shape = std::string(rig.mesh) + "Shape";
+    const std::function<void()> tools[] = {
+        [&] {
+            freeze({rig.root}, true);
+            expectFrozen(*this, {rig.joint, twisted});
+        },
+        [&] { orient(*this, {rig.upper}, kAxisRows[0], true); },
+        [&] {
+            flip(*this, {rig.upper, rig.joint}, 'x', 'z');
+        },
+        [&] {
+            freeze({rig.root}, true);
+            orient(*this, {rig.upper}, kAxisRows[0], true);
+            flip(*this, {rig.joint}, 'y', 'z');
+        },
+    };
+    for (const auto& tool : tools) {
+        SCOPED_TRACE(&tool - tools);
+        openOwn(rig.scene);
+        twist(rig.joint);
+        giveWeight(rig.mesh, twisted);
+        const RigState before = stateOf(*this);
+        forget();
+        tool();
         EXPECT_EQ(languageErrors(), 0);
         const RigState after = stateOf(*this);
         EXPECT_EQ(after.nodes, before.nodes);
         EXPECT_EQ(after.weights, before.weights);
         EXPECT_EQ(after.influences, before.influences);
         expectSamePoints(after, before);
-        EXPECT_EQ(feeding(twisted + ".rotateX"), leaf + ".rotateX");
+        EXPECT_EQ(feeding(twisted + ".rotateX"), std::string(rig.joint) + ".rotateX");
         EXPECT_EQ(influences("skinCluster1").back(), twisted);
     }
-
-    std::string leaf, twisted;
-    RigState before;
-};
-
-TEST_P(AfterTwistTest, Freeze) {
-    freeze({GetParam().root}, true);
-    expectKept();
-    expectFrozen(*this, {leaf, twisted});
-}
-
-TEST_P(AfterTwistTest, Orient) {
-    orient(*this, {GetParam().upper}, kAxisRows[0], true);
-    expectKept();
-}
-
-TEST_P(AfterTwistTest, Flip) {
-    flip(*this, {GetParam().upper, leaf}, 'x', 'z');
-    expectKept();
-}
-
-TEST_P(AfterTwistTest, OneAfterTheOther) {
-    freeze({GetParam().root}, true);
-    orient(*this, {GetParam().upper}, kAxisRows[0], true);
-    flip(*this, {leaf}, 'y', 'z');
-    expectKept();
-    const Points rest = pointsOf(*this, std::string(GetParam().mesh) + "Shape");
-    EXPECT_GT(deviation(bent(GetParam().upper, std::string(GetParam().mesh) + "Shape"), rest),
-              1e-2);
+    const Points rest = pointsOf(*this, shape);
+    turnInWorld(*this, rig.upper, 35.0);
+    EXPECT_GT(deviation(pointsOf(*this, shape), rest), 1e-2) << "the skin still bends";
 }
 
 INSTANTIATE_TEST_SUITE_P(OwnRigs, AfterTwistTest,
@@ -138,7 +150,8 @@ INSTANTIATE_TEST_SUITE_P(OwnRigs, AfterTwistTest,
 
 class RealTwistTest : public TwistRigTest, public ::testing::WithParamInterface<const char*> {
   public:
-    /// Influences of a unique name below a joint that have nothing but constraints below them.
+    /// The first three influences of a unique name below a joint that have nothing but
+    /// constraints below them.
     Lines candidates() {
         python(
             "found = []\n"
@@ -151,11 +164,7 @@ class RealTwistTest : public TwistRigTest, public ::testing::WithParamInterface<
             "        if plain and not down and cmds.nodeType(j) == 'joint' and \\\n"
             "                not cmds.ls(j + '_twist'):\n"
             "            found.append(j)\n");
-        Lines names;
-        const int count = static_cast<int>(python("len(found)").number());
-        for (int i = 0; i < count; ++i)
-            names.push_back(pythonText(fmt::format("found[{}]", i)));
-        return names;
+        return textsOf(python("found[:3]"));
     }
 };
 
@@ -165,19 +174,14 @@ TEST_P(RealTwistTest, TheFirstThreeLeaves) {
     if (!folder || !std::filesystem::exists(path))
         GTEST_SKIP() << GetParam() << " is not at hand (TORVEL_RIGS)";
     open(path);
-    Lines joints = candidates();
+    const Lines joints = candidates();
     ASSERT_FALSE(joints.empty());
-    joints.resize(std::min<std::size_t>(joints.size(), 3));
     const RigState before = stateOf(*this);
     for (const std::string& joint : joints) {
-        const std::string parent = pythonText("cmds.listRelatives('" + joint + "', parent=True)");
-        twist({joint});
+        twist(joint);
         EXPECT_EQ(languageErrors(), 0) << joint;
-        expectFourFifths(joint + "_twist", parent, joint);
-        expectOneChannel(joint, joint + "_twist", "X");
-        const std::string skin = pythonText("cmds.listConnections('" + joint +
-                                            "_twist.worldMatrix[0]', type='skinCluster')[0]");
-        EXPECT_EQ(influences(skin).back(), joint + "_twist");
+        expectTwistOf(joint, pythonText("cmds.listConnections('" + joint +
+                                        "_twist.worldMatrix[0]', type='skinCluster')[0]"));
     }
     const RigState after = stateOf(*this);
     EXPECT_EQ(after.weights, before.weights);
