@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -51,8 +52,15 @@ LicenseWindow::LicenseWindow(QWidget* parent) : QWidget(parent) {
 }
 
 void LicenseWindow::acceptLicense() {
+    if (m_isAccepted)
+        return;
+    m_isAccepted = true;
     if (!storeLicenceAcceptance())
         MGlobal::displayWarning("The licence acceptance could not be stored.");
+    // The receiver may wait in an event loop of its own, in which this window can be closed.
+    hide();
+    const QPointer<LicenseWindow> self(this);
     Q_EMIT licenseValidated();
-    close();
+    if (self)
+        self->close();
 }

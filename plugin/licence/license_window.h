@@ -15,7 +15,10 @@ class LicenseWindow : public QWidget {
     void licenseValidated();
 
   private Q_SLOTS:
-    /// Stores the acceptance, reports it and closes. What could not be stored holds for this time
-    /// only, which a warning tells.
+    /// Stores the acceptance, hides, reports it and closes. What could not be stored holds for this
+    /// time only, which a warning tells. Pressed again while the report is on its way: nothing.
     void acceptLicense();
+
+  private:
+    bool m_isAccepted = false;
 };

@@ -16,12 +16,19 @@
 #include "update/server_address.h"
 #include "update/update_dialog.h"
 
-// False, with an error line, when no whole answer came.
+static constexpr qint64 kLargestAnswer = 1 << 20;  // bytes, unpacked
+
+// False, with an error line, when no whole answer came. An answer that grows past what any version
+// text can need is given up, so that a server cannot fill the memory.
 static bool askServer(QByteArray& answer) {
     QNetworkAccessManager manager;
     QEventLoop loop;
     QNetworkReply* reply = manager.get(QNetworkRequest(updateInfoAddress()));
     QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    QObject::connect(reply, &QNetworkReply::readyRead, reply, [reply] {
+        if (reply->bytesAvailable() > kLargestAnswer)
+            reply->abort();
+    });
     loop.exec();
     // An application that ends takes every loop along, finished or not.
     const bool isGood = reply->isFinished() && reply->error() == QNetworkReply::NoError;

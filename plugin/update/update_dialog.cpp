@@ -9,6 +9,14 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+// The address comes from the network: only web addresses (and none) are handed to the desktop,
+// which would start a program for others.
+static void openDownload(const QString& text) {
+    const QUrl address(text);
+    if (text.isEmpty() || address.scheme() == "http" || address.scheme() == "https")
+        QDesktopServices::openUrl(address);
+}
+
 void showUpdateDialog(const QString& current, const QString& latest, const QString& url) {
     const bool isNewer = current < latest;
     auto* dialog = new QDialog(MQtUtil::mainWindow());
@@ -33,8 +41,7 @@ void showUpdateDialog(const QString& current, const QString& latest, const QStri
     layout->addWidget(close);
     dialog->setLayout(layout);
 
-    QObject::connect(download, &QPushButton::clicked,
-                     [url] { QDesktopServices::openUrl(QUrl(url)); });
+    QObject::connect(download, &QPushButton::clicked, [url] { openDownload(url); });
     QObject::connect(close, &QPushButton::clicked, dialog, &QDialog::close);
     if (!isNewer)
         download->deleteLater();  // stands in no layout

@@ -1,16 +1,21 @@
 // The settings file, and the licence that it may ask for.
 
+#include <functional>
+
+#include <QAction>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
 #include <QTcpSocket>
+#include <QTimer>
 #include <QWidget>
 
 #include "licence/gate.h"
 #include "licence/license_window.h"
 #include "plugin/fixtures/update_server.h"
 #include "shell/settings_file.h"
+#include "ui/desktop/main_window.h"
 #include "update/check_date.h"
 
 namespace torvel::test {
@@ -157,6 +162,57 @@ TEST_F(GateTest, WhatCannotBeStoredHoldsForThisTime) {
     press(licence, "btn_acceptLicense");
     EXPECT_EQ(messages(), (Lines{"warning: The licence acceptance could not be stored.", kChecking,
                                  kNoAnswer}));
+    EXPECT_EQ(toolWindows().size(), 1u);
+}
+
+// The tool's version step waits in an event loop of its own, under the slot of the pressed button.
+TEST_F(GateTest, WhateverHappensDuringTheWaitOneToolOpens) {
+    struct Case {
+        const char* what;
+        std::function<void(QWidget*)> act;
+    };
+    const Case cases[] = {
+        {"closed", [](QWidget* licence) { licence->close(); }},
+        {"closed and deleted", [](QWidget* licence) { delete licence; }},
+        {"accepted again", [this](QWidget* licence) { press(licence, "btn_acceptLicense"); }},
+        {"a new scene", [this](QWidget*) { python("cmds.file(new=True, force=True)"); }},
+    };
+    for (const Case& row : cases) {
+        QPointer<QWidget> licence = refuse();
+        ASSERT_FALSE(licence.isNull());
+        UpdateServer server([](QTcpSocket& socket) {
+            QTimer::singleShot(150, &socket, [&socket] { socket.write(okAnswer("{}")); });
+        });
+        QTimer::singleShot(40, &mainWindow(), [&] {
+            EXPECT_FALSE(licence && licence->isVisible()) << row.what;
+            if (licence)
+                row.act(licence);
+        });
+        press(licence, "btn_acceptLicense");
+        finishDeletion();
+        EXPECT_TRUE(licence.isNull()) << row.what;
+        EXPECT_EQ(toolWindows().size(), 1u) << row.what;
+        EXPECT_EQ(server.requests().size(), 1) << row.what;
+        for (QWidget* window : toolWindows())
+            delete window;
+    }
+}
+
+// The command's own wait: what stood around it may be gone when the answer comes.
+TEST_F(GateTest, TheMenuGoesDuringTheWait) {
+    python(
+        "cmds.setParent('MayaWindow')\ncmds.menu('gone')\n"
+        "cmds.menuItem('item', command='cmds.torvel_skeleton()')");
+    UpdateServer server([](QTcpSocket& socket) {
+        QTimer::singleShot(150, &socket, [&socket] { socket.write(okAnswer("{}")); });
+    });
+    QTimer::singleShot(40, &mainWindow(), [this] { python("cmds.deleteUI('gone', menu=True)"); });
+    for (QAction* action : mainWindow().findChildren<QAction*>())
+        if (action->text() == "item") {
+            action->trigger();
+            break;
+        }
+    finishDeletion();
     EXPECT_EQ(toolWindows().size(), 1u);
 }
 

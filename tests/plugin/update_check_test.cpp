@@ -22,19 +22,34 @@
 
 namespace torvel::test {
 
-/// Takes the addresses of the scheme "torveltest" that the plug-in opens.
+/// Takes the addresses that the plug-in opens.
 class AddressTaker : public QObject {
     Q_OBJECT
 
   public:
-    AddressTaker() { QDesktopServices::setUrlHandler("torveltest", this, "take"); }
-    ~AddressTaker() override { QDesktopServices::unsetUrlHandler("torveltest"); }
+    AddressTaker() {
+        for (const char* scheme : kSchemes)
+            QDesktopServices::setUrlHandler(scheme, this, "take");
+    }
+    ~AddressTaker() override {
+        for (const char* scheme : kSchemes)
+            QDesktopServices::unsetUrlHandler(scheme);
+    }
 
     QList<QUrl> taken;
+    static constexpr const char* kSchemes[] = {"http", "https", "file", "smb", "torveltest"};
 
   public Q_SLOTS:
     void take(const QUrl& url) { taken.append(url); }
 };
+
+/// A gzip stream of so many zeros; its closing checksum is wrong, which nobody gets to see.
+QByteArray gzipOfZeros(int count) {
+    // Qt's form: 4 bytes of length, 2 of zlib head, raw deflate, 4 of checksum.
+    const QByteArray zlib = qCompress(QByteArray(count, '\0'), 9);
+    return QByteArray("\x1f\x8b\x08\x00\x00\x00\x00\x00\x00\x03", 10) +
+           zlib.mid(6, zlib.size() - 10) + QByteArray(8, '\0');
+}
 
 /// What an answer leads to.
 enum Outcome { kNew, kCurrent, kMisread, kNoServer };
@@ -96,9 +111,12 @@ TEST_F(UpdateCheckTest, EachAnswerHasItsOutcome) {
         {kMisread, "HTTP/1.0 200 OK\r\n\r\n{\"version\": \"0.2"},
         {kMisread, httpAnswer("302 Found", "", "Location: http://127.0.0.1:1/\r\n")},
         {kMisread, okAnswer(R"({"version": )" + QByteArray(100000, '['))},
-        {kMisread, okAnswer(QByteArray(8 << 20, 'x'))},
+        {kMisread, okAnswer(QByteArray(512 << 10, 'x'))},
         {kNew,
-         okAnswer(R"({"padding": ")" + QByteArray(8 << 20, 'x') + R"(", "version": "0.25"})")},
+         okAnswer(R"({"padding": ")" + QByteArray(512 << 10, 'x') + R"(", "version": "0.25"})")},
+        // Up to a megabyte, unpacked; what grows past it is given up.
+        {kNoServer, okAnswer(QByteArray(8 << 20, 'x'))},
+        {kNoServer, httpAnswer("200 OK", gzipOfZeros(64 << 20), "Content-Encoding: gzip\r\n")},
     };
     const std::pair<Outcome, const char*> bodies[] = {
         {kNew, R"({"version": "0.25", "download_url": "x"})"},
@@ -213,7 +231,7 @@ TEST_F(UpdateCheckTest, TheDialogOffersTheDownload) {
     EXPECT_EQ(buttons[1]->text(), "Cerrar");
     buttons[0]->click();
     buttons[0]->click();
-    const QUrl address("torveltest://get/it?v=0.25");
+    const QUrl address("https://torvel.test/it?v=0.25");
     EXPECT_EQ(taker.taken, (QList<QUrl>{address, address}));
     EXPECT_TRUE(dialog->isVisible()) << "the download leaves it open";
 
@@ -223,9 +241,21 @@ TEST_F(UpdateCheckTest, TheDialogOffersTheDownload) {
     EXPECT_FALSE(dialog->isVisible());
 }
 
+TEST_F(UpdateCheckTest, OnlyWebAddressesAreOpened) {
+    AddressTaker taker;
+    for (const char* address :
+         {"http://torvel.test/a", "https://torvel.test/b", "file:///etc/passwd", "smb://host/share",
+          "torveltest:run", "/usr/bin/true", "a b"}) {
+        showUpdateDialog("0.20", "0.21", address);
+        buttonsOf(dialogs().back())[0]->click();
+    }
+    EXPECT_EQ(taker.taken,
+              (QList<QUrl>{QUrl("http://torvel.test/a"), QUrl("https://torvel.test/b")}));
+}
+
 TEST_F(UpdateCheckTest, TheDialogOfOtherAnswers) {
     showUpdateDialog("0.20", "0.3", "");
-    showUpdateDialog("0.20", "0.20", "torveltest://never");
+    showUpdateDialog("0.20", "0.20", "https://torvel.test/never");
     ASSERT_EQ(dialogs().size(), 2u);
     ASSERT_EQ(buttonsOf(dialogs()[0]).size(), 2u) << "an empty address keeps the button";
     buttonsOf(dialogs()[0])[0]->click();
@@ -239,7 +269,7 @@ TEST_F(UpdateCheckTest, TheDialogOfOtherAnswers) {
 
     QWidget* const desktop = session().mainWindow;
     session().mainWindow = nullptr;
-    showUpdateDialog("0.20", "0.21", "torveltest://x");
+    showUpdateDialog("0.20", "0.21", "https://torvel.test/x");
     session().mainWindow = desktop;
     EXPECT_EQ(dialogs().size(), 2u) << "without a main window it stands alone";
     for (QWidget* widget : QApplication::topLevelWidgets()) {
