@@ -35,29 +35,18 @@ void settle() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
+// A path that is told from the program's own folder.
+std::string besideProgram(const char* path) {
+    const std::filesystem::path folder(QCoreApplication::applicationDirPath().toStdString());
+    return (folder / path).lexically_normal().string();
+}
+
 bool endsWith(const std::string& text, const std::string& tail) {
     return text.size() >= tail.size() &&
            text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
 }
 
 }  // namespace
-
-std::string pythonLiteral(const std::string& text) {
-    std::string literal = "'";
-    for (const char c : text) {
-        if (c == '\'' || c == '\\')
-            literal += '\\';
-        if (c == '\n')
-            literal += "\\n";
-        else if (c == '\r')
-            literal += "\\r";
-        else if (c == '\0')
-            literal += "\\0";
-        else
-            literal += c;
-    }
-    return literal + "'";
-}
 
 Program::Program(Options options)
     : m_options(std::move(options)), m_session(std::make_unique<Session>()) {
@@ -104,9 +93,7 @@ bool Program::loadPlugin(const std::string& nameOrPath) {
 
 bool Program::loadPlugins() {
     if (!m_options.noPlugin) {
-        const auto folder =
-            std::filesystem::path(QCoreApplication::applicationDirPath().toStdString());
-        if (!loadPlugin((folder / TORVEL_BUNDLED_PLUGIN).lexically_normal().string()))
+        if (!loadPlugin(besideProgram(TORVEL_BUNDLED_PLUGIN)))
             return false;
     }
     for (const std::string& each : m_options.plugins) {
@@ -221,11 +208,15 @@ int Program::compare(const SceneState& before) {
 }
 
 int Program::check() {
-    const auto findings = checkRig(m_session->scene());
-    printFindings(findings, std::cout);
-    if (!writeText(m_options.checkJson, findingsJson(findings)))
+    RigReport report;
+    if (!checkRigs(*m_session, besideProgram(TORVEL_BUNDLED_SCRIPTS), report)) {
+        complain("the check failed");
+        return kScriptFailed;
+    }
+    std::cout << report.text << std::flush;
+    if (!writeText(m_options.checkJson, report.json))
         return kWrongUse;
-    return findings.empty() ? kDone : kScriptFailed;
+    return report.findings == 0 ? kDone : kScriptFailed;
 }
 
 int Program::run() {

@@ -54,7 +54,4 @@ class Program {
     std::ofstream m_trace;
 };
 
-/// A text as a Python literal: quotes, backslashes and control characters escaped.
-std::string pythonLiteral(const std::string& text);
-
 }  // namespace torvel

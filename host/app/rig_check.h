@@ -1,30 +1,25 @@
 #pragma once
 
-#include <iosfwd>
 #include <string>
-#include <vector>
+
+#include "base/status.h"
 
 namespace torvel {
 
-class Scene;
+class Session;
 
-/// Something that a tool of the skeleton window would lose, refuse or change on this rig.
-struct Finding {
-    std::string rule;                ///< "posed-away", "lost-constraint" ... (rigRules)
-    std::string tools;               ///< the buttons concerned, joined by ", "
-    std::string skeleton;            ///< short name of its top joint
-    std::vector<std::string> nodes;  ///< what it is about, in the order of the scene
-    std::string text;                ///< one sentence: what will happen, and what to do about it
+/// What the tools of the skeleton window would lose, refuse or change on the scene.
+struct RigReport {
+    int findings = 0;
+    std::string text;  ///< a block of lines for each, then how many there are
+    std::string json;
 };
 
-/// Looks at every skeleton that drives a skin (locked rotations: at every skeleton), top joints in
-/// the order of the scene, rules in the order of their table. Evaluates the joints; changes
-/// nothing.
-std::vector<Finding> checkRig(const Scene& scene);
+/// Asks the plug-in's own script, torvel_check.py in `folder`, which edits nothing. A failure is
+/// Python's, whose error line stands in the log already.
+Status checkRigs(Session& session, const std::string& folder, RigReport& report);
 
-/// A block of lines for each finding, then how many there are; "nothing to report" for none.
-void printFindings(const std::vector<Finding>& findings, std::ostream& out);
-/// {"findings": [{"rule", "tools", "skeleton", "nodes", "text"}]}
-std::string findingsJson(const std::vector<Finding>& findings);
+/// A text as a Python literal: quotes, backslashes and control characters escaped.
+std::string pythonLiteral(const std::string& text);
 
 }  // namespace torvel

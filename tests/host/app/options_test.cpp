@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/options.h"
-#include "app/program.h"
+#include "app/rig_check.h"
 
 namespace torvel {
 namespace {

@@ -1,122 +1,134 @@
 #include "app/rig_check.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include <sstream>
+#include "app/host_setup.h"
+#include "script/session.h"
 
-#include "support/test_scene.h"
-
-namespace torvel::test {
+namespace torvel {
 namespace {
 
-using ::testing::ElementsAre;
+// A bound chain hip > knee > ankle, six units of which the leg is four, with nothing to find.
+const char* const kRig =
+    "from maya import cmds\n"
+    "cmds.file(new=True, force=True)\n"
+    "cmds.joint(name='hip')\n"
+    "cmds.joint(name='knee', position=(0, -2, 0))\n"
+    "cmds.joint(name='ankle', position=(0, -4, 0))\n"
+    "cmds.polyPlane(name='leg')\n"
+    "cmds.skinCluster('hip', 'leg')\n";
 
-// A bound chain hip > knee > ankle with nothing to find.
-class RigCheck : public ::testing::Test {
-  protected:
-    TestScene scene;
-
-    void SetUp() override {
-        scene.make("joint", "hip");
-        scene.make("joint", "knee", "hip");
-        scene.make("joint", "ankle", "knee");
-        scene.set("knee.translate", 0, -2, 0);
-        scene.set("ankle.translate", 0, -2, 0);
-        scene.call("polyPlane", {}, {flag("name", {"leg"})});
-        scene.call("skinCluster", {"hip", "leg"});
-    }
-    /// The nodes of the only finding of a rule; empty when it found nothing.
-    std::vector<std::string> nodes(const std::string& rule) {
-        std::vector<std::string> out;
-        for (const Finding& finding : checkRig(scene.scene()))
-            if (finding.rule == rule)
-                out.insert(out.end(), finding.nodes.begin(), finding.nodes.end());
-        return out;
-    }
+struct Row {
+    const char* does;      ///< to the rig
+    const char* findings;  ///< "rule: nodes; rule: nodes"
+    const char* binds;     ///< "mesh: what the closing bind does; ..."; empty: not looked at
 };
 
-TEST_F(RigCheck, ACleanRigHasNothingToReport) {
-    std::ostringstream out;
-    const auto findings = checkRig(scene.scene());
-    printFindings(findings, out);
-    EXPECT_EQ(out.str(), "nothing to report\n");
+const Row kRows[] = {
+    {"", "", "legShape: taken up"},
+    {"cmds.setAttr('knee.rotateZ', 30)", "posed-away: knee ankle; posed: knee ankle", ""},
+    // 1e-5 of the rig's size is about 4e-5.
+    {"cmds.setAttr('knee.translateY', -2.00001)", "", ""},
+    {"cmds.setAttr('knee.translateY', -2.0001)", "posed-away: knee ankle; posed: knee ankle", ""},
+    {"cmds.createNode('unknown', name='motor')\n"
+     "cmds.addAttr('motor', longName='turn', attributeType='double', defaultValue=30)\n"
+     "cmds.connectAttr('motor.turn', 'knee.rotateZ')",
+     "pose-unknown: knee ankle", ""},
+    {"for name in 'control', 'hand': cmds.createNode('transform', name=name)\n"
+     "cmds.parentConstraint('control', 'hip')\n"
+     "cmds.scaleConstraint('control', 'knee')\n"
+     "cmds.createNode('poleVectorConstraint', name='pole', parent='knee')\n"
+     "cmds.orientConstraint('hip', 'ankle')\n"
+     "cmds.pointConstraint('ankle', 'hand')",
+     "lost-constraint: knee_scaleConstraint1 pole; driver-within: ankle_orientConstraint1; "
+     "outside-constraint: hand_pointConstraint1",
+     ""},
+    {"cmds.ikHandle(startJoint='hip', endEffector='ankle', name='reach')", "ik: reach", ""},
+    {"cmds.createNode('transform', name='shoe', parent='ankle')", "geometry-below: shoe", ""},
+    {"cmds.parent(cmds.polyCube(name='shoe')[0], 'ankle')",
+     "geometry-below: shoe; history-below: shoeShape", ""},
+    {"cmds.createNode('transform', name='chr')\n"
+     "cmds.createNode('transform', name='hip', parent='chr')",
+     "namesake: chr|hip",
+     "legShape: refused, the top joint's name is ambiguous: it stays detached"},
+    {"cmds.createNode('transform', name='tempOldSkeletonGroup')",
+     "parking-group: tempOldSkeletonGroup", ""},
+    {"cmds.createNode('joint', name='tail')\n"
+     "for plug in 'tail.rotateY', 'knee.rotate': cmds.setAttr(plug, lock=True)",
+     "locked-rotation: knee; locked-rotation: tail", ""},
+    {"cmds.createNode('unknown', name='wobble')\n"
+     "for name in 'ig', 'og': cmds.addAttr('wobble', longName=name, dataType='mesh')\n"
+     "cmds.connectAttr('skinCluster1.outputGeometry[0]', 'wobble.ig')\n"
+     "cmds.connectAttr('wobble.og', 'legShape.inMesh', force=True)",
+     "not-evaluated: wobble", "legShape: taken up"},
+    {"cmds.polyCube(name='boot')\n"
+     "cmds.connectAttr('initialShadingGroup.memberWireframeColor',\n"
+     "                 'bootShape.instObjGroups[0].objectGroups[0].objectGrpColor')",
+     "through-shading: bootShape", "legShape: taken up; bootShape: given a skin of its own"},
+    {"cmds.createNode('transform', name='show')\n"
+     "cmds.parent('knee', 'show', addObject=True)",
+     "instance: knee", ""},
+    {"cmds.select('hip')\n"
+     "cmds.joint(name='eye', position=(0, 3, 0))\n"
+     "cmds.skinCluster('eye', cmds.polyCube(name='ball')[0], toSelectedBones=True)\n"
+     "cmds.disconnectAttr('bindPose1.message', 'skinCluster2.bindPose')",
+     "unreached-skin: skinCluster2", "legShape: taken up; ballShape: taken up"},
+    {"cmds.createNode('transform', name='ankle', parent=cmds.createNode('transform', name='x'))\n"
+     "cmds.parent('x|ankle', world=True)",
+     "name-at-top: |ankle", ""},
+    {"cmds.skinCluster('hip', cmds.circle(name='ring')[0])", "skin-without-mesh: skinCluster2",
+     "legShape: taken up"},
+    {"cmds.setAttr('skinCluster1.skinningMethod', 1)", "skin-method: skinCluster1",
+     "legShape: taken up, made linear and interactive"},
+};
+
+struct RigCheck : ::testing::Test {
+    RigCheck() { setUpSession(session); }
+    std::string ask(const std::string& expression) {
+        Value answer;
+        EXPECT_TRUE(session.python->run(expression + "\n", answer));
+        return answer.isString() ? answer.string() : std::string();
+    }
+    RigReport report() {
+        RigReport found;
+        EXPECT_TRUE(checkRigs(session, TORVEL_BUILD_DIR "/plugin/scripts", found));
+        return found;
+    }
+
+    Session session;
+};
+
+TEST_F(RigCheck, EachLossIsFoundAndNothingElse) {
+    report();
+    for (const Row& row : kRows) {
+        SCOPED_TRACE(row.does);
+        ask(std::string(kRig) + row.does);
+        EXPECT_EQ(ask("'; '.join(f['rule'] + ': ' + ' '.join(f['nodes']) for f in "
+                      "torvel_check.check())"),
+                  row.findings);
+        if (*row.binds) {
+            EXPECT_EQ(ask("'; '.join(b['mesh'] + ': ' + b['does'] for b in "
+                          "torvel_check.closing_binds())"),
+                      row.binds);
+        }
+    }
 }
 
-TEST_F(RigCheck, JointsAwayFromTheirBindPoseAreNamed) {
-    scene.set("knee.rotateZ", 30);
-    EXPECT_THAT(nodes("posed-away"), ElementsAre("knee", "ankle"));
-}
-
-TEST_F(RigCheck, ConstraintsAreSortedByWhatBecomesOfThem) {
-    scene.make("transform", "control");
-    scene.make("transform", "hand");
-    scene.call("parentConstraint", {"control", "hip"});
-    scene.call("scaleConstraint", {"control", "knee"});
-    scene.call("orientConstraint", {"hip", "ankle"});
-    scene.call("pointConstraint", {"ankle", "hand"});
-    EXPECT_THAT(nodes("lost-constraint"), ElementsAre("knee_scaleConstraint1"));
-    EXPECT_THAT(nodes("driver-within"), ElementsAre("ankle_orientConstraint1"));
-    EXPECT_THAT(nodes("outside-constraint"), ElementsAre("hand_pointConstraint1"));
-}
-
-TEST_F(RigCheck, IkAndGeometryOnTheSkeletonAreFound) {
-    scene.call(
-        "ikHandle", {},
-        {flag("startJoint", {"hip"}), flag("endEffector", {"ankle"}), flag("name", {"reach"})});
-    scene.make("transform", "shoe", "ankle");
-    EXPECT_THAT(nodes("ik"), ElementsAre("reach"));
-    EXPECT_THAT(nodes("geometry-below"), ElementsAre("shoe"));
-}
-
-TEST_F(RigCheck, NamesThatGetInTheWayAreFound) {
-    scene.make("transform", "chr");
-    scene.make("transform", "hip", "chr");
-    scene.make("transform", "tempOldSkeletonGroup");
-    EXPECT_THAT(nodes("namesake"), ElementsAre("chr|hip"));
-    EXPECT_THAT(nodes("parking-group"), ElementsAre("tempOldSkeletonGroup"));
-}
-
-TEST_F(RigCheck, LockedRotationsCountWithoutASkinToo) {
-    scene.make("joint", "tail");
-    for (const char* plug : {"tail.rotateY", "knee.rotate"})
-        scene.call("setAttr", {plug}, {flag("lock", {true})});
-    std::vector<std::string> skeletons;
-    for (const Finding& finding : checkRig(scene.scene()))
-        if (finding.rule == "locked-rotation")
-            skeletons.push_back(finding.skeleton);
-    EXPECT_THAT(skeletons, ElementsAre("hip", "tail"));
-    EXPECT_THAT(nodes("locked-rotation"), ElementsAre("knee", "tail"));
-}
-
-TEST_F(RigCheck, NodesOnTheWayAndMeshesBesideItAreFound) {
-    scene.call("polyCube", {}, {flag("name", {"boot"})});
-    EXPECT_THAT(nodes("through-shading"), ElementsAre());
-    scene.call("connectAttr", {"initialShadingGroup.memberWireframeColor",
-                               "bootShape.instObjGroups[0].objectGroups[0].objectGrpColor"});
-    EXPECT_THAT(nodes("through-shading"), ElementsAre("bootShape"));
-
-    Scene& graph = scene.scene();
-    NodeHandle wobble;
-    ASSERT_TRUE(graph.createNode("unknown", "wobble1", {}, wobble));
-    graph.node(wobble)->unknownType = "wobble";
-    const Plug shape = scene.plug("legShape.inMesh"), output = graph.source(shape);
-    ASSERT_TRUE(graph.disconnect(output, shape));
-    ASSERT_TRUE(graph.connect(output, graph.opaquePlug(wobble, "ig")));
-    ASSERT_TRUE(graph.connect(graph.opaquePlug(wobble, "og"), shape));
-    EXPECT_THAT(nodes("not-evaluated"), ElementsAre("wobble1"));
-}
-
-TEST_F(RigCheck, PoleVectorConstraintsOnTheSkeletonAreLost) {
-    scene.make("poleVectorConstraint", "knee_poleVectorConstraint1", "knee");
-    EXPECT_THAT(nodes("lost-constraint"), ElementsAre("knee_poleVectorConstraint1"));
-}
-
-TEST_F(RigCheck, JsonHoldsEveryFinding) {
-    scene.make("transform", "tempOldSkeletonGroup");
-    const std::string json = findingsJson(checkRig(scene.scene()));
-    EXPECT_NE(json.find("\"rule\": \"parking-group\""), std::string::npos);
-    EXPECT_NE(json.find("\"skeleton\": \"hip\""), std::string::npos);
+TEST_F(RigCheck, TheReportHasLinesAndJson) {
+    ask(kRig);
+    EXPECT_EQ(report().text, "nothing to report\n");
+    ask("cmds.createNode('transform', name='tempOldSkeletonGroup')\n"
+        "for i in range(9): cmds.createNode('transform', name='shoe%d' % i, parent='hip')");
+    const RigReport found = report();
+    EXPECT_EQ(found.findings, 2);
+    EXPECT_NE(found.text.find("  shoe0 shoe1 shoe2 shoe3 shoe4 shoe5 shoe6 shoe7 and 1 more\n"
+                              "hip  [parking-group]  Freeze Rotations, Orient Joints, Flip "
+                              "Orientation\n"),
+              std::string::npos);
+    EXPECT_EQ(found.text.substr(found.text.size() - 11), "2 findings\n");
+    EXPECT_NE(found.json.find("\"rule\": \"parking-group\""), std::string::npos);
+    EXPECT_NE(found.json.find("\"skeleton\": \"hip\""), std::string::npos);
 }
 
 }  // namespace
-}  // namespace torvel::test
+}  // namespace torvel
