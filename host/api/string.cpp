@@ -1,10 +1,10 @@
 #include <charconv>
-#include <cstdio>
 #include <cstring>
 #include <cwchar>
 #include <string>
 #include <string_view>
 
+#include <fmt/format.h>
 #include <maya/MString.h>
 #include <maya/MStringArray.h>
 
@@ -296,9 +296,8 @@ MStatus MString::set(double value) {
 MStatus MString::set(double value, int precision) {
     if (precision < 0 || precision > 60)
         return MStatus::kInvalidParameter;
-    char text[400];
-    const int count = std::snprintf(text, sizeof(text), "%.*f", precision, value);
-    assign(text, static_cast<unsigned int>(count));
+    const std::string text = fmt::format("{:.{}f}", value, precision);
+    assign(text.data(), static_cast<unsigned int>(text.size()));
     return MStatus::kSuccess;
 }
 

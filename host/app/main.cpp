@@ -1,3 +1,4 @@
+#include <clocale>
 #include <cstdlib>
 #include <iostream>
 #include <string>
@@ -44,6 +45,7 @@ int main(int argc, char** argv) {
     // ends.
     int count = 1;
     auto* application = new QApplication(count, argv);
+    std::setlocale(LC_NUMERIC, "C");  // Qt took over the user's; scripts and libraries print numbers
     application->setApplicationName(QStringLiteral("torvel-host"));
     torvel::applyDesktopStyle(*application);
     auto* program = new torvel::Program(std::move(parsed.options));

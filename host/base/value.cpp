@@ -1,6 +1,5 @@
 #include "base/value.h"
-
-#include <cstdio>
+#include "base/number_text.h"
 
 namespace torvel {
 
@@ -15,9 +14,7 @@ double Value::number() const {
 }
 
 std::string textOfDouble(double value) {
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%g", value);
-    return buffer;
+    return numberText(value, 6);
 }
 
 }  // namespace torvel

@@ -1,8 +1,8 @@
 #include "mel/value.h"
+#include "base/number_text.h"
 
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 
 namespace torvel::mel {
@@ -282,14 +282,15 @@ std::string textOf(const Value& value) {
         return text;
     if (!value.isDouble())
         return std::to_string(value.integer());
-    char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%.10g", value.number());
-    return buffer;
+    return numberText(value.number(), 10);
 }
 
 double numberOf(const Value& value) {
-    if (value.isString())
-        return std::strtod(value.string().c_str(), nullptr);
+    if (value.isString()) {
+        double number = 0.0;
+        readNumber(value.string().c_str(), number);
+        return number;
+    }
     if (value.isTuple()) {
         double sum = 0.0;
         for (const double item : value.tuple().items)

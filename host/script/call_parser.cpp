@@ -6,6 +6,7 @@
 
 #include "script/command.h"
 #include "script/session.h"
+#include "base/number_text.h"
 
 namespace torvel {
 
@@ -145,9 +146,7 @@ Status needsBool(const RawFlag& raw, bool query) {
 std::string textOfNumber(const Value& value) {
     if (!value.isDouble())
         return std::to_string(value.integer());
-    char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%.10g", value.number());
-    return buffer;
+    return numberText(value.number(), 10);
 }
 
 bool takeText(Value& value, bool strict) {

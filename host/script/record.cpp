@@ -1,4 +1,5 @@
 #include "script/record.h"
+#include "base/number_text.h"
 
 #include <cmath>
 #include <cstdio>
@@ -68,9 +69,7 @@ void appendNumber(std::string& out, double value) {
         out += "null";
         return;
     }
-    char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%.17g", value);
-    out += buffer;
+    out += numberText(value, 17);
 }
 
 void appendValue(std::string& out, const Value& value);

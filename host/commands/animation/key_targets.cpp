@@ -1,12 +1,12 @@
 #include "commands/animation/key_targets.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "commands/attribute/value.h"
 #include "script/session.h"
 #include "nodes/animation/anim_curve.h"
 #include "nodes/animation/time_units.h"
+#include "base/number_text.h"
 
 namespace torvel {
 namespace {
@@ -168,8 +168,7 @@ bool timeOf(const Scene& scene, const Value& value, double& frame) {
     }
     if (!value.isString())
         return false;
-    char* end = nullptr;
-    frame = std::strtod(value.string().c_str(), &end);
+    const char* end = readNumber(value.string().c_str(), frame);
     if (end == value.string().c_str())
         return false;
     const std::string unit(end);

@@ -10,6 +10,7 @@
 #include "nodes/animation/anim_curve.h"
 #include "nodes/shape/mesh.h"
 #include "nodes/animation/time_units.h"
+#include "base/number_text.h"
 
 namespace torvel {
 namespace {
@@ -36,9 +37,7 @@ bool rangeInFile(const Scene& scene, const char* flag, double& value) {
     if (at == std::string::npos)
         return false;
     const char* begin = text.c_str() + at + std::string(flag).size();
-    char* end = nullptr;
-    value = std::strtod(begin, &end);
-    return end != begin;
+    return readNumber(begin, value) != begin;
 }
 
 const char* const kRangeFlags[] = {" -min ", " -max ", " -ast ", " -aet "};

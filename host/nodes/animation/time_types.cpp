@@ -8,6 +8,7 @@
 #include "nodes/node_table.h"
 #include "nodes/core/node_types.h"
 #include "nodes/core/rows.h"
+#include "base/number_text.h"
 
 namespace torvel {
 namespace {
@@ -113,8 +114,8 @@ double rateOfUnit(const std::string& unit) {
     for (const RateName& rate : kRates)
         if (unit == rate.name)
             return rate.framesPerSecond;
-    char* end = nullptr;
-    const double number = std::strtod(unit.c_str(), &end);
+    double number = 0.0;
+    const char* end = readNumber(unit.c_str(), number);
     return end != unit.c_str() && std::string(end) == "fps" && number > 0.0 ? number : 0.0;
 }
 

@@ -1,6 +1,5 @@
 #include "nodes/deform/dag_pose.h"
 
-#include <cstdio>
 #include <limits>
 
 #include <Imath/ImathMatrixAlgo.h>
@@ -8,6 +7,7 @@
 #include "nodes/core/fn_numbers.h"
 #include "nodes/core/node_types.h"
 #include "nodes/core/rows.h"
+#include "base/number_text.h"
 
 namespace torvel {
 namespace {
@@ -37,11 +37,8 @@ bool readVector(NumberSource& source, V3d& value) {
 }
 
 void append(std::string& out, const double* values, int count) {
-    char text[40];
-    for (int i = 0; i < count; ++i) {
-        std::snprintf(text, sizeof text, "%.17g ", values[i]);
-        out += text;
-    }
+    for (int i = 0; i < count; ++i)
+        out += numberText(values[i], 17) + ' ';
 }
 
 void append(std::string& out, const V3d& value) {
