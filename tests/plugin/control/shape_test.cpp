@@ -116,7 +116,7 @@ class ControlShapeTest : public ControlScene {
 };
 
 TEST_F(ControlShapeTest, ThePaletteAsItsPageShows) {
-    makeCircle("a");
+    python("ctl.circle('a')");
     Lines page;
     for (QPushButton* button :
          widget<QWidget>("scrollArea_content")->findChildren<QPushButton*>()) {
