@@ -78,13 +78,18 @@ class UpdateCheckTest : public SettingsScene {
         return found;
     }
 
-    static std::vector<QPushButton*> buttonsOf(const QDialog* dialog) {
-        std::vector<QPushButton*> buttons;
-        for (int i = 0; i < dialog->layout()->count(); ++i) {
-            if (auto* button = qobject_cast<QPushButton*>(dialog->layout()->itemAt(i)->widget()))
-                buttons.push_back(button);
-        }
-        return buttons;
+    /// The texts of the dialog's rows, from top to bottom.
+    static QStringList rowsOf(const QDialog* dialog) {
+        QStringList texts;
+        for (int i = 0; i < dialog->layout()->count(); ++i)
+            texts.append(dialog->layout()->itemAt(i)->widget()->property("text").toString());
+        return texts;
+    }
+
+    static void clickRow(const QDialog* dialog, int row) {
+        auto* button = qobject_cast<QPushButton*>(dialog->layout()->itemAt(row)->widget());
+        ASSERT_NE(button, nullptr);
+        button->click();
     }
 };
 
@@ -218,24 +223,18 @@ TEST_F(UpdateCheckTest, TheDialogOffersTheDownload) {
     EXPECT_TRUE(dialog->isVisible());
     EXPECT_FALSE(dialog->isModal());
     EXPECT_EQ(dialog->parentWidget(), &mainWindow());
-    auto* label = dialog->findChild<QLabel*>();
-    ASSERT_NE(label, nullptr);
-    EXPECT_EQ(label->text(), "Tu versión: <b>0.20</b><br>Nueva versión disponible: <b>0.25</b>");
-    EXPECT_TRUE(label->wordWrap());
     ASSERT_NE(qobject_cast<QVBoxLayout*>(dialog->layout()), nullptr);
-    EXPECT_EQ(dialog->layout()->itemAt(0)->widget(), label);
-
-    const std::vector<QPushButton*> buttons = buttonsOf(dialog);
-    ASSERT_EQ(buttons.size(), 2u);
-    EXPECT_EQ(buttons[0]->text(), "Descargar actualización");
-    EXPECT_EQ(buttons[1]->text(), "Cerrar");
-    buttons[0]->click();
-    buttons[0]->click();
+    ASSERT_EQ(rowsOf(dialog),
+              (QStringList{"Tu versión: <b>0.20</b><br>Nueva versión disponible: <b>0.25</b>",
+                           "Descargar actualización", "Cerrar"}));
+    EXPECT_TRUE(dialog->findChild<QLabel*>()->wordWrap());
+    clickRow(dialog, 1);
+    clickRow(dialog, 1);
     const QUrl address("https://torvel.test/it?v=0.25");
     EXPECT_EQ(taker.taken, (QList<QUrl>{address, address}));
     EXPECT_TRUE(dialog->isVisible()) << "the download leaves it open";
 
-    buttons[1]->click();
+    clickRow(dialog, 2);
     finishDeletion();
     ASSERT_FALSE(dialog.isNull()) << "closed, not deleted";
     EXPECT_FALSE(dialog->isVisible());
@@ -247,7 +246,7 @@ TEST_F(UpdateCheckTest, OnlyWebAddressesAreOpened) {
          {"http://torvel.test/a", "https://torvel.test/b", "file:///etc/passwd", "smb://host/share",
           "torveltest:run", "/usr/bin/true", "a b"}) {
         showUpdateDialog("0.20", "0.21", address);
-        buttonsOf(dialogs().back())[0]->click();
+        clickRow(dialogs().back(), 1);
     }
     EXPECT_EQ(taker.taken,
               (QList<QUrl>{QUrl("http://torvel.test/a"), QUrl("https://torvel.test/b")}));
@@ -257,14 +256,11 @@ TEST_F(UpdateCheckTest, TheDialogOfOtherAnswers) {
     showUpdateDialog("0.20", "0.3", "");
     showUpdateDialog("0.20", "0.20", "https://torvel.test/never");
     ASSERT_EQ(dialogs().size(), 2u);
-    ASSERT_EQ(buttonsOf(dialogs()[0]).size(), 2u) << "an empty address keeps the button";
-    buttonsOf(dialogs()[0])[0]->click();
+    EXPECT_EQ(rowsOf(dialogs()[0]).size(), 3) << "an empty address keeps the button";
+    clickRow(dialogs()[0], 1);
     EXPECT_TRUE(dialogs()[0]->isVisible());
-
-    EXPECT_EQ(dialogs()[1]->findChild<QLabel*>()->text(),
-              "Estás usando la última versión: <b>0.20</b>");
-    ASSERT_EQ(buttonsOf(dialogs()[1]).size(), 1u) << "nothing to download";
-    EXPECT_EQ(buttonsOf(dialogs()[1])[0]->text(), "Cerrar");
+    EXPECT_EQ(rowsOf(dialogs()[1]),
+              (QStringList{"Estás usando la última versión: <b>0.20</b>", "Cerrar"}));
     EXPECT_EQ(dialogs()[1]->findChildren<QPushButton*>().size(), 1);
 
     QWidget* const desktop = session().mainWindow;
