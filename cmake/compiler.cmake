@@ -1,7 +1,8 @@
 # Warnings, sanitizers and the compiler cache. Only our own targets ask for them:
 # a target calls torvel_compile(<target>).
 
-option(TORVEL_SANITIZE "Build with address and undefined-behaviour checks" OFF)
+set(TORVEL_SANITIZE "" CACHE STRING "Checks to build with, as -fsanitize= takes them")
+option(TORVEL_HARDEN "Checked library calls, guarded stacks and read-only relocations" OFF)
 option(TORVEL_CCACHE "Use ccache when it is installed" ON)
 
 if(TORVEL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
@@ -16,9 +17,18 @@ endif()
 
 if(TORVEL_SANITIZE)
   # Without vptr: the plug-in hides its type information, which that check takes for a wrong type.
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize=vptr
-                      -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
-  add_link_options(-fsanitize=address,undefined -fno-sanitize=vptr)
+  # The fuzzers' own main comes with their programs, so the link goes without "fuzzer-no-link".
+  string(REPLACE "fuzzer-no-link," "" linked "${TORVEL_SANITIZE}")
+  add_compile_options(-fsanitize=${TORVEL_SANITIZE} -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${linked})
+  if(TORVEL_SANITIZE MATCHES undefined)
+    add_compile_options(-fno-sanitize=vptr -fno-sanitize-recover=undefined)
+    add_link_options(-fno-sanitize=vptr)
+  endif()
+endif()
+if(TORVEL_HARDEN)
+  add_compile_options(-D_FORTIFY_SOURCE=2 -fstack-protector-strong)
+  add_link_options(-Wl,-z,relro,-z,now)
 endif()
 
 # The warnings of every target of ours, as errors.

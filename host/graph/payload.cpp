@@ -42,8 +42,11 @@ bool payloadFits(const AttrInfo& attr, const Payload& payload) {
 bool putPayload(const AttrInfo& attr, Slot& slot, PayloadPtr payload) {
     if (payload && !payloadFits(attr, *payload))
         return false;
-    if (attr.is(kBulk) && slot.data && (!payload || typeid(*payload) != typeid(*slot.data)))
-        return false;
+    if (attr.is(kBulk) && slot.data) {
+        const Payload& now = *slot.data;
+        if (const Payload* given = payload.get(); !given || typeid(*given) != typeid(now))
+            return false;
+    }
     slot.data = std::move(payload);
     return true;
 }

@@ -14,7 +14,7 @@ namespace {
 
 class MelLanguage : public Language {
   public:
-    explicit MelLanguage(Session& session) : m_session(session), m_interpreter(session) {}
+    explicit MelLanguage(Session& session) : m_interpreter(session) {}
 
     Status run(const std::string& text, Value& result) override {
         return runText(text, {}, result);
@@ -48,7 +48,6 @@ class MelLanguage : public Language {
         return Status::failure(mel::Interpreter::describe(fault));
     }
 
-    Session& m_session;
     mel::Interpreter m_interpreter;
 };
 

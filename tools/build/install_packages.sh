@@ -9,6 +9,7 @@ python3 python3-dev libpython3-dev
 qtbase5-dev qtbase5-dev-tools
 libimath-dev libtbb-dev libfmt-dev libcli11-dev
 libgtest-dev libgmock-dev libbenchmark-dev
+clang libclang-rt-14-dev
 python3-pyside2.qtcore python3-pyside2.qtgui python3-pyside2.qtwidgets
 python3-pyside2.qtnetwork python3-pyside2.qttest
 fonts-dejavu-core

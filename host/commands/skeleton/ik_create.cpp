@@ -45,7 +45,6 @@ bool isZero(const V3d& v) {
 
 // A bent chain whose joints never learned a preferred bend would snap straight.
 void learnPreferredAngles(Scene& scene, const std::vector<NodeHandle>& joints) {
-    const Plug none;
     bool learned = false, bent = false;
     for (NodeHandle joint : joints) {
         learned = learned || !isZero(scene.vec3(Plug(joint, jointAttrs().preferredAngle)));

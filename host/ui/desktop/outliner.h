@@ -32,6 +32,7 @@ class Outliner : public QTreeWidget, private SceneListener {
     void nodeDeleted(NodeHandle) override { touch(); }
     void nodeRenamed(NodeHandle, const std::string&) override { touch(); }
     void nodeReparented(NodeHandle) override { touch(); }
+    using QTreeWidget::selectionChanged;  // the widget's own, beside the listener's
     void selectionChanged() override;
     void sceneCleared() override { touch(); }
 

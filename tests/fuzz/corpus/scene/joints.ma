@@ -1,0 +1,10 @@
+requires maya "2024";
+currentUnit -l centimeter -a degree -t film;
+createNode joint -n "a";
+	setAttr ".t" -type "double3" 0 1 0 ;
+	setAttr -k off ".v";
+createNode joint -n "b" -p "a";
+	addAttr -ci true -sn "x" -ln "extra" -min 0 -max 1 -at "double";
+	setAttr -k on ".x" 0.5;
+	setAttr -l on ".tx";
+connectAttr "a.s" "b.is";

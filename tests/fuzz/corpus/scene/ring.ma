@@ -1,0 +1,4 @@
+createNode transform -n "a";
+createNode transform -n "b";
+connectAttr "a.t" "b.t";
+connectAttr "b.ty" "a.tx";
