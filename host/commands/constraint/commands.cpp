@@ -1,11 +1,9 @@
-// parentConstraint, pointConstraint, orientConstraint, aimConstraint, scaleConstraint,
-// poleVectorConstraint.
+// What the constraint commands do: create, edit, query.
 #include <algorithm>
 
 #include "edit/constraint/edit.h"
 #include "commands/constraint/flags.h"
 #include "script/session.h"
-#include "commands/tables.h"
 
 namespace torvel {
 namespace {
@@ -20,8 +18,7 @@ Value nameOf(const Scene& scene, NodeHandle node) {
     return Value::strings({scene.names().shortest(node)});
 }
 
-// --- create
-// ------------------------------------------------------------------------------------------------------
+// --- create ---
 
 Status checkEnds(const CommandCall& call, const std::vector<NodeHandle>& nodes) {
     const Scene& scene = call.scene();
@@ -33,7 +30,7 @@ Status checkEnds(const CommandCall& call, const std::vector<NodeHandle>& nodes) 
             return Status::failure("Targets must be of type transform.");
     if (std::find(nodes.begin(), nodes.end() - 1, object) != nodes.end() - 1)
         return call.fail("'" + scene.node(object)->name + "' cannot be constrained to itself.");
-    if (call.name() == "poleVectorConstraint" && !scene.isType(object, "ikHandle"))
+    if (kindOf(call).holdsPole && !scene.isType(object, "ikHandle"))
         return call.fail("'" + scene.node(object)->name + "' is not an IK handle.");
     return Status::ok();
 }
@@ -132,8 +129,7 @@ Status create(const CommandCall& call, Value& result) {
                              : extendConstraint(call, existing, nodes, result);
 }
 
-// --- edit
-// --------------------------------------------------------------------------------------------------------
+// --- edit ---
 
 // The call names targets, then the constraint or the object it drives.
 struct Named {
@@ -210,8 +206,7 @@ Status edit(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- query
-// -------------------------------------------------------------------------------------------------------
+// --- query ---
 
 Value weightsOf(const Scene& scene, const Targets& targets) {
     std::vector<double> weights;
@@ -242,30 +237,14 @@ Status query(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
+}  // namespace
+
 Status constrain(const CommandCall& call, Value& result) {
     if (Status usable = refuseUncovered(call); !usable)
         return usable;
     if (call.isQuery())
         return query(call, result);
     return call.isEdit() ? edit(call, result) : create(call, result);
-}
-
-const Command kConstraintCommands[] = {
-    {"parentConstraint", kParentFlags, kParentFlagCount, constrain,
-     "Lets objects carry another one."},
-    {"pointConstraint", kPointFlags, kPointFlagCount, constrain, "Lets objects place another one."},
-    {"orientConstraint", kOrientFlags, kOrientFlagCount, constrain,
-     "Lets objects turn another one."},
-    {"scaleConstraint", kScaleFlags, kScaleFlagCount, constrain, "Lets objects scale another one."},
-    {"aimConstraint", kAimFlags, kAimFlagCount, constrain, "Keeps an object pointing at others."},
-    {"poleVectorConstraint", kPoleFlags, kPoleFlagCount, constrain,
-     "Lets objects hold an IK handle's pole."},
-};
-
-}  // namespace
-
-CommandTable constraintCommands() {
-    return {kConstraintCommands, std::size(kConstraintCommands)};
 }
 
 }  // namespace torvel

@@ -1,63 +1,77 @@
 #include "commands/constraint/flags.h"
 
+#include <array>
+
 #include "commands/attribute/value.h"
 #include "commands/attribute/connections.h"
+#include "commands/tables.h"
 #include "script/session.h"
 #include "nodes/constraint/math.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {
 
-#define TORVEL_COMMON_FLAGS                                                         \
-    {"name", "n", "s"}, {"weight", "w", "d"}, {"remove", "rm", "", kEdit},          \
-        {"targetList", "tl", "", kQuery}, {"weightAliasList", "wal", "", kQuery}, { \
-        "layer", "l", "s", kCreate | kEdit                                          \
-    }
-#define TORVEL_SKIP_AND_OFFSET(letters)                                                          \
-    {"maintainOffset", "mo", "", kCreate | kEdit}, {"skip", "sk", "s", kCreate | kEdit, true}, { \
-        "offset", "o", letters                                                                   \
-    }
-
-const FlagRow kParentFlags[] = {
-    TORVEL_COMMON_FLAGS,
-    {"maintainOffset", "mo", "", kCreate | kEdit},
-    {"skipTranslate", "st", "s", kCreate | kEdit, true},
-    {"skipRotate", "sr", "s", kCreate | kEdit, true},
-    {"createCache", "cc", "dd", kEdit},
-    {"deleteCache", "dc", "", kEdit},
-    {"decompRotationToChild", "dr", "", kCreate | kEdit},
-};
-const std::size_t kParentFlagCount = countOf(kParentFlags);
-
-const FlagRow kPointFlags[] = {TORVEL_COMMON_FLAGS, TORVEL_SKIP_AND_OFFSET("lll")};
-const std::size_t kPointFlagCount = countOf(kPointFlags);
-
-const FlagRow kOrientFlags[] = {
-    TORVEL_COMMON_FLAGS,
-    TORVEL_SKIP_AND_OFFSET("aaa"),
-    {"createCache", "cc", "dd", kEdit},
-    {"deleteCache", "dc", "", kEdit},
-};
-const std::size_t kOrientFlagCount = countOf(kOrientFlags);
-
-const FlagRow kScaleFlags[] = {
-    TORVEL_COMMON_FLAGS, TORVEL_SKIP_AND_OFFSET("ddd"), {"scaleCompensate", "sc", "b"}};
-const std::size_t kScaleFlagCount = countOf(kScaleFlags);
-
-const FlagRow kAimFlags[] = {
-    TORVEL_COMMON_FLAGS,         TORVEL_SKIP_AND_OFFSET("aaa"),  {"aimVector", "aim", "ddd"},
-    {"upVector", "u", "ddd"},    {"worldUpVector", "wu", "ddd"}, {"worldUpObject", "wuo", "s"},
-    {"worldUpType", "wut", "s"},
-};
-const std::size_t kAimFlagCount = countOf(kAimFlags);
-
-const FlagRow kPoleFlags[] = {TORVEL_COMMON_FLAGS};
-const std::size_t kPoleFlagCount = countOf(kPoleFlags);
-
-#undef TORVEL_COMMON_FLAGS
-#undef TORVEL_SKIP_AND_OFFSET
-
 namespace {
+
+// --- the commands, a row each ---
+
+template <std::size_t N>
+using Flags = std::array<FlagRow, N>;
+
+template <std::size_t N, std::size_t M>
+constexpr Flags<N + M> operator+(const Flags<N>& first, const Flags<M>& second) {
+    Flags<N + M> out{};
+    for (std::size_t i = 0; i < N + M; ++i)
+        out[i] = i < N ? first[i] : second[i - N];
+    return out;
+}
+
+constexpr Flags<6> kCommon = {{{"name", "n", "s"},
+                               {"weight", "w", "d"},
+                               {"remove", "rm", "", kEdit},
+                               {"targetList", "tl", "", kQuery},
+                               {"weightAliasList", "wal", "", kQuery},
+                               {"layer", "l", "s", kCreate | kEdit}}};
+constexpr Flags<1> kKeepsPlace = {{{"maintainOffset", "mo", "", kCreate | kEdit}}};
+constexpr Flags<2> kCaches = {
+    {{"createCache", "cc", "dd", kEdit}, {"deleteCache", "dc", "", kEdit}}};
+
+constexpr Flags<3> skipAndOffset(const char* letters) {
+    return kKeepsPlace +
+           Flags<2>{{{"skip", "sk", "s", kCreate | kEdit, true}, {"offset", "o", letters}}};
+}
+
+constexpr auto kParentFlags = kCommon + kKeepsPlace +
+                              Flags<2>{{{"skipTranslate", "st", "s", kCreate | kEdit, true},
+                                        {"skipRotate", "sr", "s", kCreate | kEdit, true}}} +
+                              kCaches +
+                              Flags<1>{{{"decompRotationToChild", "dr", "", kCreate | kEdit}}};
+constexpr auto kPointFlags = kCommon + skipAndOffset("lll");
+constexpr auto kOrientFlags = kCommon + skipAndOffset("aaa") + kCaches;
+constexpr auto kScaleFlags =
+    kCommon + skipAndOffset("ddd") + Flags<1>{{{"scaleCompensate", "sc", "b"}}};
+constexpr auto kAimFlags = kCommon + skipAndOffset("aaa") +
+                           Flags<5>{{{"aimVector", "aim", "ddd"},
+                                     {"upVector", "u", "ddd"},
+                                     {"worldUpVector", "wu", "ddd"},
+                                     {"worldUpObject", "wuo", "s"},
+                                     {"worldUpType", "wut", "s"}}};
+
+template <std::size_t N>
+constexpr Command row(const char* name, const Flags<N>& flags, const char* help) {
+    return {name, flags.data(), N, constrain, help};
+}
+
+const Command kConstraintCommands[] = {
+    row("parentConstraint", kParentFlags, "Lets objects carry another one."),
+    row("pointConstraint", kPointFlags, "Lets objects place another one."),
+    row("orientConstraint", kOrientFlags, "Lets objects turn another one."),
+    row("scaleConstraint", kScaleFlags, "Lets objects scale another one."),
+    row("aimConstraint", kAimFlags, "Keeps an object pointing at others."),
+    row("poleVectorConstraint", kCommon, "Lets objects hold an IK handle's pole."),
+};
+
+// --- flags that set attributes ---
 
 constexpr const char* kUpTypes[] = {"scene", "object", "objectrotation", "vector", "none"};
 constexpr const char* kVectors[] = {"offset", "aimVector", "upVector", "worldUpVector"};
@@ -120,6 +134,10 @@ void setDecomposition(const CommandCall& call, NodeHandle constraint) {
 }
 
 }  // namespace
+
+CommandTable constraintCommands() {
+    return {kConstraintCommands, std::size(kConstraintCommands)};
+}
 
 Status refuseUncovered(const CommandCall& call) {
     for (const char* flag : {"createCache", "deleteCache", "layer"})

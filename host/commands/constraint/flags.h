@@ -2,22 +2,12 @@
 
 #include "script/command.h"
 
-/// The flags of the constraint commands, and those among them that set attributes of the
+/// The constraint commands with their flags, and those flags that set attributes of the
 /// constraint.
 namespace torvel {
 
-extern const FlagRow kParentFlags[];
-extern const std::size_t kParentFlagCount;
-extern const FlagRow kPointFlags[];
-extern const std::size_t kPointFlagCount;
-extern const FlagRow kOrientFlags[];
-extern const std::size_t kOrientFlagCount;
-extern const FlagRow kScaleFlags[];
-extern const std::size_t kScaleFlagCount;
-extern const FlagRow kAimFlags[];
-extern const std::size_t kAimFlagCount;
-extern const FlagRow kPoleFlags[];
-extern const std::size_t kPoleFlagCount;
+/// What all constraint commands do; the kind is that of the call's name.
+Status constrain(const CommandCall& call, Value& result);
 
 /// Failure that names the flag for what the host does not do: caches and animation layers.
 Status refuseUncovered(const CommandCall& call);

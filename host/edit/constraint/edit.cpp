@@ -90,9 +90,8 @@ const char* restOf(std::string_view output) {
 
 void setRest(Scene& scene, const ConstraintKind& kind, NodeHandle object, NodeHandle constraint) {
     const Channels c = channelsOf(scene, object);
-    const bool pole = std::string_view(kind.type) == "poleVectorConstraint";
     setIfThere(scene, constraint, "restTranslate",
-               pole ? scene.vec3(scene.findPlug(object, "poleVector")) : c.translate);
+               kind.holdsPole ? scene.vec3(scene.findPlug(object, "poleVector")) : c.translate);
     setIfThere(scene, constraint, "restRotate", c.rotate);
     setIfThere(scene, constraint, "lastTargetRotate", c.rotate);
     setIfThere(scene, constraint, "restScale", c.scale);
@@ -178,7 +177,7 @@ Status makeConstraint(Scene& scene, const ConstraintKind& kind, NodeHandle objec
     setStates(scene, made);
     setRest(scene, kind, object, made);
     Status done = linkAll(scene, kind.objectLinks, object, made, -1);
-    if (done && std::string_view(kind.type) == "poleVectorConstraint")
+    if (done && kind.holdsPole)
         done = linkStartJoint(scene, object, made);
     return done;
 }
@@ -188,7 +187,7 @@ Status addConstraintTarget(Scene& scene, const ConstraintKind& kind, NodeHandle 
     const std::int32_t element = scene.nextAvailable(scene.findPlug(constraint, "target"));
     const V3d zero(0.0);
     ParentOffset offset{zero, zero};
-    if (keepPlace && std::string_view(kind.type) == "parentConstraint")
+    if (keepPlace && kind.offset == OffsetOf::Target)
         offset = parentOffset(scene, channelsOf(scene, constrainedObject(scene, constraint)),
                               constrainedObject(scene, constraint), target);
     if (Status done = linkAll(scene, kind.targetLinks, target, constraint, element); !done)
@@ -209,8 +208,8 @@ void storeRest(Scene& scene, const ConstraintKind& kind, NodeHandle constraint) 
 
 void maintainOffset(Scene& scene, const ConstraintKind& kind, NodeHandle constraint,
                     const Channels& present, const std::vector<ConstraintTarget>& targets) {
-    if (std::string_view(kind.type) != "parentConstraint") {
-        bakeOffset(scene, constraint, present);
+    if (kind.offset != OffsetOf::Target) {
+        bakeOffset(scene, kind, constraint, present);
         return;
     }
     for (const ConstraintTarget& target : targets) {

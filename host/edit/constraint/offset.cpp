@@ -54,13 +54,13 @@ ParentOffset parentOffset(const Scene& scene, const Channels& present, NodeHandl
             solveTurn(wanted, targetRotation(driver, above), present.rotateOrder, present.rotate)};
 }
 
-void bakeOffset(Scene& scene, NodeHandle constraint, const Channels& present) {
+void bakeOffset(Scene& scene, const ConstraintKind& kind, NodeHandle constraint,
+                const Channels& present) {
     const Plug offset = scene.findPlug(constraint, "offset");
-    if (scene.isType(constraint, "pointConstraint") ||
-        scene.isType(constraint, "poleVectorConstraint")) {
+    if (kind.offset == OffsetOf::Translate) {
         scene.setVec3(
             offset, present.translate - bareOutput(scene, constraint, "constraintTranslate", 0.0));
-    } else if (scene.isType(constraint, "scaleConstraint")) {
+    } else if (kind.offset == OffsetOf::Scale) {
         const V3d bare = bareOutput(scene, constraint, "constraintScale", 1.0);
         V3d factor(1.0);
         for (int i = 0; i < 3; ++i)

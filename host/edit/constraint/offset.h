@@ -1,5 +1,6 @@
 #pragma once
 
+#include "edit/constraint/kinds.h"
 #include "nodes/transform/transform.h"
 
 /// Offsets that keep a constrained object where it is.
@@ -15,8 +16,9 @@ struct ParentOffset {
 ParentOffset parentOffset(const Scene& scene, const Channels& present, NodeHandle object,
                           NodeHandle target);
 
-/// Sets `offset` of a point, orient, aim, scale or pole vector constraint so that it puts out what
-/// `present` says. Axes of scale that come out as 0 keep the offset 1.
-void bakeOffset(Scene& scene, NodeHandle constraint, const Channels& present);
+/// Sets `offset` of a constraint that has one for the whole (any but OffsetOf::Target) so that it
+/// puts out what `present` says. Axes of scale that come out as 0 keep the offset 1.
+void bakeOffset(Scene& scene, const ConstraintKind& kind, NodeHandle constraint,
+                const Channels& present);
 
 }  // namespace torvel
