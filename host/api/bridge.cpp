@@ -1,75 +1,17 @@
 #include "api/bridge.h"
 
+#include "nodes/core/fn_numbers.h"
+
 namespace torvel::api {
 
 namespace {
 
-struct TypeName {
-    MFn::Type type;
-    const char* name;
-};
-
-#define TORVEL_TYPE(name) \
-    { MFn::name, #name }
-
-const TypeName kTypeNames[] = {
-    TORVEL_TYPE(kInvalid),
-    TORVEL_TYPE(kBase),
-    TORVEL_TYPE(kNamedObject),
-    TORVEL_TYPE(kDependencyNode),
-    TORVEL_TYPE(kPlugin),
-    TORVEL_TYPE(kAddDoubleLinear),
-    TORVEL_TYPE(kAnimCurve),
-    TORVEL_TYPE(kCreate),
-    TORVEL_TYPE(kCircle),
-    TORVEL_TYPE(kTime),
-    TORVEL_TYPE(kUnitConversion),
-    TORVEL_TYPE(kDagNode),
-    TORVEL_TYPE(kWorld),
-    TORVEL_TYPE(kShape),
-    TORVEL_TYPE(kTransform),
-    TORVEL_TYPE(kAimConstraint),
-    TORVEL_TYPE(kIkEffector),
-    TORVEL_TYPE(kIkHandle),
-    TORVEL_TYPE(kJoint),
-    TORVEL_TYPE(kLocator),
-    TORVEL_TYPE(kCamera),
-    TORVEL_TYPE(kDisplayLayer),
-    TORVEL_TYPE(kReverse),
-    TORVEL_TYPE(kMultiplyDivide),
-    TORVEL_TYPE(kPlusMinusAverage),
-    TORVEL_TYPE(kCondition),
-    TORVEL_TYPE(kBlendColors),
-    TORVEL_TYPE(kAttribute),
-    TORVEL_TYPE(kUnknownDag),
-    TORVEL_TYPE(kUnknown),
-    TORVEL_TYPE(kDecomposeMatrix),
-    TORVEL_TYPE(kMultMatrix),
-    TORVEL_TYPE(kIkSolver),
-    TORVEL_TYPE(kDagPose),
-    TORVEL_TYPE(kOrientConstraint),
-    TORVEL_TYPE(kPointConstraint),
-    TORVEL_TYPE(kScaleConstraint),
-    TORVEL_TYPE(kParentConstraint),
-    TORVEL_TYPE(kPoleVectorConstraint),
-    TORVEL_TYPE(kNormalConstraint),
-    TORVEL_TYPE(kTangentConstraint),
-    TORVEL_TYPE(kGeometryConstraint),
-    TORVEL_TYPE(kNurbsCurve),
-    TORVEL_TYPE(kNurbsSurface),
-    TORVEL_TYPE(kMesh),
-    TORVEL_TYPE(kSet),
-    TORVEL_TYPE(kShadingEngine),
-    TORVEL_TYPE(kGeometryFilt),
-    TORVEL_TYPE(kGroupParts),
-    TORVEL_TYPE(kGroupId),
-    TORVEL_TYPE(kTweak),
-    TORVEL_TYPE(kPolyCreator),
-    TORVEL_TYPE(kSkinClusterFilter),
-    TORVEL_TYPE(kConstraint),
-};
-
-#undef TORVEL_TYPE
+// MFn and the table of the node types say the same; a number that only MFn has is found by the
+// switch of typeName().
+#define TORVEL_SAME(name, number) \
+    static_assert(MFn::name == (number), "MFn::" #name);
+TORVEL_FN_NUMBERS(TORVEL_SAME)
+#undef TORVEL_SAME
 
 }  // namespace
 
@@ -105,9 +47,10 @@ bool isIntermediate(const Node& node) {
 }
 
 const char* typeName(int apiType) {
-    for (const TypeName& row : kTypeNames)
-        if (row.type == apiType)
-            return row.name;
+#define TORVEL_NAME(name, number) \
+    case MFn::name: return #name;
+    switch (static_cast<MFn::Type>(apiType)) { TORVEL_FN_NUMBERS(TORVEL_NAME) }
+#undef TORVEL_NAME
     return "kInvalid";
 }
 
