@@ -19,23 +19,11 @@ bool differs(double a, double b, double tolerance) {
 
 }  // namespace
 
-Status ChannelPlan::planVector(const Scene& scene, NodeHandle node, AttrIndex compound,
-                               const V3d& wanted) {
-    for (int i = 0; i < 3; ++i) {
-        const Plug plug = scene.child(Plug(node, compound), i);
-        const bool locked = scene.isLocked(plug);
-        if (!differs(scene.number(plug), wanted[i], locked ? kLockTolerance : kChannelTolerance) ||
-            !scene.effectiveSource(plug).isNull())
-            continue;
-        if (locked)
-            return Status::failure("The attribute '" + scene.plugName(plug) +
-                                   "' is locked and cannot be changed.");
-        m_writes.push_back({plug, wanted[i]});
-    }
-    return Status::ok();
-}
-
-Status ChannelPlan::plan(const Scene& scene, NodeHandle node, const Channels& wanted) {
+std::vector<ChannelValue> changedChannels(const Scene& scene, NodeHandle node,
+                                          const Channels& wanted, double tolerance) {
+    std::vector<ChannelValue> out;
+    if (!isTransform(scene, node))
+        return out;
     const TransformAttrs& a = transformAttrs();
     struct Part {
         AttrIndex attr;
@@ -55,14 +43,29 @@ Status ChannelPlan::plan(const Scene& scene, NodeHandle node, const Channels& wa
         {jointAttrs().jointOrient, wanted.jointOrient, wanted.isJoint},
     };
     for (const Part& part : parts)
-        if (part.used)
-            if (Status done = planVector(scene, node, part.attr, part.value); !done)
-                return done;
+        for (int i = 0; part.used && i < 3; ++i) {
+            const Plug plug = scene.child(Plug(node, part.attr), i);
+            if (differs(scene.number(plug), part.value[i], tolerance))
+                out.push_back({plug, part.value[i]});
+        }
+    return out;
+}
+
+Status ChannelPlan::plan(const Scene& scene, NodeHandle node, const Channels& wanted) {
+    for (const ChannelValue& change : changedChannels(scene, node, wanted, kChannelTolerance)) {
+        if (!scene.effectiveSource(change.plug).isNull())
+            continue;
+        if (!scene.isLocked(change.plug))
+            m_writes.push_back(change);
+        else if (differs(scene.number(change.plug), change.value, kLockTolerance))
+            return Status::failure("The attribute '" + scene.plugName(change.plug) +
+                                   "' is locked and cannot be changed.");
+    }
     return Status::ok();
 }
 
 void ChannelPlan::apply(Scene& scene) const {
-    for (const Write& write : m_writes)
+    for (const ChannelValue& write : m_writes)
         scene.setNumber(write.plug, write.value);
 }
 
@@ -82,12 +85,20 @@ bool isRotation(const M44d& m) {
     return nearlyEqual(m * m.transposed(), M44d(), kMatrixTolerance) && m.determinant() > 0.0;
 }
 
+// What a joint's own scale and rotations have to give: the compensation taken out.
+M44d uncompensated(const M44d& local, const V3d& inverseScale) {
+    M44d m = linearPart(local);
+    for (int i = 0; i < 3; ++i)
+        for (int j = 0; j < 3; ++j)
+            m[i][j] *= inverseScale[j] != 0.0 ? inverseScale[j] : 1.0;
+    return m;
+}
+
 bool jointForLocal(Channels& channels, const M44d& local) {
     channels.translate = translationOf(local);
     const M44d unturned = scaleMatrix(channels.scale) * rotateAxisMatrix(channels) *
                           eulerMatrix(channels.rotate, channels.rotateOrder);
-    const M44d orient =
-        inverseOf(unturned) * linearPart(local) * scaleMatrix(channels.inverseScale);
+    const M44d orient = inverseOf(unturned) * uncompensated(local, channels.inverseScale);
     if (!isRotation(orient))
         return false;
     const V3d hint = channels.jointOrient;
@@ -105,8 +116,7 @@ bool channelsForLocal(Channels& channels, const M44d& local) {
 }
 
 void channelsForLocalByRotate(Channels& channels, const M44d& local) {
-    const M44d scaled =
-        channels.isJoint ? linearPart(local) * scaleMatrix(channels.inverseScale) : local;
+    const M44d scaled = channels.isJoint ? uncompensated(local, channels.inverseScale) : local;
     const V3d oldScale = channels.scale, oldRotate = channels.rotate;
     const MatrixParts parts = decompose(scaled, &oldScale);
     M44d rotation = inverseOf(rotateAxisMatrix(channels)) * parts.rotation;
@@ -115,7 +125,8 @@ void channelsForLocalByRotate(Channels& channels, const M44d& local) {
     else
         channels.shear = parts.shear;
     channels.scale = parts.scale;
-    channels.rotate = eulerFromMatrix(rotation, channels.rotateOrder, &oldRotate);
+    if (parts.regular)
+        channels.rotate = eulerFromMatrix(rotation, channels.rotateOrder, &oldRotate);
     placeOrigin(channels, local);
 }
 

@@ -9,23 +9,30 @@
 /// joints.
 namespace torvel {
 
+struct ChannelValue {
+    Plug plug;
+    double value;
+};
+
+/// The plugs of translate, rotate, scale, rotateAxis, pivots and shear (transforms) or joint orient
+/// (joints) whose value in `wanted` differs from the present one by more than `tolerance`, relative
+/// to the larger one above 1. In channel order, locked and driven ones included; none for a node
+/// that is no transform.
+std::vector<ChannelValue> changedChannels(const Scene& scene, NodeHandle node,
+                                          const Channels& wanted, double tolerance);
+
 /// Channels still to be written to one node. Nothing is changed before `apply`.
 class ChannelPlan {
   public:
-    /// Plans `wanted` for the channels of `node` that differ from it by more than 1e-9 (relative to
-    /// the larger one). Driven channels are left to their driver. Failure, naming the channel, when
-    /// a locked one would change.
+    /// Plans `wanted` for the channels of `node` that differ from it by more than 1e-13. Driven
+    /// channels are left to their driver. Failure, naming the channel, when a locked one would
+    /// change by more than 1e-9.
     Status plan(const Scene& scene, NodeHandle node, const Channels& wanted);
     void apply(Scene& scene) const;
     bool empty() const { return m_writes.empty(); }
 
   private:
-    struct Write {
-        Plug plug;
-        double value;
-    };
-    Status planVector(const Scene& scene, NodeHandle node, AttrIndex compound, const V3d& wanted);
-    std::vector<Write> m_writes;
+    std::vector<ChannelValue> m_writes;
 };
 
 /// Channels that give a transform or joint the local matrix `local`. Transforms: translate, rotate,
@@ -33,7 +40,7 @@ class ChannelPlan {
 /// rotateAxis and rotate kept. False when a joint cannot hold the matrix that way.
 bool channelsForLocal(Channels& channels, const M44d& local);
 /// The same with rotate (and scale for transforms and joints) taking the change; jointOrient is
-/// kept.
+/// kept, and so is rotate where an axis of `local` has no length.
 void channelsForLocalByRotate(Channels& channels, const M44d& local);
 
 /// Links parent.scale to child.inverseScale when both are joints and nothing feeds it yet.

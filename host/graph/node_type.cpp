@@ -2,24 +2,20 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cstdio>
+#include <cstdlib>
 #include <sstream>
+
+#include "graph/attr_layout.h"
 
 namespace torvel {
 namespace {
 
-int childCountOf(AttrType type) {
-    switch (type) {
-        case AttrType::Double2:
-        case AttrType::Float2:
-        case AttrType::Long2:
-        case AttrType::Short2: return 2;
-        case AttrType::Double3:
-        case AttrType::Float3:
-        case AttrType::Long3:
-        case AttrType::Short3: return 3;
-        case AttrType::Double4: return 4;
-        default: return 0;
-    }
+// The tables are part of the program: a fault in them ends it, in every build, before any scene is
+// read.
+[[noreturn]] void tableFault(const std::string& what) {
+    std::fprintf(stderr, "Node type table: %s\n", what.c_str());
+    std::abort();
 }
 
 AttrType naturalChild(const AttrRow& row) {
@@ -67,7 +63,7 @@ AttrInfo infoOfRow(const AttrRow& row) {
 }
 
 // "translate" + X: long names take the upper-case letter, short ones the lower-case letter.
-AttrInfo childInfo(const AttrRow& row, int number) {
+AttrInfo childInfo(const AttrRow& row, std::size_t number) {
     const char letter = row.childSuffixes[number];
     AttrInfo info;
     info.longName = std::string(row.longName) + letter;
@@ -87,7 +83,7 @@ class TypeBuilder {
         const AttrIndex index =
             layOutAttribute(m_type.attrs, m_type.slotCount, infoOfRow(row), parent);
         enter(index);
-        for (int i = 0; i < childCountOf(row.type) && row.childSuffixes[0]; ++i)
+        for (std::size_t i = 0; i < ownChildren(row); ++i)
             enter(layOutAttribute(m_type.attrs, m_type.slotCount, childInfo(row, i), index));
     }
 
@@ -102,8 +98,9 @@ class TypeBuilder {
   private:
     AttrIndex find(const std::string& name) const {
         const auto it = m_type.byName.find(name);
-        assert(it != m_type.byName.end() &&
-               "an attribute row names an attribute that does not exist");
+        if (it == m_type.byName.end())
+            tableFault("a row of '" + m_type.name + "' names the attribute '" + name +
+                       "', which does not exist.");
         return it->second;
     }
 
@@ -190,8 +187,11 @@ void TypeRegistry::add(const NodeTypeRow* const* rows, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         const NodeTypeRow& row = *rows[i];
         const NodeType* base = row.base[0] ? find(row.base) : nullptr;
-        assert((base || !row.base[0]) && "base type missing or after its derived type");
-        assert(!find(row.name) && "node type name taken twice");
+        if (!base && row.base[0])
+            tableFault(std::string("'") + row.name + "' stands before its base '" + row.base +
+                       "' or without it.");
+        if (find(row.name))
+            tableFault(std::string("'") + row.name + "' stands in two rows.");
         m_types.push_back(makeType(row, base));
         m_byName[row.name] = m_types.back().get();
     }

@@ -2,82 +2,65 @@
 
 #include <vector>
 
-#include "nodes/core/default_nodes.h"
-#include "nodes/shape/mesh_types.h"
-#include "nodes/core/node_types.h"
-#include "nodes/deform/skin_types.h"
-#include "nodes/utility/types.h"
+#include "nodes/core/rows.h"
+
+// Every family of node types, one line each, bases before derived types. A family is the function
+// of one source file that hands out its rows: the line declares and lists it. Listings of derived
+// types show the types in this order.
+// clang-format off
+#define TORVEL_NODE_FAMILIES(family) \
+    family(baseTypes) \
+    family(transformTypes) \
+    family(unknownTypes) \
+    family(viewShapeTypes) \
+    family(curveShapeTypes) \
+    family(circleTypes) \
+    family(ikTypes) \
+    family(constraintTypes) \
+    family(poseTypes) \
+    family(timeTypes) \
+    family(animCurveTypes) \
+    family(meshTypes) \
+    family(polyTypes) \
+    family(filterTypes) \
+    family(skinTypes) \
+    family(defaultTypes) \
+    family(arithmeticTypes) \
+    family(rangeTypes) \
+    family(blendTypes) \
+    family(matrixTypes) \
+    family(blendShapeTypes) \
+    family(aimMatrixTypes)
+// clang-format on
 
 namespace torvel {
+
+#define TORVEL_DECLARE(name) TypeRows name();
+TORVEL_NODE_FAMILIES(TORVEL_DECLARE)
+#undef TORVEL_DECLARE
+
 namespace {
 
-// Bases before derived types, families together.
-const NodeTypeRow* const kNodeTypes[] = {&kDependNode,
-                                         &kEntity,
-                                         &kDagNodeType,
-                                         &kWorldType,
-                                         &kShapeBase,
-                                         &kGeometryShape,
-                                         &kDeformableShape,
-                                         &kTransformNode,
-                                         &kJointNode,
-                                         &kUnknownNode,
-                                         &kUnknownDagNode,
-                                         &kUnknownTransform,
-                                         &kLocatorShape,
-                                         &kCameraShape,
-                                         &kDistanceShape,
-                                         &kNurbsCurveShape,
-                                         &kMakeNurbCircle,
-                                         &kIkHandle,
-                                         &kIkEffector,
-                                         &kIkSolver,
-                                         &kIkRPsolver,
-                                         &kIkSCsolver,
-                                         &kIkSplineSolver,
-                                         &kIkSystem,
-                                         &kConstraintBase,
-                                         &kParentConstraint,
-                                         &kPointConstraint,
-                                         &kOrientConstraint,
-                                         &kAimConstraint,
-                                         &kScaleConstraint,
-                                         &kPoleVectorConstraint,
-                                         &kGeometryConstraint,
-                                         &kNormalConstraint,
-                                         &kTangentConstraint,
-                                         &kDagPose,
-                                         &kTimeNode,
-                                         &kUnitConversion,
-                                         &kAnimCurveBase,
-                                         &kAnimCurveTL,
-                                         &kAnimCurveTA,
-                                         &kAnimCurveTU,
-                                         &kAnimCurveTT,
-                                         &kAnimCurveUL,
-                                         &kAnimCurveUA,
-                                         &kAnimCurveUU,
-                                         &kAnimCurveUT};
+#define TORVEL_LIST(name) &name,
+TypeRows (*const kFamilies[])() = {TORVEL_NODE_FAMILIES(TORVEL_LIST)};
+#undef TORVEL_LIST
+
+const TypeRegistry* filledRegistry() {
+    std::vector<const NodeTypeRow*> rows;
+    for (TypeRows (*const family)() : kFamilies) {
+        const TypeRows own = family();
+        for (std::size_t i = 0; i < own.count; ++i)
+            rows.push_back(own.rows + i);
+    }
+    auto* registry = new TypeRegistry;  // lives as long as the process: scenes point into it
+    registry->add(rows.data(), rows.size());
+    return registry;
+}
 
 }  // namespace
 
-void registerNodeTypes(TypeRegistry& registry) {
-    registry.add(kNodeTypes, sizeof kNodeTypes / sizeof *kNodeTypes);
-    registry.add(kMeshTypes, kMeshTypeCount);
-    registry.add(kSkinTypes, kSkinTypeCount);
-    registry.add(kDefaultNodeTypes, kDefaultNodeTypeCount);
-    for (const TypeRows& family :
-         {arithmeticTypes(), rangeTypes(), blendTypes(), matrixTypes(), blendShapeTypes()})
-        registry.add(family.rows, family.count);
-}
-
 const TypeRegistry& nodeTypes() {
-    static const TypeRegistry* const registry = [] {
-        auto* filled = new TypeRegistry;  // lives as long as the process: scenes of every lifetime
-                                          // point into it
-        registerNodeTypes(*filled);
-        return filled;
-    }();
+    static const TypeRegistry* const registry = filledRegistry();
     return *registry;
 }
 

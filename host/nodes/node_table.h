@@ -4,10 +4,9 @@
 
 namespace torvel {
 
-/// Enters every node type of the host, bases before derived types.
-void registerNodeTypes(TypeRegistry& registry);
-
-/// The registry of the process, filled on first use. All scenes share it.
+/// All node types of the host, filled on first use; all scenes share them. A fault in the tables
+/// (an unknown base, a name taken twice, an attribute that does not exist) ends the program with a
+/// line that names it.
 const TypeRegistry& nodeTypes();
 
 }  // namespace torvel

@@ -130,11 +130,6 @@ NodeHandle anyCurveOf(const Scene& scene, const Plug& plug) {
     return !source.isNull() && scene.isType(source.node, "animCurve") ? source.node : NodeHandle();
 }
 
-NodeHandle timeCurveOf(const Scene& scene, const Plug& plug) {
-    const NodeHandle curve = anyCurveOf(scene, plug);
-    return isTimeCurve(scene, curve) ? curve : NodeHandle();
-}
-
 Plug plugFedBy(const Scene& scene, NodeHandle curve) {
     const std::vector<Scene::Connection> fed = scene.outgoing(curve);
     for (const Scene::Connection& c : fed)

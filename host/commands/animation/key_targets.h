@@ -23,8 +23,6 @@ enum class KeyScope {
 /// have no such attribute are passed over.
 Status keyTargets(const CommandCall& call, KeyScope scope, std::vector<KeyTarget>& out);
 
-/// The animation curve over time that feeds exactly this plug; null when there is none.
-NodeHandle timeCurveOf(const Scene& scene, const Plug& plug);
 /// The curve (of any kind) that feeds the plug, directly or through one conversion; null when there
 /// is none.
 NodeHandle anyCurveOf(const Scene& scene, const Plug& plug);

@@ -4,9 +4,8 @@
 #include <map>
 #include <set>
 
-#include "edit/placing.h"
+#include "edit/world_placing.h"
 #include "nodes/deform/dag_pose.h"
-#include "nodes/transform/placement.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {
@@ -159,10 +158,12 @@ bool isAtPose(const Scene& scene, NodeHandle pose) {
 
 namespace {
 
+constexpr double kPoseTolerance = 1e-9;  // a channel that is this close stands in the pose
+
 struct PlannedMember {
     NodeHandle node;
     Channels channels;
-    ChannelValues values;
+    std::vector<ChannelValue> values;
 };
 
 Status unreachable(const Scene& scene, const Plug& plug) {
@@ -177,7 +178,8 @@ Status planMember(const Scene& scene, NodeHandle pose, const PoseMember& member,
     if (!xform)
         return Status::ok();  // held by its world matrix only: moves with its parent
     const Channels wanted = posedChannels(scene, member.node, *xform);
-    const ChannelValues values = changedChannels(scene, member.node, wanted);
+    const std::vector<ChannelValue> values =
+        changedChannels(scene, member.node, wanted, kPoseTolerance);
     for (const ChannelValue& value : values)
         if (scene.isLocked(value.plug) || !scene.effectiveSource(value.plug).isNull())
             return unreachable(scene, value.plug);
@@ -202,8 +204,8 @@ Status restorePose(Scene& scene, NodeHandle pose, bool global) {
         const Plug order = Plug(member.node, transformAttrs().rotateOrder);
         if (scene.number(order) != member.channels.rotateOrder)
             scene.setNumber(order, member.channels.rotateOrder);
-        if (const Status status = writeChannels(scene, member.values); !status)
-            return status;
+        for (const ChannelValue& value : member.values)
+            scene.setNumber(value.plug, value.value);
     }
     for (const PoseMember& member : members) {
         const auto held =
@@ -211,8 +213,12 @@ Status restorePose(Scene& scene, NodeHandle pose, bool global) {
         if (!global || !held || !isTopMember(scene, pose, member) ||
             nearlyEqual(held->matrix, worldMatrix(scene, member.node), 1e-9))
             continue;
-        if (const Status status = setWorldMatrix(scene, member.node, held->matrix); !status)
+        Channels channels = channelsOf(scene, member.node);
+        setWorldMatrixChannels(scene, member.node, held->matrix, channels);
+        ChannelPlan placing;
+        if (const Status status = placing.plan(scene, member.node, channels); !status)
             return status;
+        placing.apply(scene);
     }
     return Status::ok();
 }

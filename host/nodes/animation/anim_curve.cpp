@@ -8,10 +8,8 @@
 #include "graph/evaluation.h"
 #include "graph/payload.h"
 #include "nodes/core/fn_numbers.h"
-#include "nodes/node_table.h"
-#include "nodes/core/node_types.h"
 #include "nodes/core/quick_node.h"
-#include "nodes/core/rows.h"
+#include "nodes/core/base_attrs.h"
 #include "nodes/animation/time_units.h"
 
 namespace torvel {
@@ -74,29 +72,36 @@ constexpr CurveRows kUA = rowsFor(AttrType::Double, AttrType::Angle);
 constexpr CurveRows kUU = rowsFor(AttrType::Double, AttrType::Double);
 constexpr CurveRows kUT = rowsFor(AttrType::Double, AttrType::Time);
 
+constexpr TypeAttrs kCurve("animCurve", kDependNode, kCommon);
+constexpr TypeAttrs kCurveTL("animCurveTL", kCurve, kTL.rows, kAffects);
+constexpr TypeAttrs kCurveTA("animCurveTA", kCurve, kTA.rows, kAffects);
+constexpr TypeAttrs kCurveTU("animCurveTU", kCurve, kTU.rows, kAffects);
+constexpr TypeAttrs kCurveTT("animCurveTT", kCurve, kTT.rows, kAffects);
+constexpr TypeAttrs kCurveUL("animCurveUL", kCurve, kUL.rows, kAffects);
+constexpr TypeAttrs kCurveUA("animCurveUA", kCurve, kUA.rows, kAffects);
+constexpr TypeAttrs kCurveUU("animCurveUU", kCurve, kUU.rows, kAffects);
+constexpr TypeAttrs kCurveUT("animCurveUT", kCurve, kUT.rows, kAffects);
+
 // Positions are the same in all eight types, since each adds the same rows after the common ones.
 struct CurveAttrs {
-    AttrIndex input, keys, time, value, output, inKind, outKind, inX, inY, outX, outY, tangentType,
-        cache, pre, post;
+    AttrIndex input = kCurveTL["input"], output = kCurveTL["output"], cache = kCurveTL["keyCache"];
+    AttrIndex keys = kCurveTL["keyTimeValue"], time = kCurveTL["keyTime"],
+              value = kCurveTL["keyValue"];
+    AttrIndex inKind = kCurveTL["keyTanInType"], inX = kCurveTL["keyTanInX"],
+              inY = kCurveTL["keyTanInY"];
+    AttrIndex outKind = kCurveTL["keyTanOutType"], outX = kCurveTL["keyTanOutX"],
+              outY = kCurveTL["keyTanOutY"];
+    AttrIndex tangentType = kCurveTL["tangentType"], pre = kCurveTL["preInfinity"],
+              post = kCurveTL["postInfinity"];
 };
-
-const CurveAttrs& curveAttrs() {
-    static const CurveAttrs attrs = [] {
-        const NodeType& type = *nodeTypes().find("animCurveTL");
-        const auto at = [&](const char* name) { return type.byName.at(name); };
-        return CurveAttrs{at("input"), at("ktv"), at("kt"),       at("kv"),  at("output"),
-                          at("kit"),   at("kot"), at("kix"),      at("kiy"), at("kox"),
-                          at("koy"),   at("tan"), at("keyCache"), at("pre"), at("pst")};
-    }();
-    return attrs;
-}
+constexpr CurveAttrs kAt{};
 
 bool isCurve(const Scene& scene, NodeHandle node) {
     return scene.isType(node, "animCurve");
 }
 
 bool runsOnTime(const Node& node) {
-    return node.type->attrs[curveAttrs().input].type == AttrType::Time;
+    return node.type->attrs[kAt.input].type == AttrType::Time;
 }
 
 bool sameValue(double a, double b) {
@@ -158,12 +163,11 @@ double unitsPerSlope(const Scene& scene, const Node& node) {
 }
 
 Plug timePlug(const Scene& scene) {
-    static const AttrIndex outTime = nodeTypes().find("time")->byName.at("outTime");
-    return {scene.timeNode(), outTime};
+    return {scene.timeNode(), timeAttr()};
 }
 
 void cacheKeys(Evaluation& e) {
-    const CurveAttrs& a = curveAttrs();
+    const CurveAttrs& a = kAt;
     auto shape = std::make_shared<CurveShape>(keysOf(e.scene(), e.handle()));
     shape->pre = static_cast<int>(e.number(a.pre));
     shape->post = static_cast<int>(e.number(a.post));
@@ -171,7 +175,7 @@ void cacheKeys(Evaluation& e) {
 }
 
 void evaluateCurve(Evaluation& e) {
-    const CurveAttrs& a = curveAttrs();
+    const CurveAttrs& a = kAt;
     if (e.output() == a.cache)
         return cacheKeys(e);
     if (e.output() != a.output)
@@ -185,24 +189,27 @@ void evaluateCurve(Evaluation& e) {
     QuickNode(e).set(a.output, shape ? shape->value(time) : 0.0);
 }
 
-template <std::size_t N>
-constexpr NodeTypeRow curveRow(const char* name, const AttrRow (&rows)[N]) {
-    return typeRow(name, "animCurve", fn::kAnimCurve, "kAnimCurve", rows, kAffects, 0,
-                   evaluateCurve);
+constexpr NodeTypeRow curveRow(const TypeAttrs& type) {
+    return typeRow(type, fn::kAnimCurve, "kAnimCurve", 0, evaluateCurve);
 }
+
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kCurve, fn::kAnimCurve, "kAnimCurve", kAbstractType),
+    curveRow(kCurveTL),
+    curveRow(kCurveTA),
+    curveRow(kCurveTU),
+    curveRow(kCurveTT),
+    curveRow(kCurveUL),
+    curveRow(kCurveUA),
+    curveRow(kCurveUU),
+    curveRow(kCurveUT),
+};
 
 }  // namespace
 
-const NodeTypeRow kAnimCurveBase =
-    typeRow("animCurve", "dependNode", fn::kAnimCurve, "kAnimCurve", kCommon, kAbstractType);
-const NodeTypeRow kAnimCurveTL = curveRow("animCurveTL", kTL.rows);
-const NodeTypeRow kAnimCurveTA = curveRow("animCurveTA", kTA.rows);
-const NodeTypeRow kAnimCurveTU = curveRow("animCurveTU", kTU.rows);
-const NodeTypeRow kAnimCurveTT = curveRow("animCurveTT", kTT.rows);
-const NodeTypeRow kAnimCurveUL = curveRow("animCurveUL", kUL.rows);
-const NodeTypeRow kAnimCurveUA = curveRow("animCurveUA", kUA.rows);
-const NodeTypeRow kAnimCurveUU = curveRow("animCurveUU", kUU.rows);
-const NodeTypeRow kAnimCurveUT = curveRow("animCurveUT", kUT.rows);
+TypeRows animCurveTypes() {
+    return family(kTypes);
+}
 
 CurveShape::CurveShape(std::vector<CurveKey> sortedKeys) : keys(std::move(sortedKeys)) {
     const std::vector<CurveKey> given = keys;
@@ -266,7 +273,7 @@ std::vector<CurveKey> keysOf(const Scene& scene, NodeHandle curve) {
     std::vector<CurveKey> keys;
     if (!isCurve(scene, curve))
         return keys;
-    const CurveAttrs& a = curveAttrs();
+    const CurveAttrs& a = kAt;
     const int common = static_cast<int>(scene.storedNumber(Plug(curve, a.tangentType)));
     const auto at = [&](AttrIndex attr, std::int32_t i) {
         return scene.storedNumber(Plug(curve, attr, i));
@@ -294,7 +301,7 @@ std::vector<CurveKey> keysOf(const Scene& scene, NodeHandle curve) {
 void setKeys(Scene& scene, NodeHandle curve, const std::vector<CurveKey>& keys) {
     if (!isCurve(scene, curve))
         return;
-    const CurveAttrs& a = curveAttrs();
+    const CurveAttrs& a = kAt;
     for (AttrIndex array : {a.keys, a.inKind, a.outKind, a.inX, a.inY, a.outX, a.outY})
         for (const std::int32_t i : scene.elementIndices(Plug(curve, array)))
             scene.removeElement(Plug(curve, array, i));
@@ -333,7 +340,7 @@ void dirtyTimeCurves(Scene& scene) {
     std::vector<Plug> inputs;
     scene.forEachNode([&](const Node& node) {
         if (node.type->evaluate == evaluateCurve && runsOnTime(node))
-            inputs.push_back(Plug(node.self, curveAttrs().input));
+            inputs.push_back(Plug(node.self, kAt.input));
     });
     for (const Plug& input : inputs)
         scene.setDirty(input);

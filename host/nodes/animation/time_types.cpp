@@ -5,10 +5,8 @@
 
 #include "nodes/core/quick_node.h"
 #include "nodes/core/fn_numbers.h"
-#include "nodes/node_table.h"
-#include "nodes/core/node_types.h"
-#include "nodes/core/rows.h"
 #include "base/number_text.h"
+#include "nodes/core/base_attrs.h"
 
 namespace torvel {
 namespace {
@@ -38,6 +36,8 @@ constexpr AttrRow kTimeAttrs[] = {
     setting("newOutTangent", 18.0),
 };
 
+constexpr TypeAttrs kTime("time", kDependNode, kTimeAttrs);
+
 // A conversion takes one number or three at once; the inner places of its two numbers serve the
 // second case.
 constexpr std::uint32_t kInner = kOpaque | kNotStored;
@@ -59,6 +59,8 @@ constexpr AttrRow kConversionAttrs[] = {
     inner("output", "output2", "o_2", kInnerOut),
 };
 
+constexpr TypeAttrs kUnitConversion("unitConversion", kDependNode, kConversionAttrs);
+
 bool isTime(const Scene& scene, const Plug& plug) {
     return !plug.isNull() && scene.info(plug).type == AttrType::Time;
 }
@@ -72,16 +74,24 @@ double tickScale(const Scene& scene, const Plug& source, const Plug& output) {
 }
 
 void convert(Evaluation& e) {
-    static const AttrPositions<3> at("unitConversion", {"input", "conversionFactor", "output"});
+    constexpr AttrIndex kInput = kUnitConversion["input"],
+                        kFactor = kUnitConversion["conversionFactor"],
+                        kResult = kUnitConversion["output"];
     QuickNode node(e);
-    const double factor = node.number(at[1]);
-    const Slot* slot = e.node().peek(at[0]);
+    const double factor = node.number(kFactor);
+    const Slot* slot = e.node().peek(kInput);
     const Plug source = slot && slot->links ? slot->links->source : Plug();
     if (!source.isNull() && isCompound(e.scene().info(source).type))
-        node.set(at[2], node.vec3(at[0]) * factor);
+        node.set(kResult, node.vec3(kInput) * factor);
     else
-        node.set(at[2], node.number(at[0]) * factor * tickScale(e.scene(), source, e.plug(at[2])));
+        node.set(kResult,
+                 node.number(kInput) * factor * tickScale(e.scene(), source, e.plug(kResult)));
 }
+
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kTime, fn::kTime, "kTime", kUniqueType),
+    typeRow(kUnitConversion, fn::kUnitConversion, "kUnitConversion", 0, convert),
+};
 
 struct RateName {
     const char* name;
@@ -105,10 +115,14 @@ std::string timeWord(const std::string& statement) {
 
 }  // namespace
 
-const NodeTypeRow kTimeNode =
-    typeRow("time", "dependNode", fn::kTime, "kTime", kTimeAttrs, kUniqueType);
-const NodeTypeRow kUnitConversion = typeRow("unitConversion", "dependNode", fn::kUnitConversion,
-                                            "kUnitConversion", kConversionAttrs, 0, convert);
+AttrIndex timeAttr() {
+    constexpr AttrIndex kOutTime = kTime["outTime"];
+    return kOutTime;
+}
+
+TypeRows timeTypes() {
+    return family(kTypes);
+}
 
 double rateOfUnit(const std::string& unit) {
     for (const RateName& rate : kRates)

@@ -41,7 +41,7 @@ M44d aimed(const ConstraintVisit& c, const AimFrame& frame, const V3d& direction
 }  // namespace
 
 void evaluateAimConstraint(Evaluation& evaluation) {
-    static const ConstraintAttrs attrs("aimConstraint");
+    const ConstraintAttrs& attrs = kAimAttrs;
     if (!concernsConstraint(evaluation, attrs) || evaluation.output() != attrs.outR)
         return;
     ConstraintVisit c(evaluation, attrs);

@@ -105,7 +105,7 @@ V3d carriedPoint(const ConstraintVisit& c, const InputPlace* e, const M44d& spun
 }  // namespace
 
 void evaluateParentConstraint(Evaluation& evaluation) {
-    static const ConstraintAttrs attrs("parentConstraint");
+    const ConstraintAttrs& attrs = kParentAttrs;
     if (!concernsConstraint(evaluation, attrs))
         return;
     ConstraintVisit c(evaluation, attrs);
@@ -133,7 +133,7 @@ void evaluateParentConstraint(Evaluation& evaluation) {
 }
 
 void evaluatePointConstraint(Evaluation& evaluation) {
-    static const ConstraintAttrs attrs("pointConstraint");
+    const ConstraintAttrs& attrs = kPointAttrs;
     if (!concernsConstraint(evaluation, attrs))
         return;
     ConstraintVisit c(evaluation, attrs);
@@ -144,7 +144,7 @@ void evaluatePointConstraint(Evaluation& evaluation) {
 }
 
 void evaluateOrientConstraint(Evaluation& evaluation) {
-    static const ConstraintAttrs attrs("orientConstraint");
+    const ConstraintAttrs& attrs = kOrientAttrs;
     if (!concernsConstraint(evaluation, attrs))
         return;
     ConstraintVisit c(evaluation, attrs);
@@ -168,7 +168,7 @@ void evaluateOrientConstraint(Evaluation& evaluation) {
 }
 
 void evaluateScaleConstraint(Evaluation& evaluation) {
-    static const ConstraintAttrs attrs("scaleConstraint");
+    const ConstraintAttrs& attrs = kScaleAttrs;
     if (!concernsConstraint(evaluation, attrs))
         return;
     ConstraintVisit c(evaluation, attrs);
@@ -190,7 +190,7 @@ void evaluateScaleConstraint(Evaluation& evaluation) {
 }
 
 void evaluatePoleVectorConstraint(Evaluation& evaluation) {
-    static const ConstraintAttrs attrs("poleVectorConstraint");
+    const ConstraintAttrs& attrs = kPoleVectorAttrs;
     if (!concernsConstraint(evaluation, attrs))
         return;
     ConstraintVisit c(evaluation, attrs);

@@ -3,14 +3,13 @@
 // connected children.
 #include "nodes/constraint/evaluate.h"
 #include "nodes/core/fn_numbers.h"
-#include "nodes/core/node_types.h"
 #include "nodes/transform/rotation.h"
-#include "nodes/core/rows.h"
+#include "nodes/transform/attrs.h"
+#include "nodes/constraint/visit.h"
 
 namespace torvel {
 namespace {
 
-constexpr std::uint32_t kComputed = kOutput | kNotStored;
 constexpr const char* kMoves = "constraintTranslate";
 constexpr const char* kTurns = "constraintRotate";
 constexpr const char* kMovesAndTurns = "constraintTranslate constraintRotate";
@@ -55,9 +54,11 @@ constexpr AttrRow inverseScale(const char* affects) {
     return vectorRow("inverseScale", "is", AttrType::Double, 1.0, 0, affects);
 }
 constexpr AttrRow kTranslateOut =
-    vectorRow("constraintTranslate", "ct", AttrType::Distance, 0.0, kComputed);
-constexpr AttrRow kRotateOut = vectorRow("constraintRotate", "cr", AttrType::Angle, 0.0, kComputed);
-constexpr AttrRow kScaleOut = vectorRow("constraintScale", "cs", AttrType::Double, 1.0, kComputed);
+    vectorRow("constraintTranslate", "ct", AttrType::Distance, 0.0, kComputedOutput);
+constexpr AttrRow kRotateOut =
+    vectorRow("constraintRotate", "cr", AttrType::Angle, 0.0, kComputedOutput);
+constexpr AttrRow kScaleOut =
+    vectorRow("constraintScale", "cs", AttrType::Double, 1.0, kComputedOutput);
 
 constexpr AttrRow axisPart(const char* parent, const char* longName, const char* shortName,
                            double value = 0.0) {
@@ -70,7 +71,7 @@ constexpr AttrRow kConstraintAttrs[] = {
 };
 
 // Each input reaches both outputs: they are computed together.
-constexpr AttrRow kParentAttrs[] = {
+constexpr AttrRow kParentRows[] = {
     targets(kMovesAndTurns),
     moveOf("targetTranslate", "tt"),
     moveOf("targetRotatePivot", "trp"),
@@ -101,7 +102,7 @@ constexpr AttrRow kParentAttrs[] = {
 };
 constexpr AffectRow kParentAffects[] = {{"enableRestPosition", kMovesAndTurns}};
 
-constexpr AttrRow kPointAttrs[] = {
+constexpr AttrRow kPointRows[] = {
     targets(kMoves),
     moveOf("targetTranslate", "tt"),
     moveOf("targetRotatePivot", "trp"),
@@ -118,7 +119,7 @@ constexpr AttrRow kPointAttrs[] = {
 };
 constexpr AffectRow kPointAffects[] = {{"enableRestPosition", kMoves}};
 
-constexpr AttrRow kOrientAttrs[] = {
+constexpr AttrRow kOrientRows[] = {
     targets(kTurns),
     turnOf("targetRotate", "tr"),
     orderOf("targetRotateOrder", "tro"),
@@ -139,7 +140,7 @@ constexpr AttrRow kOrientAttrs[] = {
 };
 constexpr AffectRow kTurnAffects[] = {{"enableRestPosition", kTurns}};
 
-constexpr AttrRow kScaleAttrs[] = {
+constexpr AttrRow kScaleRows[] = {
     targets(kScales),
     scaleOf("targetScale", "ts"),
     parentMatrixOf("targetParentMatrix", "tpm"),
@@ -152,7 +153,7 @@ constexpr AttrRow kScaleAttrs[] = {
 };
 constexpr AffectRow kScaleAffects[] = {{"enableRestPosition", kScales}};
 
-constexpr AttrRow kAimAttrs[] = {
+constexpr AttrRow kAimRows[] = {
     targets(kTurns),
     moveOf("targetTranslate", "tt"),
     moveOf("targetRotatePivot", "trp"),
@@ -219,39 +220,103 @@ constexpr AttrRow kNormalAttrs[] = {
     kRotateOut,
 };
 
-constexpr std::uint32_t kFlags = kConstraintType;
+constexpr TypeAttrs kConstraint("constraint", kTransform, kConstraintAttrs);
+constexpr TypeAttrs kParentConstraint("parentConstraint", kConstraint, kParentRows, kParentAffects);
+constexpr TypeAttrs kPointConstraint("pointConstraint", kConstraint, kPointRows, kPointAffects);
+constexpr TypeAttrs kOrientConstraint("orientConstraint", kConstraint, kOrientRows, kTurnAffects);
+constexpr TypeAttrs kAimConstraint("aimConstraint", kConstraint, kAimRows, kTurnAffects);
+constexpr TypeAttrs kScaleConstraint("scaleConstraint", kConstraint, kScaleRows, kScaleAffects);
+constexpr TypeAttrs kPoleVectorConstraint("poleVectorConstraint", kConstraint, kPoleAttrs,
+                                          kPointAffects);
+constexpr TypeAttrs kGeometryConstraint("geometryConstraint", kConstraint, kGeometryAttrs);
+constexpr TypeAttrs kNormalConstraint("normalConstraint", kConstraint, kNormalAttrs);
+constexpr TypeAttrs kTangentConstraint("tangentConstraint", kConstraint, kNormalAttrs);
+
+constexpr NodeTypeRow kind(const TypeAttrs& type, int fnNumber, const char* fnName,
+                           EvaluateFunction evaluate = nullptr) {
+    return typeRow(type, fnNumber, fnName, kConstraintType, evaluate);
+}
+
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kConstraint, fn::kConstraint, "kConstraint", kConstraintType | kAbstractType),
+    kind(kParentConstraint, fn::kParentConstraint, "kParentConstraint", evaluateParentConstraint),
+    kind(kPointConstraint, fn::kPointConstraint, "kPointConstraint", evaluatePointConstraint),
+    kind(kOrientConstraint, fn::kOrientConstraint, "kOrientConstraint", evaluateOrientConstraint),
+    kind(kAimConstraint, fn::kAimConstraint, "kAimConstraint", evaluateAimConstraint),
+    kind(kScaleConstraint, fn::kScaleConstraint, "kScaleConstraint", evaluateScaleConstraint),
+    kind(kPoleVectorConstraint, fn::kPoleVectorConstraint, "kPoleVectorConstraint",
+         evaluatePoleVectorConstraint),
+    kind(kGeometryConstraint, fn::kGeometryConstraint, "kGeometryConstraint"),
+    kind(kNormalConstraint, fn::kNormalConstraint, "kNormalConstraint"),
+    kind(kTangentConstraint, fn::kTangentConstraint, "kTangentConstraint"),
+};
+
+// kNoAttr for what only other kinds have; a name that none of them has is a fault.
+constexpr AttrIndex positionIfAny(const TypeAttrs& type, const char* name) {
+    const TypeAttrs* const kinds[] = {&kParentConstraint, &kPointConstraint,
+                                      &kOrientConstraint, &kAimConstraint,
+                                      &kScaleConstraint,  &kPoleVectorConstraint};
+    bool known = false;
+    for (const TypeAttrs* kind : kinds)
+        known = known || kind->find(name) != kNoAttr;
+    if (!known)
+        noSuchAttribute(type.type, name);
+    return type.find(name);
+}
+
+constexpr ConstraintAttrs positionsOf(const TypeAttrs& type) {
+    ConstraintAttrs at{};
+    at.target = positionIfAny(type, "target");
+    at.weight = positionIfAny(type, "targetWeight");
+    at.t = positionIfAny(type, "targetTranslate");
+    at.rp = positionIfAny(type, "targetRotatePivot");
+    at.rpt = positionIfAny(type, "targetRotateTranslate");
+    at.r = positionIfAny(type, "targetRotate");
+    at.ro = positionIfAny(type, "targetRotateOrder");
+    at.jo = positionIfAny(type, "targetJointOrient");
+    at.s = positionIfAny(type, "targetScale");
+    at.ssc = positionIfAny(type, "targetScaleCompensate");
+    at.is = positionIfAny(type, "targetInverseScale");
+    at.pm = positionIfAny(type, "targetParentMatrix");
+    at.tot = positionIfAny(type, "targetOffsetTranslate");
+    at.tor = positionIfAny(type, "targetOffsetRotate");
+    at.cro = positionIfAny(type, "constraintRotateOrder");
+    at.cpim = positionIfAny(type, "constraintParentInverseMatrix");
+    at.crp = positionIfAny(type, "constraintRotatePivot");
+    at.crt = positionIfAny(type, "constraintRotateTranslate");
+    at.cjo = positionIfAny(type, "constraintJointOrient");
+    at.offset = positionIfAny(type, "offset");
+    at.polarity = positionIfAny(type, "constraintOffsetPolarity");
+    at.erp = positionIfAny(type, "enableRestPosition");
+    at.interp = positionIfAny(type, "interpType");
+    at.last = positionIfAny(type, "lastTargetRotate");
+    at.restT = positionIfAny(type, "restTranslate");
+    at.restR = positionIfAny(type, "restRotate");
+    at.restS = positionIfAny(type, "restScale");
+    at.outT = positionIfAny(type, "constraintTranslate");
+    at.outR = positionIfAny(type, "constraintRotate");
+    at.outS = positionIfAny(type, "constraintScale");
+    at.compensate = positionIfAny(type, "constraintScaleCompensate");
+    at.pivotSpace = positionIfAny(type, "pivotSpace");
+    at.aim = positionIfAny(type, "aimVector");
+    at.up = positionIfAny(type, "upVector");
+    at.worldUp = positionIfAny(type, "worldUpVector");
+    at.upMatrix = positionIfAny(type, "worldUpMatrix");
+    at.upType = positionIfAny(type, "worldUpType");
+    return at;
+}
 
 }  // namespace
 
-const NodeTypeRow kConstraintBase =
-    typeRow("constraint", "transform", fn::kConstraint, "kConstraint", kConstraintAttrs,
-            kConstraintType | kAbstractType);
-const NodeTypeRow kParentConstraint =
-    typeRow("parentConstraint", "constraint", fn::kParentConstraint, "kParentConstraint",
-            kParentAttrs, kParentAffects, kFlags, evaluateParentConstraint);
-const NodeTypeRow kPointConstraint =
-    typeRow("pointConstraint", "constraint", fn::kPointConstraint, "kPointConstraint", kPointAttrs,
-            kPointAffects, kFlags, evaluatePointConstraint);
-const NodeTypeRow kOrientConstraint =
-    typeRow("orientConstraint", "constraint", fn::kOrientConstraint, "kOrientConstraint",
-            kOrientAttrs, kTurnAffects, kFlags, evaluateOrientConstraint);
-const NodeTypeRow kAimConstraint =
-    typeRow("aimConstraint", "constraint", fn::kAimConstraint, "kAimConstraint", kAimAttrs,
-            kTurnAffects, kFlags, evaluateAimConstraint);
-const NodeTypeRow kScaleConstraint =
-    typeRow("scaleConstraint", "constraint", fn::kScaleConstraint, "kScaleConstraint", kScaleAttrs,
-            kScaleAffects, kFlags, evaluateScaleConstraint);
-const NodeTypeRow kPoleVectorConstraint = typeRow(
-    "poleVectorConstraint", "constraint", fn::kPoleVectorConstraint, "kPoleVectorConstraint",
-    kPoleAttrs, kPointAffects, kFlags, evaluatePoleVectorConstraint);
-const NodeTypeRow kGeometryConstraint =
-    typeRow("geometryConstraint", "constraint", fn::kGeometryConstraint, "kGeometryConstraint",
-            kGeometryAttrs, kFlags);
-const NodeTypeRow kNormalConstraint =
-    typeRow("normalConstraint", "constraint", fn::kNormalConstraint, "kNormalConstraint",
-            kNormalAttrs, kFlags);
-const NodeTypeRow kTangentConstraint =
-    typeRow("tangentConstraint", "constraint", fn::kTangentConstraint, "kTangentConstraint",
-            kNormalAttrs, kFlags);
+constexpr ConstraintAttrs kParentAttrs = positionsOf(kParentConstraint);
+constexpr ConstraintAttrs kPointAttrs = positionsOf(kPointConstraint);
+constexpr ConstraintAttrs kOrientAttrs = positionsOf(kOrientConstraint);
+constexpr ConstraintAttrs kAimAttrs = positionsOf(kAimConstraint);
+constexpr ConstraintAttrs kScaleAttrs = positionsOf(kScaleConstraint);
+constexpr ConstraintAttrs kPoleVectorAttrs = positionsOf(kPoleVectorConstraint);
+
+TypeRows constraintTypes() {
+    return family(kTypes);
+}
 
 }  // namespace torvel

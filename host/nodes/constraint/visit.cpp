@@ -1,34 +1,9 @@
 #include "nodes/constraint/visit.h"
 
 #include "nodes/constraint/math.h"
-#include "nodes/node_table.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {
-
-ConstraintAttrs::ConstraintAttrs(const char* typeName) {
-    const NodeType& type = *nodeTypes().find(typeName);
-    const auto at = [&type](const char* name) {
-        const auto it = type.byName.find(name);
-        return it == type.byName.end() ? kNoAttr : it->second;
-    };
-    target = at("target"), weight = at("targetWeight");
-    t = at("targetTranslate"), rp = at("targetRotatePivot"), rpt = at("targetRotateTranslate");
-    r = at("targetRotate"), ro = at("targetRotateOrder"), jo = at("targetJointOrient");
-    s = at("targetScale"), ssc = at("targetScaleCompensate"), is = at("targetInverseScale");
-    pm = at("targetParentMatrix"), tot = at("targetOffsetTranslate"),
-    tor = at("targetOffsetRotate");
-    cro = at("constraintRotateOrder"), cpim = at("constraintParentInverseMatrix");
-    crp = at("constraintRotatePivot"), crt = at("constraintRotateTranslate");
-    cjo = at("constraintJointOrient"), offset = at("offset"),
-    polarity = at("constraintOffsetPolarity");
-    erp = at("enableRestPosition"), interp = at("interpType"), last = at("lastTargetRotate");
-    restT = at("restTranslate"), restR = at("restRotate"), restS = at("restScale");
-    outT = at("constraintTranslate"), outR = at("constraintRotate"), outS = at("constraintScale");
-    compensate = at("constraintScaleCompensate"), pivotSpace = at("pivotSpace");
-    aim = at("aimVector"), up = at("upVector"), worldUp = at("worldUpVector");
-    upMatrix = at("worldUpMatrix"), upType = at("worldUpType");
-}
 
 bool isZero(const V3d& v) {
     return v.x == 0.0 && v.y == 0.0 && v.z == 0.0;

@@ -10,12 +10,13 @@ namespace torvel {
 
 /// Attribute positions of one constraint type; those that it has not are kNoAttr.
 struct ConstraintAttrs {
-    explicit ConstraintAttrs(const char* typeName);
     AttrIndex target, weight, t, rp, rpt, r, ro, jo, s, ssc, is, pm, tot, tor;
     AttrIndex cro, cpim, crp, crt, cjo, offset, polarity, erp, interp, last, restT, restR, restS,
         outT, outR, outS;
     AttrIndex compensate, pivotSpace, aim, up, worldUp, upMatrix, upType;
 };
+extern const ConstraintAttrs kParentAttrs, kPointAttrs, kOrientAttrs, kAimAttrs, kScaleAttrs,
+    kPoleVectorAttrs;
 
 bool isZero(const V3d& v);
 bool isFinite(const V3d& v);

@@ -1,105 +1,50 @@
-#include "nodes/core/node_types.h"
+// The types that others derive from, and those that stand for what the host does not know.
+#include "nodes/core/base_attrs.h"
 #include "nodes/core/fn_numbers.h"
-#include "nodes/core/rows.h"
+#include "nodes/transform/attrs.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {
 namespace {
 
-constexpr std::uint32_t kComputed = kOutput | kNotStored;
+constexpr TypeAttrs kWorld("world", kDagNode);
 
-constexpr std::uint32_t kPerPath = kComputed | kArray | kPerInstance;
-
-constexpr AttrRow kDependNodeAttrs[] = {
-    attrRow("message", "msg", AttrType::Message, 0.0, kNotStored),
-    attrRow("caching", "cch", AttrType::Bool),
-    attrRow("frozen", "fzn", AttrType::Bool),
-    attrRow("isHistoricallyInteresting", "ihi", AttrType::Byte, 2.0),
-    enumRow("nodeState", "nds",
-            "Normal=0:HasNoEffect=1:Blocking=2:Waiting-Normal=3:Waiting-HasNoEffect=4:Waiting-"
-            "Blocking=5"),
-    attrRow("binMembership", "bnm", AttrType::String),
+constexpr NodeTypeRow kBaseTypes[] = {
+    typeRow(kDependNode, fn::kDependencyNode, "kDependencyNode", kAbstractType),
+    typeRow(kEntity, fn::kDependencyNode, "kDependencyNode", kAbstractType),
+    typeRow(kDagNode, fn::kDagNode, "kDagNode", kDagType | kAbstractType, evaluateDagNode),
+    typeRow(kWorld, fn::kWorld, "kWorld", kUniqueType),
+    typeRow(kShape, fn::kShape, "kShape", kShapeType | kAbstractType),
+    typeRow(kGeometryShape, fn::kShape, "kShape", kAbstractType),
+    typeRow(kDeformableShape, fn::kShape, "kShape", kAbstractType),
 };
 
-constexpr const char* kParentOutputs =
-    "parentMatrix parentInverseMatrix worldMatrix worldInverseMatrix";
+constexpr TypeAttrs kUnknown("unknown", kDependNode);
+constexpr TypeAttrs kUnknownDag("unknownDag", kShape);
+constexpr TypeAttrs kUnknownTransform("unknownTransform", kTransform);
 
-// The core itself ties these outputs to the parent's world matrix.
-constexpr AttrRow kDagNodeAttrs[] = {
-    attrRow("visibility", "v", AttrType::Bool, 1.0, kKeyable),
-    attrRow("intermediateObject", "io", AttrType::Bool),
-    attrRow("template", "tmp", AttrType::Bool),
-    attrRow("ghosting", "gh", AttrType::Bool),
-    attrRow("hiddenInOutliner", "hio", AttrType::Bool),
-    attrRow("useOutlinerColor", "uocol", AttrType::Bool),
-    compoundRow("outlinerColor", "oclr", AttrType::Float3),
-    under("outlinerColor", attrRow("outlinerColorR", "oclrr", AttrType::Float)),
-    under("outlinerColor", attrRow("outlinerColorG", "oclrg", AttrType::Float)),
-    under("outlinerColor", attrRow("outlinerColorB", "oclrb", AttrType::Float)),
-    enumRow("useObjectColor", "uoc", "Default:Index:RGB"),
-    within(attrRow("objectColor", "oc", AttrType::Short), 0.0, 7.0),
-    compoundRow("objectColorRGB", "obcc", AttrType::Float3),
-    under("objectColorRGB", attrRow("objectColorR", "obcr", AttrType::Float)),
-    under("objectColorRGB", attrRow("objectColorG", "obcg", AttrType::Float)),
-    under("objectColorRGB", attrRow("objectColorB", "obcb", AttrType::Float)),
-    compoundRow("wireColorRGB", "wfcc", AttrType::Float3),
-    under("wireColorRGB", attrRow("wireColorR", "wfcr", AttrType::Float)),
-    under("wireColorRGB", attrRow("wireColorG", "wfcg", AttrType::Float)),
-    under("wireColorRGB", attrRow("wireColorB", "wfcb", AttrType::Float)),
-    attrRow("selectionChildHighlighting", "sech", AttrType::Bool, 1.0),
-    attrRow("lodVisibility", "lodv", AttrType::Bool, 1.0),
-
-    compoundRow("drawOverride", "do"),
-    under("drawOverride", enumRow("overrideDisplayType", "ovdt", "Normal:Template:Reference")),
-    under("drawOverride", enumRow("overrideLevelOfDetail", "ovlod", "Full:Bounding Box")),
-    under("drawOverride", attrRow("overrideShading", "ovs", AttrType::Bool, 1.0)),
-    under("drawOverride", attrRow("overrideTexturing", "ovt", AttrType::Bool, 1.0)),
-    under("drawOverride", attrRow("overridePlayback", "ovp", AttrType::Bool, 1.0)),
-    under("drawOverride", attrRow("overrideEnabled", "ove", AttrType::Bool)),
-    under("drawOverride", attrRow("overrideVisibility", "ovv", AttrType::Bool, 1.0)),
-    under("drawOverride", attrRow("hideOnPlayback", "hpb", AttrType::Bool)),
-    under("drawOverride", attrRow("overrideRGBColors", "ovrgbf", AttrType::Bool)),
-    under("drawOverride", within(attrRow("overrideColor", "ovc", AttrType::Byte), 0.0, 31.0)),
-    under("drawOverride", compoundRow("overrideColorRGB", "ovrgb", AttrType::Float3)),
-    under("overrideColorRGB", attrRow("overrideColorR", "ovcr", AttrType::Float)),
-    under("overrideColorRGB", attrRow("overrideColorG", "ovcg", AttrType::Float)),
-    under("overrideColorRGB", attrRow("overrideColorB", "ovcb", AttrType::Float)),
-    under("drawOverride", attrRow("overrideColorA", "ovca", AttrType::Float, 1.0)),
-
-    compoundRow("instObjGroups", "iog", AttrType::Compound, kArray),
-    under("instObjGroups", compoundRow("objectGroups", "og", AttrType::Compound, kArray)),
-    under("objectGroups", attrRow("objectGrpCompList", "gcl", AttrType::ComponentList)),
-    under("objectGroups", attrRow("objectGroupId", "gid", AttrType::Long)),
-    under("objectGroups", attrRow("objectGrpColor", "gco", AttrType::Short)),
-
-    attrRow("matrix", "m", AttrType::Matrix, 0.0, kComputed),
-    attrRow("inverseMatrix", "im", AttrType::Matrix, 0.0, kComputed),
-    attrRow("worldMatrix", "wm", AttrType::Matrix, 0.0, kPerPath),
-    attrRow("worldInverseMatrix", "wim", AttrType::Matrix, 0.0, kPerPath),
-    attrRow("parentMatrix", "pm", AttrType::Matrix, 0.0, kPerPath),
-    attrRow("parentInverseMatrix", "pim", AttrType::Matrix, 0.0, kPerPath),
-    attrRow("offsetParentMatrix", "opm", AttrType::Matrix, 0.0, 0, kParentOutputs),
+constexpr NodeTypeRow kUnknownTypes[] = {
+    typeRow(kUnknown, fn::kUnknown, "kUnknown"),
+    typeRow(kUnknownDag, fn::kUnknownDag, "kUnknownDag"),
+    typeRow(kUnknownTransform, fn::kUnknownDag, "kUnknownDag"),
 };
 
 }  // namespace
 
-const NodeTypeRow kDependNode = typeRow("dependNode", "", fn::kDependencyNode, "kDependencyNode",
-                                        kDependNodeAttrs, kAbstractType);
-const NodeTypeRow kEntity =
-    typeRow("entity", "dependNode", fn::kDependencyNode, "kDependencyNode", kAbstractType);
-const NodeTypeRow kDagNodeType = typeRow("dagNode", "entity", fn::kDagNode, "kDagNode",
-                                         kDagNodeAttrs, kDagType | kAbstractType, evaluateDagNode);
-const NodeTypeRow kWorldType = typeRow("world", "dagNode", fn::kWorld, "kWorld", kUniqueType);
-const NodeTypeRow kShapeBase =
-    typeRow("shape", "dagNode", fn::kShape, "kShape", kShapeType | kAbstractType);
-const NodeTypeRow kGeometryShape =
-    typeRow("geometryShape", "shape", fn::kShape, "kShape", kAbstractType);
-const NodeTypeRow kDeformableShape =
-    typeRow("deformableShape", "geometryShape", fn::kShape, "kShape", kAbstractType);
+const DagAttrs& dagAttrs() {
+    static constexpr DagAttrs attrs{
+        kDagNode["visibility"],    kDagNode["intermediateObject"],  kDagNode["matrix"],
+        kDagNode["inverseMatrix"], kDagNode["worldMatrix"],         kDagNode["worldInverseMatrix"],
+        kDagNode["parentMatrix"],  kDagNode["parentInverseMatrix"], kDagNode["offsetParentMatrix"]};
+    return attrs;
+}
 
-const NodeTypeRow kUnknownNode = typeRow("unknown", "dependNode", fn::kUnknown, "kUnknown");
-const NodeTypeRow kUnknownDagNode = typeRow("unknownDag", "shape", fn::kUnknownDag, "kUnknownDag");
-const NodeTypeRow kUnknownTransform =
-    typeRow("unknownTransform", "transform", fn::kUnknownDag, "kUnknownDag");
+TypeRows baseTypes() {
+    return family(kBaseTypes);
+}
+
+TypeRows unknownTypes() {
+    return family(kUnknownTypes);
+}
 
 }  // namespace torvel

@@ -1,5 +1,6 @@
 #include "nodes/core/default_nodes.h"
 
+#include "nodes/core/base_attrs.h"
 #include "nodes/core/fn_numbers.h"
 
 namespace torvel {
@@ -43,33 +44,47 @@ constexpr AttrRow kMaterialAttrs[] = {
     attrRow("diffuse", "dc", AttrType::Float, 0.8),
 };
 
-constexpr NodeTypeRow only(const char* name) {
-    return typeRow(name, "dependNode", fn::kDependencyNode, "kDependencyNode", kUniqueType);
-}
-template <std::size_t N>
-constexpr NodeTypeRow plain(const char* name, const AttrRow (&attrs)[N],
-                            std::uint32_t flags = kUniqueType) {
-    return typeRow(name, "dependNode", fn::kDependencyNode, "kDependencyNode", attrs, flags);
+constexpr TypeAttrs kPartition("partition", kDependNode, kPartitionAttrs);
+constexpr TypeAttrs kShaderList("defaultShaderList", kDependNode, kShaderListAttrs);
+constexpr TypeAttrs kPostProcess("postProcessList", kDependNode, kPostProcessAttrs);
+constexpr TypeAttrs kUtilityList("defaultRenderUtilityList", kDependNode, kUtilityAttrs);
+constexpr TypeAttrs kTextureList("defaultTextureList", kDependNode, kTextureListAttrs);
+constexpr TypeAttrs kRenderingList("defaultRenderingList", kDependNode, kRenderingListAttrs);
+constexpr TypeAttrs kLightList("lightList", kDependNode, kLightListAttrs);
+constexpr TypeAttrs kGlobalsList("renderGlobalsList", kDependNode);
+constexpr TypeAttrs kRenderGlobals("renderGlobals", kDependNode);
+constexpr TypeAttrs kRenderQuality("renderQuality", kDependNode);
+constexpr TypeAttrs kResolution("resolution", kDependNode);
+constexpr TypeAttrs kHardwareGlobals("hwRenderGlobals", kDependNode);
+constexpr TypeAttrs kHardwareGlobals2("hardwareRenderGlobals", kDependNode);
+constexpr TypeAttrs kHardwareGlobals3("hardwareRenderingGlobals", kDependNode);
+constexpr TypeAttrs kColorGlobals("colorManagementGlobals", kDependNode);
+constexpr TypeAttrs kLambert("lambert", kDependNode, kMaterialAttrs);
+constexpr TypeAttrs kStandardSurface("standardSurface", kDependNode);
+
+constexpr NodeTypeRow plain(const TypeAttrs& type, std::uint32_t flags = 0) {
+    return typeRow(type, fn::kDependencyNode, "kDependencyNode", flags);
 }
 
-constexpr NodeTypeRow kPartition = plain("partition", kPartitionAttrs, 0);
-constexpr NodeTypeRow kShaderList = plain("defaultShaderList", kShaderListAttrs);
-constexpr NodeTypeRow kPostProcess = plain("postProcessList", kPostProcessAttrs);
-constexpr NodeTypeRow kUtilityList = plain("defaultRenderUtilityList", kUtilityAttrs);
-constexpr NodeTypeRow kTextureList = plain("defaultTextureList", kTextureListAttrs);
-constexpr NodeTypeRow kRenderingList = plain("defaultRenderingList", kRenderingListAttrs);
-constexpr NodeTypeRow kLightList = plain("lightList", kLightListAttrs);
-constexpr NodeTypeRow kGlobalsList = only("renderGlobalsList");
-constexpr NodeTypeRow kRenderGlobals = only("renderGlobals");
-constexpr NodeTypeRow kRenderQuality = only("renderQuality");
-constexpr NodeTypeRow kResolution = only("resolution");
-constexpr NodeTypeRow kHardwareGlobals = only("hwRenderGlobals");
-constexpr NodeTypeRow kHardwareGlobals2 = only("hardwareRenderGlobals");
-constexpr NodeTypeRow kHardwareGlobals3 = only("hardwareRenderingGlobals");
-constexpr NodeTypeRow kColorGlobals = only("colorManagementGlobals");
-constexpr NodeTypeRow kLambert = plain("lambert", kMaterialAttrs, 0);
-constexpr NodeTypeRow kStandardSurface =
-    typeRow("standardSurface", "dependNode", fn::kDependencyNode, "kStandardSurface");
+constexpr NodeTypeRow kTypes[] = {
+    plain(kPartition),
+    plain(kShaderList, kUniqueType),
+    plain(kPostProcess, kUniqueType),
+    plain(kUtilityList, kUniqueType),
+    plain(kTextureList, kUniqueType),
+    plain(kRenderingList, kUniqueType),
+    plain(kLightList, kUniqueType),
+    plain(kGlobalsList, kUniqueType),
+    plain(kRenderGlobals, kUniqueType),
+    plain(kRenderQuality, kUniqueType),
+    plain(kResolution, kUniqueType),
+    plain(kHardwareGlobals, kUniqueType),
+    plain(kHardwareGlobals2, kUniqueType),
+    plain(kHardwareGlobals3, kUniqueType),
+    plain(kColorGlobals, kUniqueType),
+    plain(kLambert),
+    typeRow(kStandardSurface, fn::kDependencyNode, "kStandardSurface"),
+};
 
 struct DefaultNode {
     const char* type;
@@ -105,12 +120,9 @@ const DefaultNode kDefaultNodes[] = {
 
 }  // namespace
 
-const NodeTypeRow* const kDefaultNodeTypes[] = {
-    &kPartition,     &kShaderList,      &kPostProcess,      &kUtilityList,      &kTextureList,
-    &kRenderingList, &kLightList,       &kGlobalsList,      &kRenderGlobals,    &kRenderQuality,
-    &kResolution,    &kHardwareGlobals, &kHardwareGlobals2, &kHardwareGlobals3, &kColorGlobals,
-    &kLambert,       &kStandardSurface};
-const std::size_t kDefaultNodeTypeCount = sizeof kDefaultNodeTypes / sizeof *kDefaultNodeTypes;
+TypeRows defaultTypes() {
+    return family(kTypes);
+}
 
 void createDefaultNodes(Scene& scene) {
     const bool modified = scene.modified;

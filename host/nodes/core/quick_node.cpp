@@ -4,7 +4,6 @@
 
 #include "graph/evaluator.h"
 #include "graph/payload.h"
-#include "nodes/node_table.h"
 
 namespace torvel {
 namespace {
@@ -18,10 +17,6 @@ inline double storedIn(const Slot* slot, const AttrInfo& info) {
 }
 
 }  // namespace
-
-AttrIndex positionOf(const char* typeName, const char* attrName) {
-    return nodeTypes().find(typeName)->byName.at(attrName);
-}
 
 QuickNode::QuickNode(Evaluation& evaluation)
     : m_evaluation(evaluation), m_scene(evaluation.scene()), m_node(evaluation.node()) {}
@@ -159,12 +154,6 @@ double QuickNode::element(AttrIndex array, std::size_t position, AttrIndex leaf)
             return m_evaluation.number(m_evaluation.plug(leaf, elements.logical[position]));
     }
     return storedIn(&slot, info);
-}
-
-V3d QuickNode::elementVec3(AttrIndex array, std::size_t position, AttrIndex compound) const {
-    const std::vector<AttrIndex>& children = m_node.attr(compound).children;
-    return {element(array, position, children[0]), element(array, position, children[1]),
-            element(array, position, children[2])};
 }
 
 const M44d& QuickNode::elementMatrix(AttrIndex array, std::size_t position, AttrIndex leaf) const {

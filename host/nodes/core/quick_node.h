@@ -6,23 +6,6 @@
 /// their hundreds on the way of every joint, so a visit must cost next to nothing.
 namespace torvel {
 
-/// Positions of named attributes of one node type, looked up once.
-template <std::size_t N>
-struct AttrPositions {
-    AttrIndex at[N];
-
-    AttrPositions(const char* typeName, const char* const (&names)[N]);
-    AttrIndex operator[](std::size_t i) const { return at[i]; }
-};
-
-AttrIndex positionOf(const char* typeName, const char* attrName);  ///< both must exist
-
-template <std::size_t N>
-AttrPositions<N>::AttrPositions(const char* typeName, const char* const (&names)[N]) {
-    for (std::size_t i = 0; i < N; ++i)
-        at[i] = positionOf(typeName, names[i]);
-}
-
 /// The node an evaluate function works on. Inputs are up to date; numbers come in internal units.
 class QuickNode {
   public:
@@ -43,7 +26,6 @@ class QuickNode {
     std::int32_t logicalAt(AttrIndex array, std::size_t position) const;
     /// `leaf`: the array attribute itself, or a number below it with no further array between.
     double element(AttrIndex array, std::size_t position, AttrIndex leaf) const;
-    V3d elementVec3(AttrIndex array, std::size_t position, AttrIndex compound) const;
     const M44d& elementMatrix(AttrIndex array, std::size_t position, AttrIndex leaf) const;
     /// A number of the element with this index; `fallback` when there is none.
     double elementOr(AttrIndex array, std::int32_t logical, AttrIndex leaf, double fallback) const;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "graph/attr_layout.h"
 #include "graph/node_type.h"
 
 /// Short spellings for the rows of node type tables. All of them are constant expressions, so that
@@ -58,30 +59,87 @@ constexpr AttrRow under(const char* parent, AttrRow row) {
     return row;
 }
 
+/// Ends the program with the names of both. No constant expression: where a position is asked for
+/// while the tables are compiled, the compiler stops here and shows the names.
+[[noreturn]] void noSuchAttribute(const char* type, const char* attr);
+
+/// A type's name and its attributes, those of the bases first. Both the type's row and all code
+/// that works on its nodes go by it, so that a position is always that of the row:
+///     constexpr AttrRow kClampAttrs[] = {...};
+///     constexpr TypeAttrs kClamp("clamp", kDependNode, kClampAttrs);
+///     constexpr AttrIndex kOutput = kClamp["output"];
+struct TypeAttrs {
+    const char* type;
+    const TypeAttrs* base;  ///< null for the root type
+    const AttrRow* rows = nullptr;
+    std::size_t rowCount = 0;
+    const AffectRow* affects = nullptr;
+    std::size_t affectCount = 0;
+    AttrIndex first = 0;  ///< position of the first row: attributes of all bases
+
+    constexpr TypeAttrs(const char* name, const TypeAttrs& baseType)
+        : type(name), base(&baseType), first(baseType.count()) {}
+    template <std::size_t N>
+    constexpr TypeAttrs(const char* name, const TypeAttrs& baseType, const AttrRow (&own)[N])
+        : type(name), base(&baseType), rows(own), rowCount(N), first(baseType.count()) {}
+    template <std::size_t N, std::size_t M>
+    constexpr TypeAttrs(const char* name, const TypeAttrs& baseType, const AttrRow (&own)[N],
+                        const AffectRow (&ownAffects)[M])
+        : type(name),
+          base(&baseType),
+          rows(own),
+          rowCount(N),
+          affects(ownAffects),
+          affectCount(M),
+          first(baseType.count()) {}
+    /// The root type.
+    template <std::size_t N>
+    constexpr TypeAttrs(const char* name, const AttrRow (&own)[N])
+        : type(name), base(nullptr), rows(own), rowCount(N) {}
+
+    /// Attributes of the type and its bases.
+    constexpr AttrIndex count() const { return first + attrCountOf(rows, rowCount); }
+    /// Position by long name, own and inherited attributes alike; kNoAttr when there is none.
+    /// Children made by themselves have no name here: they follow their compound.
+    constexpr AttrIndex find(const char* longName) const {
+        for (const TypeAttrs* at = this; at; at = at->base)
+            if (const AttrIndex own = positionIn(at->rows, at->rowCount, longName); own != kNoAttr)
+                return at->first + own;
+        return kNoAttr;
+    }
+    /// The same of an attribute that must exist.
+    constexpr AttrIndex operator[](const char* longName) const {
+        const AttrIndex found = find(longName);
+        if (found == kNoAttr)
+            noSuchAttribute(type, longName);
+        return found;
+    }
+};
+
 using EvaluateFunction = void (*)(Evaluation&);
 using CreatedFunction = void (*)(Scene&, Node&);
 
-constexpr NodeTypeRow typeRow(const char* name, const char* base, int apiType,
-                              const char* apiTypeName, std::uint32_t flags = 0,
-                              EvaluateFunction evaluate = nullptr) {
-    return {name, base, apiType, apiTypeName, nullptr, 0, nullptr, 0, evaluate, flags, nullptr};
-}
-
-template <std::size_t N>
-constexpr NodeTypeRow typeRow(const char* name, const char* base, int apiType,
-                              const char* apiTypeName, const AttrRow (&attrs)[N],
+/// A node type: what it is called, what it has and what it does.
+constexpr NodeTypeRow typeRow(const TypeAttrs& attrs, int apiType, const char* apiTypeName,
                               std::uint32_t flags = 0, EvaluateFunction evaluate = nullptr,
                               CreatedFunction created = nullptr) {
-    return {name, base, apiType, apiTypeName, attrs, N, nullptr, 0, evaluate, flags, created};
+    return {attrs.type,    attrs.base ? attrs.base->type : "",
+            apiType,       apiTypeName,
+            attrs.rows,    attrs.rowCount,
+            attrs.affects, attrs.affectCount,
+            evaluate,      flags,
+            created};
 }
 
-template <std::size_t N, std::size_t M>
-constexpr NodeTypeRow typeRow(const char* name, const char* base, int apiType,
-                              const char* apiTypeName, const AttrRow (&attrs)[N],
-                              const AffectRow (&affects)[M], std::uint32_t flags = 0,
-                              EvaluateFunction evaluate = nullptr,
-                              CreatedFunction created = nullptr) {
-    return {name, base, apiType, apiTypeName, attrs, N, affects, M, evaluate, flags, created};
+/// The types of one source file, bases before derived types.
+struct TypeRows {
+    const NodeTypeRow* rows;
+    std::size_t count;
+};
+
+template <std::size_t N>
+constexpr TypeRows family(const NodeTypeRow (&rows)[N]) {
+    return {rows, N};
 }
 
 }  // namespace torvel

@@ -6,10 +6,10 @@
 #include <charconv>
 #include <string_view>
 
+#include "nodes/core/fn_numbers.h"
 #include "nodes/deform/types.h"
 #include "nodes/core/quick_node.h"
 #include "nodes/core/rows.h"
-#include "nodes/utility/types.h"
 
 namespace torvel {
 
@@ -96,15 +96,12 @@ std::vector<std::size_t> namedPoints(const std::vector<std::string>& components,
 
 namespace {
 
-constexpr int kFnBlendShape = 336;
-constexpr const char* kOut = "outputGeometry";
-
 constexpr AttrRow kBlendShapeAttrs[] = {
-    attrRow("topologyCheck", "tc", AttrType::Bool, 1.0, 0, kOut),
+    attrRow("topologyCheck", "tc", AttrType::Bool, 1.0, 0, kFilterOutput),
     attrRow("supportNegativeWeights", "sn", AttrType::Bool),
-    attrRow("weight", "w", AttrType::Float, 0.0, kArray | kKeyable, kOut),
+    attrRow("weight", "w", AttrType::Float, 0.0, kArray | kKeyable, kFilterOutput),
     enumRow("origin", "or", "World:Local", 1.0),
-    compoundRow("inputTarget", "it", AttrType::Compound, kArray, kOut),
+    compoundRow("inputTarget", "it", AttrType::Compound, kArray, kFilterOutput),
     under("inputTarget", compoundRow("inputTargetGroup", "itg", AttrType::Compound, kArray)),
     under("inputTargetGroup", compoundRow("inputTargetItem", "iti", AttrType::Compound, kArray)),
     under("inputTargetItem", attrRow("inputGeomTarget", "igt", AttrType::Mesh, 0.0, kNotStored)),
@@ -114,9 +111,9 @@ constexpr AttrRow kBlendShapeAttrs[] = {
     under("inputTarget", attrRow("baseWeights", "bw", AttrType::Float, 1.0, kArray)),
     attrRow("midLayerId", "mlid", AttrType::Long),
     attrRow("midLayerParent", "mlpr", AttrType::Long),
-    attrRow("parentDirectory", "pndr", AttrType::Long, 0.0, kArray, kOut),
-    attrRow("targetVisibility", "tgvs", AttrType::Bool, 1.0, kArray, kOut),
-    compoundRow("targetDirectory", "tgdt", AttrType::Compound, kArray, kOut),
+    attrRow("parentDirectory", "pndr", AttrType::Long, 0.0, kArray, kFilterOutput),
+    attrRow("targetVisibility", "tgvs", AttrType::Bool, 1.0, kArray, kFilterOutput),
+    compoundRow("targetDirectory", "tgdt", AttrType::Compound, kArray, kFilterOutput),
     under("targetDirectory", attrRow("directoryName", "dtn", AttrType::String)),
     under("targetDirectory", attrRow("childIndices", "cid", AttrType::IntArray)),
     under("targetDirectory", attrRow("directoryVisibility", "dvs", AttrType::Bool, 1.0)),
@@ -125,24 +122,20 @@ constexpr AttrRow kBlendShapeAttrs[] = {
     attrRow("deformationOrder", "dfo", AttrType::Short),
 };
 
-struct ShapeAttrs {
-    AttrIndex weight, target, group, item, geometry, points, components, targetWeights, baseWeights,
-        directoryOf, visible, directory, directoryWeight, original;
-};
+constexpr AffectRow kAffects[] = {{"originalGeometry", "outputGeometry"}};
+constexpr TypeAttrs kShapes("blendShape", kGeometryFilter, kBlendShapeAttrs, kAffects);
 
-const ShapeAttrs& shapeAttrs() {
-    static const ShapeAttrs attrs = [] {
-        const auto at = [](const char* name) { return positionOf("blendShape", name); };
-        return ShapeAttrs{at("w"),    at("it"),
-                          at("itg"),  at("iti"),
-                          at("igt"),  at("ipt"),
-                          at("ict"),  at("tw"),
-                          at("bw"),   at("pndr"),
-                          at("tgvs"), at("tgdt"),
-                          at("dwgh"), at("originalGeometry")};
-    }();
-    return attrs;
-}
+struct ShapeAttrs {
+    AttrIndex weight = kShapes["weight"], target = kShapes["inputTarget"],
+              group = kShapes["inputTargetGroup"], item = kShapes["inputTargetItem"];
+    AttrIndex geometry = kShapes["inputGeomTarget"], points = kShapes["inputPointsTarget"],
+              components = kShapes["inputComponentsTarget"];
+    AttrIndex targetWeights = kShapes["targetWeights"], baseWeights = kShapes["baseWeights"];
+    AttrIndex directoryOf = kShapes["parentDirectory"], visible = kShapes["targetVisibility"],
+              directory = kShapes["targetDirectory"], directoryWeight = kShapes["directoryWeight"];
+    AttrIndex original = kShapes["originalGeometry"], envelope = kShapes["envelope"];
+};
+constexpr ShapeAttrs kAt{};
 
 // Points of a mesh or a curve, double precision.
 std::vector<V3d> pointsOf(const PayloadPtr& geometry) {
@@ -179,7 +172,7 @@ Plug below(Plug plug, AttrIndex attr, int level = -1, std::int32_t index = 0) {
 // A living target is compared with the shape before any deformer, a stored one brings its own
 // offsets.
 void readOffsets(Evaluation& e, const Plug& item, const std::vector<V3d>& base, ShapeItem& out) {
-    const ShapeAttrs& at = shapeAttrs();
+    const ShapeAttrs& at = kAt;
     if (const PayloadPtr shape = e.data(below(item, at.geometry))) {
         const std::vector<V3d> points = pointsOf(shape);
         for (std::size_t i = 0; i < std::min(points.size(), base.size()); ++i)
@@ -199,7 +192,7 @@ void readOffsets(Evaluation& e, const Plug& item, const std::vector<V3d>& base, 
 }
 
 double weightOf(Evaluation& e, std::int32_t target) {
-    const ShapeAttrs& at = shapeAttrs();
+    const ShapeAttrs& at = kAt;
     QuickNode node(e);
     if (node.elementOr(at.visible, target, at.visible, 1.0) == 0.0)
         return 0.0;
@@ -223,7 +216,7 @@ std::vector<double> painted(Evaluation& e, const Plug& array, std::size_t count)
 
 void addTarget(Evaluation& e, const Plug& group, double weight, const std::vector<V3d>& base,
                std::vector<V3d>& moves) {
-    const ShapeAttrs& at = shapeAttrs();
+    const ShapeAttrs& at = kAt;
     std::vector<ShapeItem> items;
     std::vector<Plug> plugs;
     for (const std::int32_t index : e.scene().elementIndices(below(group, at.item))) {
@@ -244,7 +237,7 @@ void addTarget(Evaluation& e, const Plug& group, double weight, const std::vecto
 }
 
 PayloadPtr blend(Evaluation& e, std::int32_t element, const PayloadPtr& geometry) {
-    const ShapeAttrs& at = shapeAttrs();
+    const ShapeAttrs& at = kAt;
     const PayloadPtr original = e.data(e.plug(at.original, element));
     std::vector<V3d> points = pointsOf(geometry);
     std::vector<V3d> base = original ? pointsOf(original) : points;
@@ -262,7 +255,7 @@ PayloadPtr blend(Evaluation& e, std::int32_t element, const PayloadPtr& geometry
     if (!any)
         return geometry;
     const std::vector<double> paint = painted(e, below(target, at.baseWeights), points.size());
-    const double envelope = e.number(e.node().findAttr("envelope"));
+    const double envelope = e.number(at.envelope);
     for (std::size_t i = 0; i < points.size(); ++i)
         points[i] += moves[i] * (paint[i] * envelope);
     return withPoints(geometry, points);
@@ -272,18 +265,13 @@ void blendShape(Evaluation& e) {
     evaluateFilter(e, blend);
 }
 
-constexpr AffectRow kAffects[] = {{"originalGeometry", "outputGeometry"}};
-
-constexpr NodeTypeRow kBlendShape =
-    typeRow("blendShape", "geometryFilter", kFnBlendShape, "kBlendShape", kBlendShapeAttrs,
-            kAffects, kDeformerType, blendShape);
-
-const NodeTypeRow* const kRows[] = {&kBlendShape};
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kShapes, fn::kBlendShape, "kBlendShape", kDeformerType, blendShape)};
 
 }  // namespace
 
 TypeRows blendShapeTypes() {
-    return {kRows, std::size(kRows)};
+    return family(kTypes);
 }
 
 }  // namespace torvel

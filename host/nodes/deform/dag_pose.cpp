@@ -5,9 +5,8 @@
 #include <Imath/ImathMatrixAlgo.h>
 
 #include "nodes/core/fn_numbers.h"
-#include "nodes/core/node_types.h"
-#include "nodes/core/rows.h"
 #include "base/number_text.h"
+#include "nodes/core/base_attrs.h"
 
 namespace torvel {
 namespace {
@@ -58,9 +57,14 @@ M44d quaternionMatrix(const double (&q)[4]) {
     return length2 > 0.0 ? Quatd(q[3], q[0], q[1], q[2]).normalized().toMatrix44() : M44d();
 }
 
+constexpr TypeAttrs kDagPose("dagPose", kDependNode, kAttrs);
+constexpr NodeTypeRow kTypes[] = {typeRow(kDagPose, fn::kDagPose, "kDagPose")};
+
 }  // namespace
 
-const NodeTypeRow kDagPose = typeRow("dagPose", "dependNode", fn::kDagPose, "kDagPose", kAttrs);
+TypeRows poseTypes() {
+    return family(kTypes);
+}
 
 void XformData::compose() {
     M44d m = translationMatrix(-scalePivot) * scaleMatrix(scale) * shearMatrix(shear) *

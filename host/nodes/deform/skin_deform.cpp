@@ -92,8 +92,7 @@ void overRange(std::size_t count, F&& work) {
                       [&](const tbb::blocked_range<std::size_t>& r) { work(r.begin(), r.end()); });
 }
 
-// --- linear
-// ----------------------------------------------------------------------------------------------------
+// --- linear ---
 
 // What an influence adds to a point: p -> p * (G B M G^-1 - 1), four rows of four floats. A point
 // whose influences all stand still is then left exactly where it is. An absent influence takes the
@@ -231,8 +230,7 @@ void deformLinear(const SkinSetup& setup, const Point* in, Point* out, std::size
     });
 }
 
-// --- dual quaternions
-// ------------------------------------------------------------------------------------------
+// --- dual quaternions ---
 
 struct DualQuaternion {
     Quatd real{0, 0, 0, 0};

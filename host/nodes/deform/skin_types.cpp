@@ -1,33 +1,23 @@
-#include "nodes/deform/skin_types.h"
-
+// skinCluster as the graph sees it; the skinning itself is in skin_deform.cpp.
 #include "graph/evaluation.h"
 #include "nodes/deform/types.h"
 #include "nodes/shape/mesh_blocks.h"
-#include "nodes/core/rows.h"
+#include "nodes/core/fn_numbers.h"
 #include "nodes/deform/skin_deform.h"
 #include "nodes/deform/skin_weights.h"
 
 namespace torvel {
 
-extern const NodeTypeRow kGeometryFilter;
-extern const NodeTypeRow kTweakNode;
-extern const NodeTypeRow kGroupPartsNode;
-extern const NodeTypeRow kGroupIdNode;
-extern const NodeTypeRow kObjectSetNode;
-extern const NodeTypeRow kShadingEngineNode;
-
 namespace {
 
-constexpr int kFnSkinCluster = 687;
-constexpr const char* kOut = "outputGeometry";
-
 constexpr AttrRow kSkinAttrs[] = {
-    attrRow("weightList", "wl", AttrType::Compound, 0.0, kArray | kBulk, kOut),
+    attrRow("weightList", "wl", AttrType::Compound, 0.0, kArray | kBulk, kFilterOutput),
     under("weightList", attrRow("weights", "w", AttrType::Double, 0.0, kArray)),
-    attrRow("blendWeights", "bw", AttrType::Double, 0.0, kArray | kBulk, kOut),
-    attrRow("bindPreMatrix", "pm", AttrType::Matrix, 0.0, kArray, kOut),
-    attrRow("geomMatrix", "gm", AttrType::Matrix, 0.0, 0, kOut),
-    attrRow("matrix", "ma", AttrType::Matrix, 0.0, kArray | kNotStored | kDeleteElement, kOut),
+    attrRow("blendWeights", "bw", AttrType::Double, 0.0, kArray | kBulk, kFilterOutput),
+    attrRow("bindPreMatrix", "pm", AttrType::Matrix, 0.0, kArray, kFilterOutput),
+    attrRow("geomMatrix", "gm", AttrType::Matrix, 0.0, 0, kFilterOutput),
+    attrRow("matrix", "ma", AttrType::Matrix, 0.0, kArray | kNotStored | kDeleteElement,
+            kFilterOutput),
     attrRow("dropoff", "dpf", AttrType::Double, 0.0, kArray),
     attrRow("smoothness", "smt", AttrType::Double, 0.0, kArray),
     attrRow("lockWeights", "lw", AttrType::Bool, 0.0, kArray),
@@ -44,11 +34,11 @@ constexpr AttrRow kSkinAttrs[] = {
     attrRow("useComponents", "uc", AttrType::Bool),
     attrRow("useComponentsMatrix", "ucm", AttrType::Bool),
     enumRow("skinningMethod", "skm", "Classic Linear=0:Dual Quaternion=1:Weight Blended=2", 0.0, 0,
-            kOut),
-    enumRow("normalizeWeights", "nw", "None=0:Interactive=1:Post=2", 1.0, 0, kOut),
+            kFilterOutput),
+    enumRow("normalizeWeights", "nw", "None=0:Interactive=1:Post=2", 1.0, 0, kFilterOutput),
     enumRow("weightDistribution", "wd", "Distance=0:Neighbors=1"),
     attrRow("deformUserNormals", "dun", AttrType::Bool, 1.0),
-    attrRow("dqsSupportNonRigid", "dqsnr", AttrType::Bool, 0.0, 0, kOut),
+    attrRow("dqsSupportNonRigid", "dqsnr", AttrType::Bool, 0.0, 0, kFilterOutput),
     vectorRow("dqsScale", "dqss", AttrType::Double, 1.0),
     attrRow("bindPose", "bp", AttrType::Message, 0.0, kNotStored),
     attrRow("bindVolume", "bvl", AttrType::Any, 0.0, kNotStored),
@@ -61,16 +51,18 @@ constexpr AttrRow kSkinAttrs[] = {
     attrRow("cacheSetup", "cs", AttrType::Bool),
 };
 
+constexpr TypeAttrs kSkin("skinCluster", kGeometryFilter, kSkinAttrs);
+constexpr AttrIndex kWeightList = kSkin["weightList"], kBlendWeights = kSkin["blendWeights"];
+
 void createdSkin(Scene&, Node& node) {
-    node.slot(node.findAttr("weightList")).data = std::make_shared<WeightList>();
-    node.slot(node.findAttr("blendWeights")).data = std::make_shared<DoubleBlock>();
+    node.slot(kWeightList).data = std::make_shared<WeightList>();
+    node.slot(kBlendWeights).data = std::make_shared<DoubleBlock>();
 }
 
 // Influences by logical index. An element without a connection and without a matrix of its own
 // counts as absent.
 std::vector<SkinInfluence> influencesOf(Evaluation& evaluation, std::size_t count) {
-    const AttrIndex matrix = evaluation.node().findAttr("matrix");
-    const AttrIndex pre = evaluation.node().findAttr("bindPreMatrix");
+    constexpr AttrIndex matrix = kSkin["matrix"], pre = kSkin["bindPreMatrix"];
     std::vector<SkinInfluence> out(count);
     for (std::size_t i = 0; i < evaluation.elementCount(matrix); ++i) {
         const std::int32_t logical = evaluation.logicalAt(matrix, i);
@@ -87,8 +79,8 @@ std::vector<SkinInfluence> influencesOf(Evaluation& evaluation, std::size_t coun
 }
 
 std::vector<double> blendByVertex(Evaluation& evaluation, std::size_t count) {
-    const auto* block = dynamic_cast<const DoubleBlock*>(
-        evaluation.scene().bulk(evaluation.plug(evaluation.node().findAttr("blendWeights"))));
+    const auto* block =
+        dynamic_cast<const DoubleBlock*>(evaluation.scene().bulk(evaluation.plug(kBlendWeights)));
     std::vector<double> out(count, 0.0);
     for (std::size_t i = 0; block && i < block->size(); ++i)
         if (const auto at = static_cast<std::size_t>(block->logicalAt(i)); at < count)
@@ -108,18 +100,20 @@ void deformAll(Evaluation& evaluation, SkinSetup& setup, const Points& in, Point
 }
 
 PayloadPtr deformSkin(Evaluation& evaluation, std::int32_t, const PayloadPtr& geometry) {
-    const auto attr = [&](const char* name) { return evaluation.node().findAttr(name); };
-    const auto* weights = dynamic_cast<const WeightList*>(
-        evaluation.scene().bulk(evaluation.plug(attr("weightList"))));
+    constexpr AttrIndex kNormalize = kSkin["normalizeWeights"], kGeomMatrix = kSkin["geomMatrix"],
+                        kMethod = kSkin["skinningMethod"], kKeepScale = kSkin["dqsSupportNonRigid"],
+                        kEnvelope = kSkin["envelope"];
+    const auto* weights =
+        dynamic_cast<const WeightList*>(evaluation.scene().bulk(evaluation.plug(kWeightList)));
     if (!weights || weights->size() == 0)
         return geometry;  // nothing was ever bound
     SkinSetup setup;
-    setup.weights = &weights->compiled(evaluation.number(attr("normalizeWeights")) == 2.0);
+    setup.weights = &weights->compiled(evaluation.number(kNormalize) == 2.0);
     setup.influences = influencesOf(evaluation, setup.weights->missing);
-    setup.geom = evaluation.matrix(attr("geomMatrix"));
-    setup.method = static_cast<int>(evaluation.number(attr("skinningMethod")));
-    setup.keepScale = evaluation.flag(attr("dqsSupportNonRigid"));
-    setup.envelope = evaluation.number(attr("envelope"));
+    setup.geom = evaluation.matrix(kGeomMatrix);
+    setup.method = static_cast<int>(evaluation.number(kMethod));
+    setup.keepScale = evaluation.flag(kKeepScale);
+    setup.envelope = evaluation.number(kEnvelope);
     if (const auto mesh = std::dynamic_pointer_cast<const MeshData>(geometry)) {
         auto out = std::make_shared<MeshData>();
         out->topology = mesh->topology;
@@ -138,15 +132,13 @@ void evaluateSkin(Evaluation& evaluation) {
     evaluateFilter(evaluation, deformSkin);
 }
 
-const NodeTypeRow kSkinCluster =
-    typeRow("skinCluster", "geometryFilter", kFnSkinCluster, "kSkinClusterFilter", kSkinAttrs,
-            kDeformerType, evaluateSkin, createdSkin);
+constexpr NodeTypeRow kTypes[] = {typeRow(kSkin, fn::kSkinClusterFilter, "kSkinClusterFilter",
+                                          kDeformerType, evaluateSkin, createdSkin)};
 
 }  // namespace
 
-const NodeTypeRow* const kSkinTypes[] = {&kGeometryFilter, &kTweakNode,     &kGroupPartsNode,
-                                         &kGroupIdNode,    &kObjectSetNode, &kShadingEngineNode,
-                                         &kSkinCluster};
-const std::size_t kSkinTypeCount = sizeof kSkinTypes / sizeof *kSkinTypes;
+TypeRows skinTypes() {
+    return family(kTypes);
+}
 
 }  // namespace torvel

@@ -1,37 +1,14 @@
 #include "nodes/deform/types.h"
 
 #include "graph/evaluation.h"
-#include "nodes/core/rows.h"
+#include "nodes/core/fn_numbers.h"
 
 namespace torvel {
 namespace {
 
-constexpr int kFnSet = 464;
-constexpr int kFnGeometryFilter = 332;
-constexpr int kFnTweak = 345;
-constexpr int kFnGroupId = 351;
-constexpr int kFnGroupParts = 352;
-constexpr int kFnShadingEngine = 468;
-
-constexpr const char* kOut = "outputGeometry";
-constexpr std::uint32_t kGeometryOutput = kOutput | kNotStored | kGeometryOut;
-
-constexpr AttrRow kFilterAttrs[] = {
-    attrRow("outputGeometry", "og", AttrType::Mesh, 0.0, kGeometryOutput | kArray),
-    compoundRow("input", "ip", AttrType::Compound, kArray, kOut),
-    under("input", attrRow("inputGeometry", "ig", AttrType::Mesh, 0.0, kNotStored | kGeometryIn)),
-    under("input", attrRow("groupId", "gi", AttrType::Long)),
-    under("input", attrRow("componentTagExpression", "gtg", AttrType::String)),
-    attrRow("originalGeometry", "orggeom", AttrType::Mesh, 0.0, kNotStored | kArray),
-    attrRow("envelope", "en", AttrType::Float, 1.0, kKeyable, kOut),
-    attrRow("function", "f", AttrType::Any, 0.0, kNotStored),
-    attrRow("map64BitIndices", "mbi", AttrType::Bool),
-};
-constexpr AffectRow kFilterAffects[] = {{"nodeState", "outputGeometry"}};
-
 constexpr AttrRow kTweakAttrs[] = {
-    attrRow("relativeTweak", "rtw", AttrType::Bool, 1.0, 0, kOut),
-    compoundRow("vlist", "vl", AttrType::Compound, kArray, kOut),
+    attrRow("relativeTweak", "rtw", AttrType::Bool, 1.0, 0, kFilterOutput),
+    compoundRow("vlist", "vl", AttrType::Compound, kArray, kFilterOutput),
     under("vlist", compoundRow("vertex", "vt", AttrType::Float3, kArray)),
     under("vertex", attrRow("xVertex", "vx", AttrType::Float)),
     under("vertex", attrRow("yVertex", "vy", AttrType::Float)),
@@ -40,7 +17,7 @@ constexpr AttrRow kTweakAttrs[] = {
 
 constexpr AttrRow kGroupPartsAttrs[] = {
     attrRow("outputGeometry", "og", AttrType::Mesh, 0.0, kGeometryOutput),
-    attrRow("inputGeometry", "ig", AttrType::Mesh, 0.0, kNotStored | kGeometryIn, kOut),
+    attrRow("inputGeometry", "ig", AttrType::Mesh, 0.0, kNotStored | kGeometryIn, kFilterOutput),
     attrRow("groupId", "gi", AttrType::Long, -1.0),
     attrRow("inputComponents", "ic", AttrType::ComponentList),
 };
@@ -70,14 +47,16 @@ constexpr AttrRow kShadingEngineAttrs[] = {
     attrRow("displacementShader", "ds", AttrType::Any, 0.0, kNotStored),
 };
 
-double number(Evaluation& evaluation, const char* attr) {
-    return evaluation.number(evaluation.node().findAttr(attr));
-}
+constexpr TypeAttrs kTweak("tweak", kGeometryFilter, kTweakAttrs);
+constexpr TypeAttrs kGroupParts("groupParts", kDependNode, kGroupPartsAttrs);
+constexpr TypeAttrs kGroupId("groupId", kDependNode, kGroupIdAttrs);
+constexpr TypeAttrs kObjectSet("objectSet", kEntity, kSetAttrs);
+constexpr TypeAttrs kShadingEngine("shadingEngine", kObjectSet, kShadingEngineAttrs);
 
 // Offsets of vlist[element].vertex by point.
 PayloadPtr addTweaks(Evaluation& evaluation, std::int32_t element, const PayloadPtr& geometry) {
     const Scene& scene = evaluation.scene();
-    Plug offsets = evaluation.plug(evaluation.node().findAttr("vertex"), element);
+    Plug offsets = evaluation.plug(kTweak["vertex"], element);
     const std::size_t count = scene.elementCount(offsets);
     const auto mesh = std::dynamic_pointer_cast<const MeshData>(geometry);
     if (!mesh || count == 0)
@@ -103,19 +82,29 @@ void evaluateUnchanged(Evaluation& evaluation) {
 }
 
 void evaluateGroupParts(Evaluation& evaluation) {
-    const AttrIndex in = evaluation.node().findAttr("inputGeometry");
-    evaluation.set(evaluation.node().findAttr("outputGeometry"),
-                   evaluation.data(evaluation.plug(in)));
+    constexpr AttrIndex kIn = kGroupParts["inputGeometry"], kOut = kGroupParts["outputGeometry"];
+    evaluation.set(kOut, evaluation.data(evaluation.plug(kIn)));
 }
+
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kGeometryFilter, fn::kGeometryFilt, "kGeometryFilt", kAbstractType | kDeformerType,
+            evaluateUnchanged),
+    typeRow(kTweak, fn::kTweak, "kTweak", kDeformerType, evaluateTweak),
+    typeRow(kGroupParts, fn::kGroupParts, "kGroupParts", 0, evaluateGroupParts),
+    typeRow(kGroupId, fn::kGroupId, "kGroupId"),
+    typeRow(kObjectSet, fn::kSet, "kSet"),
+    typeRow(kShadingEngine, fn::kShadingEngine, "kShadingEngine"),
+};
 
 }  // namespace
 
 void evaluateFilter(Evaluation& evaluation, DeformFunction deform) {
-    const AttrIndex input = evaluation.node().findAttr("input");
-    const AttrIndex geometryAttr = evaluation.node().findAttr("inputGeometry");
-    const AttrIndex out = evaluation.node().findAttr("outputGeometry");
-    const int state = static_cast<int>(number(evaluation, "nodeState"));
-    const bool unchanged = state == 1 || number(evaluation, "envelope") == 0.0;
+    constexpr const TypeAttrs& at = kGeometryFilter;
+    constexpr AttrIndex input = at["input"], geometryAttr = at["inputGeometry"],
+                        out = at["outputGeometry"], nodeState = at["nodeState"],
+                        envelope = at["envelope"];
+    const int state = static_cast<int>(evaluation.number(nodeState));
+    const bool unchanged = state == 1 || evaluation.number(envelope) == 0.0;
     for (std::size_t i = 0; i < evaluation.elementCount(input); ++i) {
         const std::int32_t element = evaluation.logicalAt(input, i);
         PayloadPtr geometry = evaluation.data(evaluation.plug(geometryAttr, element));
@@ -125,24 +114,8 @@ void evaluateFilter(Evaluation& evaluation, DeformFunction deform) {
     }
 }
 
-extern const NodeTypeRow kGeometryFilter;
-extern const NodeTypeRow kTweakNode;
-extern const NodeTypeRow kGroupPartsNode;
-extern const NodeTypeRow kGroupIdNode;
-extern const NodeTypeRow kObjectSetNode;
-extern const NodeTypeRow kShadingEngineNode;
-
-const NodeTypeRow kGeometryFilter =
-    typeRow("geometryFilter", "dependNode", kFnGeometryFilter, "kGeometryFilt", kFilterAttrs,
-            kFilterAffects, kAbstractType | kDeformerType, evaluateUnchanged);
-const NodeTypeRow kTweakNode = typeRow("tweak", "geometryFilter", kFnTweak, "kTweak", kTweakAttrs,
-                                       kDeformerType, evaluateTweak);
-const NodeTypeRow kGroupPartsNode = typeRow("groupParts", "dependNode", kFnGroupParts,
-                                            "kGroupParts", kGroupPartsAttrs, 0, evaluateGroupParts);
-const NodeTypeRow kGroupIdNode =
-    typeRow("groupId", "dependNode", kFnGroupId, "kGroupId", kGroupIdAttrs);
-const NodeTypeRow kObjectSetNode = typeRow("objectSet", "entity", kFnSet, "kSet", kSetAttrs);
-const NodeTypeRow kShadingEngineNode =
-    typeRow("shadingEngine", "objectSet", kFnShadingEngine, "kShadingEngine", kShadingEngineAttrs);
+TypeRows filterTypes() {
+    return family(kTypes);
+}
 
 }  // namespace torvel

@@ -241,23 +241,6 @@ class HandleSolve {
 
 }  // namespace
 
-const IkAttrs& ikAttrs() {
-    static const IkAttrs attrs = [] {
-        const auto at = [](const char* name) { return positionOf("ikHandle", name); };
-        return IkAttrs{at("ikSolution"),
-                       at("startJoint"),
-                       at("endEffector"),
-                       at("ikSolver"),
-                       at("poleVector"),
-                       at("twist"),
-                       at("ikBlend"),
-                       at("solverEnable"),
-                       positionOf("joint", "fkRotate"),
-                       positionOf("ikSystem", "globalSolve")};
-    }();
-    return attrs;
-}
-
 void evaluateIkHandle(Evaluation& evaluation) {
     if (evaluation.output() != ikAttrs().solution) {
         evaluateTransform(evaluation);

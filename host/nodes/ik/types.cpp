@@ -1,8 +1,8 @@
 // ikHandle, ikEffector and the solvers as data. The solving is in its own file.
 #include "nodes/core/fn_numbers.h"
 #include "nodes/ik/handle.h"
-#include "nodes/core/node_types.h"
-#include "nodes/core/rows.h"
+#include "nodes/ik/solve.h"
+#include "nodes/transform/attrs.h"
 
 namespace torvel {
 namespace {
@@ -61,13 +61,6 @@ constexpr AttrRow kIkHandleAttrs[] = {
 
 constexpr AffectRow kIkHandleAffects[] = {{"worldMatrix", kSolved}, {"parentMatrix", kSolved}};
 
-constexpr NodeTypeRow ikHandleRow() {
-    NodeTypeRow row = typeRow("ikHandle", "transform", fn::kIkHandle, "kIkHandle", kIkHandleAttrs,
-                              kIkHandleAffects, 0, evaluateIkHandle);
-    row.declareWrites = declareIkHandle;
-    return row;
-}
-
 constexpr AttrRow kIkEffectorAttrs[] = {
     attrRow("handlePath", "hp", AttrType::Message, 0.0, kNotStored),
     attrRow("hideDisplay", "hd", AttrType::Bool),
@@ -84,18 +77,43 @@ constexpr AttrRow kIkSystemAttrs[] = {
     attrRow("globalSolve", "gsv", AttrType::Bool, 1.0),
 };
 
+constexpr TypeAttrs kIkHandle("ikHandle", kTransform, kIkHandleAttrs, kIkHandleAffects);
+constexpr TypeAttrs kIkEffector("ikEffector", kTransform, kIkEffectorAttrs);
+constexpr TypeAttrs kIkSolver("ikSolver", kDependNode, kIkSolverAttrs);
+constexpr TypeAttrs kIkRPsolver("ikRPsolver", kIkSolver);
+constexpr TypeAttrs kIkSCsolver("ikSCsolver", kIkSolver);
+constexpr TypeAttrs kIkSplineSolver("ikSplineSolver", kIkSolver);
+constexpr TypeAttrs kIkSystem("ikSystem", kDependNode, kIkSystemAttrs);
+
+constexpr NodeTypeRow ikHandleRow() {
+    NodeTypeRow row = typeRow(kIkHandle, fn::kIkHandle, "kIkHandle", 0, evaluateIkHandle);
+    row.declareWrites = declareIkHandle;
+    return row;
+}
+
+constexpr NodeTypeRow kTypes[] = {
+    ikHandleRow(),
+    typeRow(kIkEffector, fn::kIkEffector, "kIkEffector"),
+    typeRow(kIkSolver, fn::kIkSolver, "kIkSolver", kAbstractType),
+    typeRow(kIkRPsolver, fn::kIkSolver, "kRPsolver"),
+    typeRow(kIkSCsolver, fn::kIkSolver, "kSCsolver"),
+    typeRow(kIkSplineSolver, fn::kIkSolver, "kSplineSolver"),  // kept, not evaluated
+    typeRow(kIkSystem, fn::kDependencyNode, "kIkSystem", kUniqueType),
+};
+
 }  // namespace
 
-const NodeTypeRow kIkHandle = ikHandleRow();
-const NodeTypeRow kIkEffector =
-    typeRow("ikEffector", "transform", fn::kIkEffector, "kIkEffector", kIkEffectorAttrs);
-const NodeTypeRow kIkSolver =
-    typeRow("ikSolver", "dependNode", fn::kIkSolver, "kIkSolver", kIkSolverAttrs, kAbstractType);
-const NodeTypeRow kIkRPsolver = typeRow("ikRPsolver", "ikSolver", fn::kIkSolver, "kRPsolver");
-const NodeTypeRow kIkSCsolver = typeRow("ikSCsolver", "ikSolver", fn::kIkSolver, "kSCsolver");
-const NodeTypeRow kIkSplineSolver =
-    typeRow("ikSplineSolver", "ikSolver", fn::kIkSolver, "kSplineSolver");
-const NodeTypeRow kIkSystem = typeRow("ikSystem", "dependNode", fn::kDependencyNode, "kIkSystem",
-                                      kIkSystemAttrs, kUniqueType);
+const IkAttrs& ikAttrs() {
+    static constexpr IkAttrs attrs{kIkHandle["ikSolution"],  kIkHandle["startJoint"],
+                                   kIkHandle["endEffector"], kIkHandle["ikSolver"],
+                                   kIkHandle["poleVector"],  kIkHandle["twist"],
+                                   kIkHandle["ikBlend"],     kIkHandle["solverEnable"],
+                                   kJoint["fkRotate"],       kIkSystem["globalSolve"]};
+    return attrs;
+}
+
+TypeRows ikTypes() {
+    return family(kTypes);
+}
 
 }  // namespace torvel

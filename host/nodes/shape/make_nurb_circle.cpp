@@ -5,10 +5,8 @@
 
 #include "graph/evaluation.h"
 #include "nodes/core/fn_numbers.h"
-#include "nodes/node_table.h"
-#include "nodes/core/node_types.h"
 #include "nodes/shape/nurbs_curve_math.h"
-#include "nodes/core/rows.h"
+#include "nodes/core/base_attrs.h"
 
 namespace torvel {
 namespace {
@@ -139,36 +137,31 @@ constexpr AttrRow kAttrs[] = {
     attrRow("outputCurve", "oc", AttrType::NurbsCurve, 0.0, kOutput | kNotStored | kGeometryOut),
 };
 
-struct CircleAttrs {
-    AttrIndex center, normal, sweep, radius, degree, sections, outputCurve;
-};
-
-const CircleAttrs& circleAttrs() {
-    static const CircleAttrs attrs = [] {
-        const NodeType& type = *nodeTypes().find("makeNurbCircle");
-        const auto at = [&](const char* name) { return type.byName.at(name); };
-        return CircleAttrs{at("center"), at("normal"),   at("sweep"),      at("radius"),
-                           at("degree"), at("sections"), at("outputCurve")};
-    }();
-    return attrs;
-}
+constexpr TypeAttrs kCircle("makeNurbCircle", kDependNode, kAttrs);
 
 void evaluateCircle(Evaluation& e) {
-    const CircleAttrs& a = circleAttrs();
+    constexpr AttrIndex kCenter = kCircle["center"], kNormal = kCircle["normal"],
+                        kSweep = kCircle["sweep"], kRadius = kCircle["radius"],
+                        kDegree = kCircle["degree"], kSections = kCircle["sections"],
+                        kCurve = kCircle["outputCurve"];
     CircleForm form;
-    form.center = e.vec3(a.center);
-    form.normal = e.vec3(a.normal);
-    form.sweep = e.number(a.sweep);
-    form.radius = e.number(a.radius);
-    form.degree = e.number(a.degree) == 1.0 ? 1 : 3;
-    form.sections = static_cast<int>(e.number(a.sections));
-    e.set(a.outputCurve, PayloadPtr(circleCurve(form)));
+    form.center = e.vec3(kCenter);
+    form.normal = e.vec3(kNormal);
+    form.sweep = e.number(kSweep);
+    form.radius = e.number(kRadius);
+    form.degree = e.number(kDegree) == 1.0 ? 1 : 3;
+    form.sections = static_cast<int>(e.number(kSections));
+    e.set(kCurve, PayloadPtr(circleCurve(form)));
 }
+
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kCircle, fn::kCircle, "kCircle", kHistoryMaker, evaluateCircle)};
 
 }  // namespace
 
-const NodeTypeRow kMakeNurbCircle = typeRow("makeNurbCircle", "dependNode", fn::kCircle, "kCircle",
-                                            kAttrs, kHistoryMaker, evaluateCircle);
+TypeRows circleTypes() {
+    return family(kTypes);
+}
 
 std::shared_ptr<const NurbsCurveData> circleCurve(const CircleForm& form) {
     auto curve = std::make_shared<NurbsCurveData>();

@@ -4,11 +4,53 @@
 #include <utility>
 
 #include "graph/evaluation.h"
+#include "nodes/core/base_attrs.h"
+#include "nodes/core/fn_numbers.h"
 #include "nodes/shape/mesh_blocks.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {
 namespace {
+
+constexpr const char* kMeshOutputs = "outMesh worldMesh";
+constexpr std::uint32_t kBlock = kArray | kBulk;
+
+constexpr AttrRow kMeshAttrs[] = {
+    attrRow("outMesh", "o", AttrType::Mesh, 0.0, kOutput | kNotStored | kGeometryOut),
+    attrRow("worldMesh", "w", AttrType::Mesh, 0.0, kOutput | kNotStored | kGeometryOut | kArray),
+    attrRow("inMesh", "i", AttrType::Mesh, 0.0, kNotStored | kGeometryIn, kMeshOutputs),
+    compoundRow("pnts", "pt", AttrType::Float3, kBlock, kMeshOutputs),
+    under("pnts", attrRow("pntx", "px", AttrType::Float)),
+    under("pnts", attrRow("pnty", "py", AttrType::Float)),
+    under("pnts", attrRow("pntz", "pz", AttrType::Float)),
+    compoundRow("vrts", "vt", AttrType::Float3, kBlock, kMeshOutputs),
+    under("vrts", attrRow("vrtx", "vx", AttrType::Float)),
+    under("vrts", attrRow("vrty", "vy", AttrType::Float)),
+    under("vrts", attrRow("vrtz", "vz", AttrType::Float)),
+    compoundRow("edge", "ed", AttrType::Long3, kBlock, kMeshOutputs),
+    under("edge", attrRow("edg1", "e1", AttrType::Long)),
+    under("edge", attrRow("edg2", "e2", AttrType::Long)),
+    under("edge", attrRow("edgh", "eh", AttrType::Long)),
+    attrRow("face", "fc", AttrType::Text, 0.0, kBlock, kMeshOutputs),
+    attrRow("tweakLocation", "twl", AttrType::Any, 0.0, kNotStored),
+    attrRow("displaySmoothMesh", "dsm", AttrType::Byte),
+    attrRow("smoothLevel", "lev", AttrType::Short),
+    attrRow("visibleInReflections", "vir", AttrType::Bool),
+    attrRow("visibleInRefractions", "vif", AttrType::Bool),
+    attrRow("doubleSided", "ds", AttrType::Bool, 1.0),
+    attrRow("opposite", "op", AttrType::Bool),
+    attrRow("castsShadows", "csh", AttrType::Bool, 1.0),
+    attrRow("receiveShadows", "rcsh", AttrType::Bool, 1.0),
+    attrRow("motionBlur", "mb", AttrType::Bool, 1.0),
+    attrRow("primaryVisibility", "vis", AttrType::Bool, 1.0),
+    attrRow("displayColors", "dcol", AttrType::Bool),
+    attrRow("vertexColorSource", "vcs", AttrType::Byte, 1.0),
+};
+constexpr AffectRow kMeshAffects[] = {{"outMesh", "worldMesh"}};
+constexpr TypeAttrs kMesh("mesh", kDeformableShape, kMeshAttrs, kMeshAffects);
+constexpr AttrIndex kPoints = kMesh["vrts"], kEdges = kMesh["edge"], kFaces = kMesh["face"],
+                    kTweaks = kMesh["pnts"], kInMesh = kMesh["inMesh"], kOutMesh = kMesh["outMesh"],
+                    kWorldMesh = kMesh["worldMesh"];
 
 const std::shared_ptr<const MeshData>& emptyMesh() {
     static const std::shared_ptr<const MeshData> mesh = [] {
@@ -19,18 +61,21 @@ const std::shared_ptr<const MeshData>& emptyMesh() {
     return mesh;
 }
 
+bool isMesh(const Scene& scene, NodeHandle shape) {
+    return scene.isType(shape, "mesh");
+}
+
 template <class Block>
-const Block* blockOf(const Scene& scene, NodeHandle shape, const char* attr) {
-    const Plug plug = scene.findPlug(shape, attr);
-    return plug.isNull() ? nullptr : dynamic_cast<const Block*>(scene.bulk(plug));
+const Block* blockOf(const Scene& scene, NodeHandle shape, AttrIndex attr) {
+    return isMesh(scene, shape) ? dynamic_cast<const Block*>(scene.bulk(Plug(shape, attr)))
+                                : nullptr;
 }
 
 template <class Block, class F>
-void changeBlock(Scene& scene, NodeHandle shape, const char* attr, F&& change) {
-    const Plug plug = scene.findPlug(shape, attr);
-    if (plug.isNull())
+void changeBlock(Scene& scene, NodeHandle shape, AttrIndex attr, F&& change) {
+    if (!isMesh(scene, shape))
         return;
-    scene.changeBulk(plug, [&](BulkArray& values) {
+    scene.changeBulk(Plug(shape, attr), [&](BulkArray& values) {
         if (auto* block = dynamic_cast<Block*>(&values))
             change(*block);
     });
@@ -56,9 +101,9 @@ bool hasEffect(const PointBlock* tweaks) {
 
 std::shared_ptr<MeshData> ownMesh(const Scene& scene, NodeHandle shape) {
     auto mesh = std::make_shared<MeshData>();
-    const auto* points = blockOf<PointBlock>(scene, shape, "vrts");
-    const auto* edges = blockOf<EdgeBlock>(scene, shape, "edge");
-    const auto* faces = blockOf<FaceBlock>(scene, shape, "face");
+    const auto* points = blockOf<PointBlock>(scene, shape, kPoints);
+    const auto* edges = blockOf<EdgeBlock>(scene, shape, kEdges);
+    const auto* faces = blockOf<FaceBlock>(scene, shape, kFaces);
     if (points)
         mesh->points = points->items();
     mesh->topology =
@@ -69,8 +114,8 @@ std::shared_ptr<MeshData> ownMesh(const Scene& scene, NodeHandle shape) {
 std::shared_ptr<const MeshData> outMesh(Evaluation& evaluation) {
     const Scene& scene = evaluation.scene();
     const NodeHandle shape = evaluation.handle();
-    auto input = evaluation.dataAs<MeshData>(evaluation.plug(evaluation.node().findAttr("inMesh")));
-    const auto* tweaks = blockOf<PointBlock>(scene, shape, "pnts");
+    auto input = evaluation.dataAs<MeshData>(evaluation.plug(kInMesh));
+    const auto* tweaks = blockOf<PointBlock>(scene, shape, kTweaks);
     if (input && !hasEffect(tweaks))
         return input;
     auto mesh = input ? std::make_shared<MeshData>(*input) : ownMesh(scene, shape);
@@ -79,34 +124,37 @@ std::shared_ptr<const MeshData> outMesh(Evaluation& evaluation) {
     return mesh;
 }
 
-}  // namespace
-
 void createdMesh(Scene&, Node& node) {
-    node.slot(node.findAttr("vrts")).data = std::make_shared<PointBlock>();
-    node.slot(node.findAttr("edge")).data = std::make_shared<EdgeBlock>();
-    node.slot(node.findAttr("face")).data = std::make_shared<FaceBlock>();
-    node.slot(node.findAttr("pnts")).data = std::make_shared<PointBlock>("float3");
+    node.slot(kPoints).data = std::make_shared<PointBlock>();
+    node.slot(kEdges).data = std::make_shared<EdgeBlock>();
+    node.slot(kFaces).data = std::make_shared<FaceBlock>();
+    node.slot(kTweaks).data = std::make_shared<PointBlock>("float3");
 }
 
 void evaluateMesh(Evaluation& evaluation) {
-    const AttrIndex out = evaluation.node().findAttr("outMesh");
-    const AttrIndex world = evaluation.node().findAttr("worldMesh");
-    if (evaluation.output() == out) {
-        evaluation.set(out, outMesh(evaluation));
-    } else if (evaluation.output() == world) {
-        const PayloadPtr mesh = evaluation.data(evaluation.plug(out));
-        evaluation.set(world, mesh);
+    if (evaluation.output() == kOutMesh) {
+        evaluation.set(kOutMesh, outMesh(evaluation));
+    } else if (evaluation.output() == kWorldMesh) {
+        const PayloadPtr mesh = evaluation.data(evaluation.plug(kOutMesh));
+        evaluation.set(kWorldMesh, mesh);
         const int count = std::max(1, evaluation.scene().instanceCount(evaluation.handle()));
         for (int i = 0; i < count; ++i)
-            evaluation.set(evaluation.plug(world, i), mesh);
+            evaluation.set(evaluation.plug(kWorldMesh, i), mesh);
     } else {
         evaluateDagNode(evaluation);
     }
 }
 
+constexpr NodeTypeRow kTypes[] = {typeRow(kMesh, fn::kMesh, "kMesh", 0, evaluateMesh, createdMesh)};
+
+}  // namespace
+
+TypeRows meshTypes() {
+    return family(kTypes);
+}
+
 std::shared_ptr<const MeshData> meshPoints(const Scene& scene, NodeHandle shape) {
-    const Plug out = scene.findPlug(shape, "outMesh");
-    auto mesh = out.isNull() ? nullptr : scene.dataAs<MeshData>(out);
+    auto mesh = isMesh(scene, shape) ? scene.dataAs<MeshData>(Plug(shape, kOutMesh)) : nullptr;
     return mesh ? mesh : emptyMesh();
 }
 
@@ -118,13 +166,6 @@ std::vector<V3d> meshWorldPoints(const Scene& scene, NodeHandle shape) {
     for (const V3f& p : mesh->points)
         points.push_back(V3d(p) * world);
     return points;
-}
-
-Imath::Box3d meshBoundingBox(const Scene& scene, NodeHandle shape) {
-    Imath::Box3d box;
-    for (const V3f& p : meshPoints(scene, shape)->points)
-        box.extendBy(V3d(p));
-    return box;
 }
 
 namespace {
@@ -165,42 +206,27 @@ void setOwnMesh(Scene& scene, NodeHandle shape, const MeshData& mesh) {
         faces.addFace(edges.data(), edges.size());
         at += static_cast<std::size_t>(count);
     }
-    changeBlock<PointBlock>(scene, shape, "vrts", [&](PointBlock& b) { b.assign(mesh.points); });
-    changeBlock<EdgeBlock>(scene, shape, "edge", [&](EdgeBlock& b) { b.assign(numbers.take()); });
-    changeBlock<FaceBlock>(scene, shape, "face", [&](FaceBlock& b) { b = std::move(faces); });
-    changeBlock<PointBlock>(scene, shape, "pnts", [](PointBlock& b) { b.clear(); });
+    changeBlock<PointBlock>(scene, shape, kPoints, [&](PointBlock& b) { b.assign(mesh.points); });
+    changeBlock<EdgeBlock>(scene, shape, kEdges, [&](EdgeBlock& b) { b.assign(numbers.take()); });
+    changeBlock<FaceBlock>(scene, shape, kFaces, [&](FaceBlock& b) { b = std::move(faces); });
+    changeBlock<PointBlock>(scene, shape, kTweaks, [](PointBlock& b) { b.clear(); });
 }
 
 void copyOwnMesh(Scene& scene, NodeHandle from, NodeHandle to) {
-    for (const char* attr : {"vrts", "edge", "face", "pnts"}) {
-        const Plug source = scene.findPlug(from, attr);
-        const Plug target = scene.findPlug(to, attr);
-        if (!source.isNull() && !target.isNull() && scene.bulk(source))
-            scene.setData(target, scene.storedData(source));
-    }
-    if (scene.node(from) && scene.node(to))
-        scene.node(to)->keptText = scene.node(from)->keptText;
+    if (!isMesh(scene, from) || !isMesh(scene, to))
+        return;
+    for (const AttrIndex attr : {kPoints, kEdges, kFaces, kTweaks})
+        if (const Plug source(from, attr); scene.bulk(source))
+            scene.setData(Plug(to, attr), scene.storedData(source));
+    scene.node(to)->keptText = scene.node(from)->keptText;
 }
 
 void clearOwnMesh(Scene& scene, NodeHandle shape, bool tweaksToo) {
-    changeBlock<PointBlock>(scene, shape, "vrts", [](PointBlock& b) { b.clear(); });
-    changeBlock<EdgeBlock>(scene, shape, "edge", [](EdgeBlock& b) { b.clear(); });
-    changeBlock<FaceBlock>(scene, shape, "face", [](FaceBlock& b) { b.clear(); });
+    changeBlock<PointBlock>(scene, shape, kPoints, [](PointBlock& b) { b.clear(); });
+    changeBlock<EdgeBlock>(scene, shape, kEdges, [](EdgeBlock& b) { b.clear(); });
+    changeBlock<FaceBlock>(scene, shape, kFaces, [](FaceBlock& b) { b.clear(); });
     if (tweaksToo)
-        changeBlock<PointBlock>(scene, shape, "pnts", [](PointBlock& b) { b.clear(); });
-}
-
-NodeHandle meshShapeOf(const Scene& scene, NodeHandle node) {
-    if (scene.isType(node, "mesh"))
-        return node;
-    const Node* transform = scene.node(node);
-    if (!transform)
-        return {};
-    for (NodeHandle child : transform->children)
-        if (scene.isType(child, "mesh") &&
-            scene.number(scene.findPlug(child, "intermediateObject")) == 0.0)
-            return child;
-    return {};
+        changeBlock<PointBlock>(scene, shape, kTweaks, [](PointBlock& b) { b.clear(); });
 }
 
 }  // namespace torvel

@@ -2,23 +2,17 @@
 
 #include <memory>
 
-#include <Imath/ImathBox.h>
-
 #include "graph/data.h"
 #include "graph/scene.h"
 
 /// Mesh shapes: their evaluated data and ways to give a shape points and faces of its own.
 namespace torvel {
 
-class Evaluation;
-
 /// The evaluated mesh of a shape (its outMesh), points in the space of the shape; never null, empty
 /// for a node that is no mesh. Shared with the graph: never changed.
 std::shared_ptr<const MeshData> meshPoints(const Scene& scene, NodeHandle shape);
 /// The points in world space, double precision.
 std::vector<V3d> meshWorldPoints(const Scene& scene, NodeHandle shape);
-/// Box around the evaluated points in the space of the shape; empty without points.
-Imath::Box3d meshBoundingBox(const Scene& scene, NodeHandle shape);
 
 /// Gives the shape these points and faces as its own (vrts, edges, faces), tweaks dropped. They
 /// show once nothing feeds inMesh.
@@ -28,13 +22,5 @@ void copyOwnMesh(Scene& scene, NodeHandle from, NodeHandle to);
 /// Drops own points, edges and faces (a shape that gets its geometry by inMesh); `tweaksToo` drops
 /// pnts as well.
 void clearOwnMesh(Scene& scene, NodeHandle shape, bool tweaksToo);
-
-/// First mesh shape below a transform that is no intermediate object, or the node itself if it is a
-/// mesh shape; null when there is none.
-NodeHandle meshShapeOf(const Scene& scene, NodeHandle node);
-
-// For the node type table.
-void evaluateMesh(Evaluation& evaluation);
-void createdMesh(Scene& scene, Node& node);
 
 }  // namespace torvel

@@ -50,8 +50,7 @@ void appendStatementHead(std::string& out, const std::string& attrName, std::siz
         out += std::string(" -type \"") + typeName + "\"";
 }
 
-// --- numbers
-// ---------------------------------------------------------------------------------------------------
+// --- numbers ---
 
 template <class Item, class T, int N>
 void NumberBlock<Item, T, N>::assign(std::vector<Item> items) {
@@ -165,8 +164,7 @@ template class NumberBlock<V3f, float, 3>;
 template class NumberBlock<std::array<std::int32_t, 3>, std::int32_t, 3>;
 template class NumberBlock<std::array<double, 1>, double, 1>;
 
-// --- faces
-// -----------------------------------------------------------------------------------------------------
+// --- faces ---
 
 void FaceBlock::clear() {
     *this = FaceBlock();

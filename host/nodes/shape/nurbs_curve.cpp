@@ -4,16 +4,13 @@
 
 #include "graph/evaluation.h"
 #include "nodes/core/fn_numbers.h"
-#include "nodes/node_table.h"
-#include "nodes/core/node_types.h"
 #include "nodes/shape/nurbs_curve_math.h"
-#include "nodes/core/rows.h"
+#include "nodes/core/base_attrs.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {
 namespace {
 
-constexpr std::uint32_t kComputed = kOutput | kNotStored;
 constexpr const char* kShapes = "local worldSpace degree spans form minMaxValue";
 
 constexpr AttrRow kAttrs[] = {
@@ -25,15 +22,15 @@ constexpr AttrRow kAttrs[] = {
     under("controlPoints", attrRow("xValue", "xv", AttrType::Distance)),
     under("controlPoints", attrRow("yValue", "yv", AttrType::Distance)),
     under("controlPoints", attrRow("zValue", "zv", AttrType::Distance)),
-    attrRow("local", "l", AttrType::NurbsCurve, 0.0, kComputed | kGeometryOut),
+    attrRow("local", "l", AttrType::NurbsCurve, 0.0, kComputedOutput | kGeometryOut),
     attrRow("worldSpace", "ws", AttrType::NurbsCurve, 0.0,
-            kComputed | kGeometryOut | kArray | kPerInstance),
-    compoundRow("minMaxValue", "mmv", AttrType::Double2, kComputed),
-    under("minMaxValue", attrRow("minValue", "min", AttrType::Double, 0.0, kComputed)),
-    under("minMaxValue", attrRow("maxValue", "max", AttrType::Double, 0.0, kComputed)),
-    attrRow("degree", "d", AttrType::Long, 0.0, kComputed),
-    attrRow("spans", "s", AttrType::Long, 0.0, kComputed),
-    enumRow("form", "f", "Open:Closed:Periodic", 0.0, kComputed),
+            kComputedOutput | kGeometryOut | kArray | kPerInstance),
+    compoundRow("minMaxValue", "mmv", AttrType::Double2, kComputedOutput),
+    under("minMaxValue", attrRow("minValue", "min", AttrType::Double, 0.0, kComputedOutput)),
+    under("minMaxValue", attrRow("maxValue", "max", AttrType::Double, 0.0, kComputedOutput)),
+    attrRow("degree", "d", AttrType::Long, 0.0, kComputedOutput),
+    attrRow("spans", "s", AttrType::Long, 0.0, kComputedOutput),
+    enumRow("form", "f", "Open:Closed:Periodic", 0.0, kComputedOutput),
     attrRow("dispCV", "dcv", AttrType::Bool),
     attrRow("dispEP", "dep", AttrType::Bool),
     attrRow("dispHull", "dh", AttrType::Bool),
@@ -42,26 +39,22 @@ constexpr AttrRow kAttrs[] = {
 };
 constexpr AffectRow kAffects[] = {{"worldMatrix", "worldSpace"}, {"local", "worldSpace"}};
 
-struct CurveAttrs {
-    AttrIndex create, cached, tweak, controlPoints, local, worldSpace, degree, spans, form,
-        minMaxValue, minValue, maxValue;
-};
+constexpr TypeAttrs kCurve("nurbsCurve", kDeformableShape, kAttrs, kAffects);
 
-const CurveAttrs& curveAttrs() {
-    static const CurveAttrs attrs = [] {
-        const NodeType& type = *nodeTypes().find("nurbsCurve");
-        const auto at = [&](const char* name) { return type.byName.at(name); };
-        return CurveAttrs{at("create"), at("cached"),      at("tweak"),    at("controlPoints"),
-                          at("local"),  at("worldSpace"),  at("degree"),   at("spans"),
-                          at("form"),   at("minMaxValue"), at("minValue"), at("maxValue")};
-    }();
-    return attrs;
-}
+struct CurveAttrs {
+    AttrIndex create = kCurve["create"], cached = kCurve["cached"], tweak = kCurve["tweak"],
+              controlPoints = kCurve["controlPoints"];
+    AttrIndex local = kCurve["local"], worldSpace = kCurve["worldSpace"];
+    AttrIndex degree = kCurve["degree"], spans = kCurve["spans"], form = kCurve["form"];
+    AttrIndex minMaxValue = kCurve["minMaxValue"], minValue = kCurve["minValue"],
+              maxValue = kCurve["maxValue"];
+};
+constexpr CurveAttrs kAt{};
 
 using CurvePtr = std::shared_ptr<const NurbsCurveData>;
 
 CurvePtr tweaked(const Evaluation& e, const CurvePtr& curve) {
-    const CurveAttrs& a = curveAttrs();
+    const CurveAttrs& a = kAt;
     auto out = std::make_shared<NurbsCurveData>(*curve);
     for (std::size_t i = 0; i < e.elementCount(a.controlPoints); ++i) {
         const std::int32_t at = e.logicalAt(a.controlPoints, i);
@@ -72,7 +65,7 @@ CurvePtr tweaked(const Evaluation& e, const CurvePtr& curve) {
 }
 
 CurvePtr shapeOf(const Evaluation& e) {
-    const CurveAttrs& a = curveAttrs();
+    const CurveAttrs& a = kAt;
     const auto made = e.dataAs<NurbsCurveData>(e.plug(a.create));
     if (!made)
         return e.dataAs<NurbsCurveData>(e.plug(a.cached));
@@ -80,9 +73,9 @@ CurvePtr shapeOf(const Evaluation& e) {
 }
 
 void evaluateWorldSpace(Evaluation& e) {
-    const auto curve = e.dataAs<NurbsCurveData>(e.plug(curveAttrs().local));
+    const auto curve = e.dataAs<NurbsCurveData>(e.plug(kAt.local));
     const AttrIndex world = dagAttrs().worldMatrix;
-    const std::size_t count = e.elementCount(curveAttrs().worldSpace);
+    const std::size_t count = e.elementCount(kAt.worldSpace);
     for (std::size_t i = 0; i < count; ++i) {
         const auto at = static_cast<std::int32_t>(i);
         e.set(e.plug(e.output(), at),
@@ -93,12 +86,12 @@ void evaluateWorldSpace(Evaluation& e) {
 void evaluateRange(Evaluation& e) {
     const CurvePtr curve = shapeOf(e);
     const bool sound = curve && curveFault(*curve).empty();
-    e.set(curveAttrs().minValue, sound ? firstParameter(*curve) : 0.0);
-    e.set(curveAttrs().maxValue, sound ? lastParameter(*curve) : 0.0);
+    e.set(kAt.minValue, sound ? firstParameter(*curve) : 0.0);
+    e.set(kAt.maxValue, sound ? lastParameter(*curve) : 0.0);
 }
 
 void evaluateCurve(Evaluation& e) {
-    const CurveAttrs& a = curveAttrs();
+    const CurveAttrs& a = kAt;
     const AttrIndex output = e.output();
     if (output == a.local) {
         e.set(output, PayloadPtr(shapeOf(e)));
@@ -123,21 +116,25 @@ bool isCurve(const Scene& scene, NodeHandle shape) {
     return scene.isType(shape, "nurbsCurve");
 }
 
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kCurve, fn::kNurbsCurve, "kNurbsCurve", 0, evaluateCurve)};
+
 }  // namespace
 
-const NodeTypeRow kNurbsCurveShape = typeRow("nurbsCurve", "deformableShape", fn::kNurbsCurve,
-                                             "kNurbsCurve", kAttrs, kAffects, 0, evaluateCurve);
+TypeRows curveShapeTypes() {
+    return family(kTypes);
+}
 
 CurvePtr curveOf(const Scene& scene, NodeHandle shape) {
     if (!isCurve(scene, shape))
         return nullptr;
-    return scene.dataAs<NurbsCurveData>(Plug(shape, curveAttrs().local));
+    return scene.dataAs<NurbsCurveData>(Plug(shape, kAt.local));
 }
 
 void setCurve(Scene& scene, NodeHandle shape, CurvePtr curve) {
     if (!isCurve(scene, shape))
         return;
-    const CurveAttrs& a = curveAttrs();
+    const CurveAttrs& a = kAt;
     for (const std::int32_t index : scene.elementIndices(Plug(shape, a.controlPoints)))
         scene.removeElement(Plug(shape, a.controlPoints, index));
     scene.setNumber(Plug(shape, a.tweak), 0.0);
@@ -148,7 +145,7 @@ bool setCurvePoints(Scene& scene, NodeHandle shape, const std::vector<V3d>& poin
     const CurvePtr now = curveOf(scene, shape);
     if (!now)
         return false;
-    const CurveAttrs& a = curveAttrs();
+    const CurveAttrs& a = kAt;
     const std::size_t count = std::min(points.size(), now->cvs.size());
     if (scene.dataAs<NurbsCurveData>(Plug(shape, a.create))) {
         for (std::size_t i = 0; i < count; ++i) {

@@ -165,13 +165,6 @@ std::vector<V3d> curvePolyline(const NurbsCurveData& curve, int perSpan) {
     return points;
 }
 
-Imath::Box3d curveBounds(const NurbsCurveData& curve) {
-    Imath::Box3d box;
-    for (const V3d& point : curvePolyline(curve, 32))
-        box.extendBy(point);
-    return box;
-}
-
 std::vector<double> clampedKnots(std::size_t points, int degree) {
     const int spans = static_cast<int>(points) - degree;
     std::vector<double> knots;

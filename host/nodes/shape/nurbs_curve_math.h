@@ -3,8 +3,6 @@
 #include <string>
 #include <vector>
 
-#include <Imath/ImathBox.h>
-
 #include "graph/data.h"
 
 /// Points on NURBS curves. The knot lists are those of the curve data: points + degree - 1 values,
@@ -34,10 +32,6 @@ double curveLength(const NurbsCurveData& curve);
 /// Points along the curve for drawing: the corners of a degree 1 curve, `perSpan` steps a span
 /// otherwise. A curve that is not sound gives its control points.
 std::vector<V3d> curvePolyline(const NurbsCurveData& curve, int perSpan = 8);
-
-/// Box around the curve itself, which may be smaller than that of its control points. Sampled 32
-/// times a span.
-Imath::Box3d curveBounds(const NurbsCurveData& curve);
 
 /// Whole-number knots with `degree` equal ones at each end: 0 0 0 1 2 2 2.
 std::vector<double> clampedKnots(std::size_t points, int degree);

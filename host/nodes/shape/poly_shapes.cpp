@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "graph/evaluation.h"
-
 namespace torvel {
 namespace {
 
@@ -177,23 +175,6 @@ class CylinderBuilder {
     int m_around, m_rows, m_caps;
 };
 
-double size(Evaluation& evaluation, const char* attr) {
-    return evaluation.number(evaluation.node().findAttr(attr));
-}
-
-int count(Evaluation& evaluation, const char* attr) {
-    return static_cast<int>(std::clamp(size(evaluation, attr), 0.0, 10000.0));
-}
-
-V3d axisOf(Evaluation& evaluation) {
-    return evaluation.vec3(evaluation.node().findAttr("axis"));
-}
-
-void put(Evaluation& evaluation, MeshData mesh) {
-    evaluation.set(evaluation.node().findAttr("output"),
-                   std::make_shared<MeshData>(std::move(mesh)));
-}
-
 }  // namespace
 
 MeshData polyCubeMesh(double width, double height, double depth, int segmentsWidth,
@@ -224,23 +205,6 @@ MeshData polyCylinderMesh(double radius, double height, int segmentsAxis, int se
     return CylinderBuilder(radius, height, std::max(3, segmentsAxis), std::max(1, segmentsHeight),
                            std::max(0, segmentsCaps), axis)
         .run();
-}
-
-void evaluatePolyCube(Evaluation& e) {
-    put(e, polyCubeMesh(size(e, "width"), size(e, "height"), size(e, "depth"),
-                        count(e, "subdivisionsWidth"), count(e, "subdivisionsHeight"),
-                        count(e, "subdivisionsDepth"), axisOf(e)));
-}
-
-void evaluatePolyPlane(Evaluation& e) {
-    put(e, polyPlaneMesh(size(e, "width"), size(e, "height"), count(e, "subdivisionsWidth"),
-                         count(e, "subdivisionsHeight"), axisOf(e)));
-}
-
-void evaluatePolyCylinder(Evaluation& e) {
-    put(e,
-        polyCylinderMesh(size(e, "radius"), size(e, "height"), count(e, "subdivisionsAxis"),
-                         count(e, "subdivisionsHeight"), count(e, "subdivisionsCaps"), axisOf(e)));
 }
 
 }  // namespace torvel

@@ -6,8 +6,6 @@
 /// rotation onto `axis`.
 namespace torvel {
 
-class Evaluation;
-
 /// Box: 2(wh + hd + wd) faces and the vertices on its surface. Counts below 1 count as 1.
 /// One segment each: vertices 0, 1 front bottom, 2, 3 front top, 4, 5 back top, 6, 7 back bottom,
 /// left before right.
@@ -20,10 +18,5 @@ MeshData polyPlaneMesh(double width, double height, int segmentsWidth, int segme
 /// centre vertex each; 0 caps: one face of many sides at either end.
 MeshData polyCylinderMesh(double radius, double height, int segmentsAxis, int segmentsHeight,
                           int segmentsCaps, const V3d& axis);
-
-// For the node type table.
-void evaluatePolyCube(Evaluation& evaluation);
-void evaluatePolyPlane(Evaluation& evaluation);
-void evaluatePolyCylinder(Evaluation& evaluation);
 
 }  // namespace torvel

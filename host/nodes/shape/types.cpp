@@ -1,9 +1,7 @@
 // locator, camera and the measuring shape.
 #include "graph/evaluation.h"
 #include "nodes/core/fn_numbers.h"
-#include "nodes/node_table.h"
-#include "nodes/core/node_types.h"
-#include "nodes/core/rows.h"
+#include "nodes/core/base_attrs.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {
@@ -17,9 +15,11 @@ constexpr AttrRow kLocatorAttrs[] = {
 };
 constexpr AffectRow kLocatorAffects[] = {{"worldMatrix", "worldPosition"}};
 
+constexpr TypeAttrs kLocator("locator", kGeometryShape, kLocatorAttrs, kLocatorAffects);
+
 void evaluateLocator(Evaluation& e) {
-    static const AttrIndex localPosition = nodeTypes().find("locator")->byName.at("localPosition");
-    static const AttrIndex worldPosition = nodeTypes().find("locator")->byName.at("worldPosition");
+    constexpr AttrIndex localPosition = kLocator["localPosition"],
+                        worldPosition = kLocator["worldPosition"];
     if (e.output() != worldPosition) {
         evaluateDagNode(e);
         return;
@@ -56,28 +56,35 @@ constexpr AttrRow kCameraAttrs[] = {
     attrRow("displayFilmGate", "dfg", AttrType::Bool),
 };
 
+constexpr TypeAttrs kCamera("camera", kShape, kCameraAttrs);
+
 constexpr AttrRow kDistanceAttrs[] = {
     vectorRow("startPoint", "sp", AttrType::Distance, 0.0, 0, "distance"),
     vectorRow("endPoint", "ep", AttrType::Distance, 0.0, 0, "distance"),
     attrRow("distance", "dist", AttrType::Distance, 0.0, kOutput | kNotStored),
 };
 
+constexpr TypeAttrs kDistance("distanceDimShape", kShape, kDistanceAttrs);
+
 void evaluateDistance(Evaluation& e) {
-    static const auto& names = nodeTypes().find("distanceDimShape")->byName;
-    static const AttrIndex start = names.at("startPoint"), end = names.at("endPoint"),
-                           distance = names.at("distance");
+    constexpr AttrIndex start = kDistance["startPoint"], end = kDistance["endPoint"],
+                        distance = kDistance["distance"];
     if (e.output() == distance)
         e.set(distance, (e.vec3(end) - e.vec3(start)).length());
     else
         evaluateDagNode(e);
 }
 
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kLocator, fn::kLocator, "kLocator", 0, evaluateLocator),
+    typeRow(kCamera, fn::kCamera, "kCamera"),
+    typeRow(kDistance, fn::kShape, "kShape", 0, evaluateDistance),
+};
+
 }  // namespace
 
-const NodeTypeRow kLocatorShape = typeRow("locator", "geometryShape", fn::kLocator, "kLocator",
-                                          kLocatorAttrs, kLocatorAffects, 0, evaluateLocator);
-const NodeTypeRow kCameraShape = typeRow("camera", "shape", fn::kCamera, "kCamera", kCameraAttrs);
-const NodeTypeRow kDistanceShape =
-    typeRow("distanceDimShape", "shape", fn::kShape, "kShape", kDistanceAttrs, 0, evaluateDistance);
+TypeRows viewShapeTypes() {
+    return family(kTypes);
+}
 
 }  // namespace torvel

@@ -141,12 +141,6 @@ M44d rotationPart(const M44d& m) {
     return decompose(m).rotation;
 }
 
-M44d rigidPart(const M44d& m) {
-    M44d out = rotationPart(m);
-    setRow(out, 3, translationOf(m));
-    return out;
-}
-
 M44d translationMatrix(const V3d& offset) {
     M44d m;
     setRow(m, 3, offset);

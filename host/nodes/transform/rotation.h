@@ -39,9 +39,7 @@ struct MatrixParts {
 /// three negative scales.
 MatrixParts decompose(const M44d& m, const V3d* scaleHint = nullptr);
 
-/// Rotation and translation of `m`, without scale, shear and mirroring.
-M44d rigidPart(const M44d& m);
-/// Rotation alone.
+/// Rotation alone, without scale, shear and mirroring.
 M44d rotationPart(const M44d& m);
 
 M44d translationMatrix(const V3d& offset);

@@ -3,17 +3,11 @@
 #include <cmath>
 
 #include "graph/evaluation.h"
-#include "nodes/node_table.h"
 
 namespace torvel {
 namespace {
 
-AttrIndex attrOf(const char* type, const char* name) {
-    return nodeTypes().find(type)->byName.at(name);
-}
-
-// --- reading inputs
-// ----------------------------------------------------------------------------------------------
+// --- reading inputs ---
 
 // Inputs of the node under evaluation. What has no connection is read straight from its slot.
 class EvaluatedInputs {
@@ -118,8 +112,7 @@ Channels readJoint(const Inputs& in) {
     return out;
 }
 
-// --- composing
-// ---------------------------------------------------------------------------------------------------
+// --- composing ---
 
 bool isZero(const V3d& v) {
     return v.x == 0.0 && v.y == 0.0 && v.z == 0.0;
@@ -176,8 +169,7 @@ M44d transformMatrix(const Channels& c) {
     return m;
 }
 
-// --- the world
-// ---------------------------------------------------------------------------------------------------
+// --- the world ---
 
 const M44d kIdentity;
 
@@ -280,46 +272,6 @@ M44d dagMatrix(const Scene& scene, NodeHandle node, AttrIndex attr, int instance
 }
 
 }  // namespace
-
-const DagAttrs& dagAttrs() {
-    static const DagAttrs attrs = [] {
-        const auto at = [](const char* name) { return attrOf("dagNode", name); };
-        return DagAttrs{at("visibility"),    at("intermediateObject"),  at("matrix"),
-                        at("inverseMatrix"), at("worldMatrix"),         at("worldInverseMatrix"),
-                        at("parentMatrix"),  at("parentInverseMatrix"), at("offsetParentMatrix")};
-    }();
-    return attrs;
-}
-
-const TransformAttrs& transformAttrs() {
-    static const TransformAttrs attrs = [] {
-        const auto at = [](const char* name) { return attrOf("transform", name); };
-        return TransformAttrs{at("translate"),
-                              at("rotate"),
-                              at("rotateOrder"),
-                              at("scale"),
-                              at("shear"),
-                              at("rotatePivot"),
-                              at("rotatePivotTranslate"),
-                              at("scalePivot"),
-                              at("scalePivotTranslate"),
-                              at("rotateAxis"),
-                              at("inheritsTransform"),
-                              at("xformMatrix")};
-    }();
-    return attrs;
-}
-
-const JointAttrs& jointAttrs() {
-    static const JointAttrs attrs = [] {
-        const auto at = [](const char* name) { return attrOf("joint", name); };
-        return JointAttrs{at("jointOrient"),  at("segmentScaleCompensate"),
-                          at("inverseScale"), at("preferredAngle"),
-                          at("radius"),       at("bindPose"),
-                          at("drawStyle")};
-    }();
-    return attrs;
-}
 
 bool isJoint(const Scene& scene, NodeHandle node) {
     return scene.isType(node, "joint");

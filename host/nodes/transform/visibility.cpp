@@ -2,30 +2,20 @@
 
 #include <algorithm>
 
-#include "nodes/node_table.h"
+#include "nodes/core/base_attrs.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {
 namespace {
 
-struct Switches {
-    AttrIndex lodVisibility, overrideEnabled, overrideVisibility;
-};
-
-const Switches& switches() {
-    static const Switches attrs = [] {
-        const auto& names = nodeTypes().find("dagNode")->byName;
-        return Switches{names.at("lodVisibility"), names.at("overrideEnabled"),
-                        names.at("overrideVisibility")};
-    }();
-    return attrs;
-}
+constexpr AttrIndex kLodVisibility = kDagNode["lodVisibility"],
+                    kOverrideEnabled = kDagNode["overrideEnabled"],
+                    kOverrideVisibility = kDagNode["overrideVisibility"];
 
 bool isOn(const Scene& scene, NodeHandle node) {
     const auto on = [&](AttrIndex attr) { return scene.number(Plug(node, attr)) != 0.0; };
-    return on(dagAttrs().visibility) && on(switches().lodVisibility) &&
-           !on(dagAttrs().intermediateObject) &&
-           (!on(switches().overrideEnabled) || on(switches().overrideVisibility));
+    return on(dagAttrs().visibility) && on(kLodVisibility) && !on(dagAttrs().intermediateObject) &&
+           (!on(kOverrideEnabled) || on(kOverrideVisibility));
 }
 
 }  // namespace

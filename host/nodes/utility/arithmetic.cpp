@@ -5,7 +5,6 @@
 #include "nodes/core/fn_numbers.h"
 #include "nodes/core/quick_node.h"
 #include "nodes/utility/rows.h"
-#include "nodes/utility/types.h"
 
 namespace torvel {
 namespace {
@@ -17,8 +16,7 @@ constexpr AttrRow floatPair(const char* longName, const char* shortName, std::ui
     return row;
 }
 
-// --- multiplyDivide
-// ------------------------------------------------------------------------------------------
+// --- multiplyDivide ---
 
 enum { kMultiply = 1, kDivide = 2, kPower = 3 };
 
@@ -28,6 +26,7 @@ constexpr AttrRow kMultiplyDivideAttrs[] = {
     floatTriple("input2", "i2", "XYZ", 1.0, kKeyable, "output"),
     floatTriple("output", "o", "XYZ", 0.0, kComputedOutput),
 };
+constexpr TypeAttrs kMultiplyDivideType("multiplyDivide", kDependNode, kMultiplyDivideAttrs);
 
 // What has no value (a quotient by zero, a root of a negative number) is 0: nothing behind it
 // becomes not a number.
@@ -43,16 +42,17 @@ double combined(int operation, double a, double b) {
 }
 
 void multiplyDivide(Evaluation& e) {
-    static const AttrPositions<4> at("multiplyDivide", {"operation", "input1", "input2", "output"});
+    constexpr const TypeAttrs& at = kMultiplyDivideType;
+    constexpr AttrIndex kOperation = at["operation"], kInput1 = at["input1"],
+                        kInput2 = at["input2"], kResult = at["output"];
     QuickNode node(e);
-    const int operation = node.whole(at[0]);
-    const V3d a = node.vec3(at[1]), b = node.vec3(at[2]);
-    node.set(at[3], V3d(combined(operation, a.x, b.x), combined(operation, a.y, b.y),
-                        combined(operation, a.z, b.z)));
+    const int operation = node.whole(kOperation);
+    const V3d a = node.vec3(kInput1), b = node.vec3(kInput2);
+    node.set(kResult, V3d(combined(operation, a.x, b.x), combined(operation, a.y, b.y),
+                          combined(operation, a.z, b.z)));
 }
 
-// --- plusMinusAverage
-// ----------------------------------------------------------------------------------------
+// --- plusMinusAverage ---
 
 enum { kSum = 1, kSubtract = 2, kAverage = 3 };
 
@@ -66,6 +66,7 @@ constexpr AttrRow kPlusMinusAttrs[] = {
     floatPair("output2D", "o2", kComputedOutput, ""),
     floatTriple("output3D", "o3", "xyz", 0.0, kComputedOutput),
 };
+constexpr TypeAttrs kPlusMinusAverageType("plusMinusAverage", kDependNode, kPlusMinusAttrs);
 
 double folded(const QuickNode& node, int operation, AttrIndex array, AttrIndex leaf) {
     const std::size_t count = node.count(array);
@@ -81,89 +82,98 @@ double folded(const QuickNode& node, int operation, AttrIndex array, AttrIndex l
 }
 
 void plusMinusAverage(Evaluation& e) {
-    static const AttrPositions<7> at(
-        "plusMinusAverage",
-        {"operation", "input1D", "input2D", "input3D", "output1D", "output2D", "output3D"});
+    constexpr const TypeAttrs& at = kPlusMinusAverageType;
+    constexpr AttrIndex kOperation = at["operation"], kInput1D = at["input1D"],
+                        kInput2D = at["input2D"], kInput3D = at["input3D"],
+                        kOutput1D = at["output1D"], kOutput2D = at["output2D"],
+                        kOutput3D = at["output3D"];
     QuickNode node(e);
-    const int operation = node.whole(at[0]);
-    if (e.output() == at[4]) {
-        node.set(at[4], folded(node, operation, at[1], at[1]));
+    const int operation = node.whole(kOperation);
+    if (e.output() == kOutput1D) {
+        node.set(kOutput1D, folded(node, operation, kInput1D, kInput1D));
         return;
     }
-    const bool pair = e.output() == at[5];
-    const AttrIndex array = pair ? at[2] : at[3], output = pair ? at[5] : at[6];
+    const bool pair = e.output() == kOutput2D;
+    const AttrIndex array = pair ? kInput2D : kInput3D, output = pair ? kOutput2D : kOutput3D;
     for (AttrIndex i = 1; i <= (pair ? 2u : 3u); ++i)  // children stand behind their compound
         node.set(output + i, folded(node, operation, array, array + i));
 }
 
-// --- reverse
-// -------------------------------------------------------------------------------------------------
+// --- reverse ---
 
 constexpr AttrRow kReverseAttrs[] = {floatTriple("input", "i", "XYZ", 0.0, kKeyable, "output"),
                                      floatTriple("output", "o", "XYZ", 0.0, kComputedOutput)};
+constexpr TypeAttrs kReverseType("reverse", kDependNode, kReverseAttrs);
 
 void reverse(Evaluation& e) {
-    static const AttrPositions<2> at("reverse", {"input", "output"});
+    constexpr AttrIndex kInput = kReverseType["input"], kResult = kReverseType["output"];
     QuickNode node(e);
-    node.set(at[1], V3d(1.0) - node.vec3(at[0]));
+    node.set(kResult, V3d(1.0) - node.vec3(kInput));
 }
 
-// --- addDoubleLinear, multDoubleLinear (double precision, lengths)
-// -------------------------------------------
+// --- addDoubleLinear, multDoubleLinear (double precision, lengths) ---
 
 constexpr AttrRow kTwoLengths[] = {
     attrRow("input1", "i1", AttrType::Distance, 0.0, kKeyable, "output"),
     attrRow("input2", "i2", AttrType::Distance, 0.0, kKeyable, "output"),
     attrRow("output", "o", AttrType::Distance, 0.0, kComputedOutput),
 };
+constexpr TypeAttrs kAddDoubleLinearType("addDoubleLinear", kDependNode, kTwoLengths);
+constexpr TypeAttrs kMultDoubleLinearType("multDoubleLinear", kDependNode, kTwoLengths);
 
 void addDoubleLinear(Evaluation& e) {
-    static const AttrPositions<3> at("addDoubleLinear", {"input1", "input2", "output"});
+    constexpr AttrIndex kInput1 = kAddDoubleLinearType["input1"],
+                        kInput2 = kAddDoubleLinearType["input2"],
+                        kResult = kAddDoubleLinearType["output"];
     QuickNode node(e);
-    node.set(at[2], node.number(at[0]) + node.number(at[1]));
+    node.set(kResult, node.number(kInput1) + node.number(kInput2));
 }
 
 void multDoubleLinear(Evaluation& e) {
-    static const AttrPositions<3> at("multDoubleLinear", {"input1", "input2", "output"});
+    constexpr AttrIndex kInput1 = kMultDoubleLinearType["input1"],
+                        kInput2 = kMultDoubleLinearType["input2"],
+                        kResult = kMultDoubleLinearType["output"];
     QuickNode node(e);
-    node.set(at[2], node.number(at[0]) * node.number(at[1]));
+    node.set(kResult, node.number(kInput1) * node.number(kInput2));
 }
 
-// --- multiply, sum, floatConstant
-// ----------------------------------------------------------------------------
+// --- multiply, sum, floatConstant ---
 
 constexpr AttrRow kManyNumbers[] = {
     attrRow("input", "i", AttrType::Double, 0.0, kArray | kKeyable, "output"),
     attrRow("output", "o", AttrType::Double, 0.0, kComputedOutput)};
+constexpr TypeAttrs kMultiplyType("multiply", kDependNode, kManyNumbers);
+constexpr TypeAttrs kSumType("sum", kDependNode, kManyNumbers);
 
 void multiply(Evaluation& e) {
-    static const AttrPositions<2> at("multiply", {"input", "output"});
+    constexpr AttrIndex kInput = kMultiplyType["input"], kResult = kMultiplyType["output"];
     QuickNode node(e);
-    const std::size_t count = node.count(at[0]);
+    const std::size_t count = node.count(kInput);
     double product = count ? 1.0 : 0.0;
     for (std::size_t i = 0; i < count; ++i)
-        product *= node.element(at[0], i, at[0]);
-    node.set(at[1], product);
+        product *= node.element(kInput, i, kInput);
+    node.set(kResult, product);
 }
 
 void sum(Evaluation& e) {
-    static const AttrPositions<2> at("sum", {"input", "output"});
+    constexpr AttrIndex kInput = kSumType["input"], kResult = kSumType["output"];
     QuickNode node(e);
-    node.set(at[1], folded(node, kSum, at[0], at[0]));
+    node.set(kResult, folded(node, kSum, kInput, kInput));
 }
 
 constexpr AttrRow kConstantAttrs[] = {
     attrRow("inFloat", "_f", AttrType::Float, 1.0, kKeyable, "outFloat"),
     attrRow("outFloat", "of", AttrType::Float, 0.0, kComputedOutput)};
+constexpr TypeAttrs kFloatConstantType("floatConstant", kDependNode, kConstantAttrs);
 
 void floatConstant(Evaluation& e) {
-    static const AttrPositions<2> at("floatConstant", {"inFloat", "outFloat"});
+    constexpr AttrIndex kInFloat = kFloatConstantType["inFloat"],
+                        kOutFloat = kFloatConstantType["outFloat"];
     QuickNode node(e);
-    node.set(at[1], node.number(at[0]));
+    node.set(kOutFloat, node.number(kInFloat));
 }
 
-// --- distanceBetween
-// -----------------------------------------------------------------------------------------
+// --- distanceBetween ---
 
 constexpr AttrRow kDistanceAttrs[] = {
     vectorRow("point1", "p1", AttrType::Distance, 0.0, kKeyable, "distance"),
@@ -172,43 +182,35 @@ constexpr AttrRow kDistanceAttrs[] = {
     attrRow("inMatrix2", "im2", AttrType::Matrix, 0.0, 0, "distance"),
     attrRow("distance", "d", AttrType::Double, 0.0, kComputedOutput),
 };
+constexpr TypeAttrs kDistanceBetweenType("distanceBetween", kDependNode, kDistanceAttrs);
 
 void distanceBetween(Evaluation& e) {
-    static const AttrPositions<5> at("distanceBetween",
-                                     {"point1", "inMatrix1", "point2", "inMatrix2", "distance"});
+    constexpr const TypeAttrs& at = kDistanceBetweenType;
+    constexpr AttrIndex kPoint1 = at["point1"], kInMatrix1 = at["inMatrix1"],
+                        kPoint2 = at["point2"], kInMatrix2 = at["inMatrix2"],
+                        kDistance = at["distance"];
     QuickNode node(e);
-    const V3d from = node.vec3(at[0]) * node.matrix(at[1]),
-              to = node.vec3(at[2]) * node.matrix(at[3]);
-    node.set(at[4], (to - from).length());
+    const V3d from = node.vec3(kPoint1) * node.matrix(kInMatrix1),
+              to = node.vec3(kPoint2) * node.matrix(kInMatrix2);
+    node.set(kDistance, (to - from).length());
 }
 
-constexpr NodeTypeRow kMultiplyDivideRow = utilityRow(
-    "multiplyDivide", fn::kMultiplyDivide, "kMultiplyDivide", kMultiplyDivideAttrs, multiplyDivide);
-constexpr NodeTypeRow kPlusMinusRow =
-    utilityRow("plusMinusAverage", fn::kPlusMinusAverage, "kPlusMinusAverage", kPlusMinusAttrs,
-               plusMinusAverage);
-constexpr NodeTypeRow kReverseRow =
-    utilityRow("reverse", fn::kReverse, "kReverse", kReverseAttrs, reverse);
-constexpr NodeTypeRow kAddRow = utilityRow("addDoubleLinear", fn::kAddDoubleLinear,
-                                           "kAddDoubleLinear", kTwoLengths, addDoubleLinear);
-constexpr NodeTypeRow kMultRow = utilityRow("multDoubleLinear", fn::kDependencyNode,
-                                            "kMultDoubleLinear", kTwoLengths, multDoubleLinear);
-constexpr NodeTypeRow kMultiplyRow =
-    utilityRow("multiply", fn::kDependencyNode, "kMultiply", kManyNumbers, multiply);
-constexpr NodeTypeRow kSumRow = utilityRow("sum", fn::kDependencyNode, "kSum", kManyNumbers, sum);
-constexpr NodeTypeRow kConstantRow = utilityRow("floatConstant", fn::kDependencyNode,
-                                                "kFloatConstant", kConstantAttrs, floatConstant);
-constexpr NodeTypeRow kDistanceRow = utilityRow(
-    "distanceBetween", fn::kDependencyNode, "kDistanceBetween", kDistanceAttrs, distanceBetween);
-
-const NodeTypeRow* const kRows[] = {
-    &kMultiplyDivideRow, &kPlusMinusRow, &kReverseRow,  &kAddRow,     &kMultRow,
-    &kMultiplyRow,       &kSumRow,       &kConstantRow, &kDistanceRow};
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kMultiplyDivideType, fn::kMultiplyDivide, "kMultiplyDivide", 0, multiplyDivide),
+    typeRow(kPlusMinusAverageType, fn::kPlusMinusAverage, "kPlusMinusAverage", 0, plusMinusAverage),
+    typeRow(kReverseType, fn::kReverse, "kReverse", 0, reverse),
+    typeRow(kAddDoubleLinearType, fn::kAddDoubleLinear, "kAddDoubleLinear", 0, addDoubleLinear),
+    typeRow(kMultDoubleLinearType, fn::kDependencyNode, "kMultDoubleLinear", 0, multDoubleLinear),
+    typeRow(kMultiplyType, fn::kDependencyNode, "kMultiply", 0, multiply),
+    typeRow(kSumType, fn::kDependencyNode, "kSum", 0, sum),
+    typeRow(kFloatConstantType, fn::kDependencyNode, "kFloatConstant", 0, floatConstant),
+    typeRow(kDistanceBetweenType, fn::kDependencyNode, "kDistanceBetween", 0, distanceBetween),
+};
 
 }  // namespace
 
 TypeRows arithmeticTypes() {
-    return {kRows, std::size(kRows)};
+    return family(kTypes);
 }
 
 }  // namespace torvel

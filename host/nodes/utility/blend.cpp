@@ -7,13 +7,11 @@
 #include "nodes/core/quick_node.h"
 #include "nodes/transform/rotation.h"
 #include "nodes/utility/rows.h"
-#include "nodes/utility/types.h"
 
 namespace torvel {
 namespace {
 
-// --- blendColors
-// ---------------------------------------------------------------------------------------------
+// --- blendColors ---
 
 constexpr AttrRow colorPart(const char* parent, const char* longName, const char* shortName,
                             double value) {
@@ -32,16 +30,18 @@ constexpr AttrRow kBlendColorsAttrs[] = {
     colorPart("color2", "color2B", "c2b", 1.0),
     floatTriple("output", "op", "RGB", 0.0, kComputedOutput),
 };
+constexpr TypeAttrs kBlendColorsType("blendColors", kDependNode, kBlendColorsAttrs);
 
 void blendColors(Evaluation& e) {
-    static const AttrPositions<4> at("blendColors", {"blender", "color1", "color2", "output"});
+    constexpr const TypeAttrs& at = kBlendColorsType;
+    constexpr AttrIndex kBlender = at["blender"], kColor1 = at["color1"], kColor2 = at["color2"],
+                        kResult = at["output"];
     QuickNode node(e);
-    const double share = node.number(at[0]);
-    node.set(at[3], node.vec3(at[1]) * share + node.vec3(at[2]) * (1.0 - share));
+    const double share = node.number(kBlender);
+    node.set(kResult, node.vec3(kColor1) * share + node.vec3(kColor2) * (1.0 - share));
 }
 
-// --- blendTwoAttr, blendWeighted
-// -----------------------------------------------------------------------------
+// --- blendTwoAttr, blendWeighted ---
 
 constexpr AttrRow kTwoAttrs[] = {
     attrRow("input", "i", AttrType::Double, 0.0, kArray | kKeyable, "output"),
@@ -49,13 +49,17 @@ constexpr AttrRow kTwoAttrs[] = {
     inputRow("attributesBlender", "ab", "output", 0.0, AttrType::Double),
     outputRow("output", "o", AttrType::Double),
 };
+constexpr TypeAttrs kBlendTwoAttrType("blendTwoAttr", kDependNode, kTwoAttrs);
 
 void blendTwoAttr(Evaluation& e) {
-    static const AttrPositions<3> at("blendTwoAttr", {"input", "attributesBlender", "output"});
+    constexpr AttrIndex kInput = kBlendTwoAttrType["input"],
+                        kAttributesBlender = kBlendTwoAttrType["attributesBlender"],
+                        kResult = kBlendTwoAttrType["output"];
     QuickNode node(e);
-    const double share = node.number(at[1]);
-    const double a = node.elementOr(at[0], 0, at[0], 0.0), b = node.elementOr(at[0], 1, at[0], 0.0);
-    node.set(at[2], (1.0 - share) * a + share * b);
+    const double share = node.number(kAttributesBlender);
+    const double a = node.elementOr(kInput, 0, kInput, 0.0),
+                 b = node.elementOr(kInput, 1, kInput, 0.0);
+    node.set(kResult, (1.0 - share) * a + share * b);
 }
 
 constexpr AttrRow kWeightedAttrs[] = {
@@ -64,20 +68,22 @@ constexpr AttrRow kWeightedAttrs[] = {
     attrRow("current", "c", AttrType::Long, 0.0, 0),
     outputRow("output", "o", AttrType::Double),
 };
+constexpr TypeAttrs kBlendWeightedType("blendWeighted", kDependNode, kWeightedAttrs);
 
 // An input without a weight of its own counts in full.
 void blendWeighted(Evaluation& e) {
-    static const AttrPositions<3> at("blendWeighted", {"input", "weight", "output"});
+    constexpr AttrIndex kInput = kBlendWeightedType["input"],
+                        kWeight = kBlendWeightedType["weight"],
+                        kResult = kBlendWeightedType["output"];
     QuickNode node(e);
     double total = 0.0;
-    for (std::size_t i = 0; i < node.count(at[0]); ++i)
-        total += node.element(at[0], i, at[0]) *
-                 node.elementOr(at[1], node.logicalAt(at[0], i), at[1], 1.0);
-    node.set(at[2], total);
+    for (std::size_t i = 0; i < node.count(kInput); ++i)
+        total += node.element(kInput, i, kInput) *
+                 node.elementOr(kWeight, node.logicalAt(kInput, i), kWeight, 1.0);
+    node.set(kResult, total);
 }
 
-// --- pairBlend
-// -----------------------------------------------------------------------------------------------
+// --- pairBlend ---
 
 constexpr const char* kModeNames = "Blend inputs:In1 only:In2 only";
 
@@ -120,6 +126,7 @@ constexpr AttrRow kPairAttrs[] = {
     half("outRotate", "outRotateY", "ory", AttrType::Angle, kComputedOutput),
     half("outRotate", "outRotateZ", "orz", AttrType::Angle, kComputedOutput),
 };
+constexpr TypeAttrs kPairBlendType("pairBlend", kDependNode, kPairAttrs);
 
 double shareOf(int mode, double weight) {
     return mode == 1 ? 0.0 : mode == 2 ? 1.0 : weight;
@@ -136,29 +143,33 @@ V3d blendedRotation(const QuickNode& node, const V3d& a, const V3d& b, double sh
 }
 
 void pairBlend(Evaluation& e) {
-    static const AttrPositions<13> at(
-        "pairBlend", {"inTranslate1", "inTranslate2", "inRotate1", "inRotate2", "weight",
-                      "translateXMode", "translateYMode", "translateZMode", "rotateMode",
-                      "rotInterpolation", "rotateOrder", "outTranslate", "outRotate"});
+    constexpr const TypeAttrs& at = kPairBlendType;
+    constexpr AttrIndex kInTranslate1 = at["inTranslate1"], kInTranslate2 = at["inTranslate2"],
+                        kInRotate1 = at["inRotate1"], kInRotate2 = at["inRotate2"],
+                        kWeight = at["weight"], kTranslateXMode = at["translateXMode"],
+                        kRotateMode = at["rotateMode"], kRotInterpolation = at["rotInterpolation"],
+                        kRotateOrder = at["rotateOrder"], kOutTranslate = at["outTranslate"],
+                        kOutRotate = at["outRotate"];
     QuickNode node(e);
-    const double weight = node.number(at[4]);
-    if (e.output() == at[11]) {
-        const V3d a = node.vec3(at[0]), b = node.vec3(at[1]);
+    const double weight = node.number(kWeight);
+    if (e.output() == kOutTranslate) {
+        const V3d a = node.vec3(kInTranslate1), b = node.vec3(kInTranslate2);
         V3d out;
         for (int i = 0; i < 3; ++i)
-            out[i] = a[i] + (b[i] - a[i]) *
-                                shareOf(node.whole(at[static_cast<std::size_t>(5 + i)]), weight);
-        node.set(at[11], out);
+            out[i] =
+                a[i] + (b[i] - a[i]) *
+                           shareOf(node.whole(kTranslateXMode + static_cast<AttrIndex>(i)), weight);
+        node.set(kOutTranslate, out);
         return;
     }
-    const V3d a = node.vec3(at[2]), b = node.vec3(at[3]);
-    const double share = shareOf(node.whole(at[8]), weight);
-    node.set(at[12], node.whole(at[9]) == 1 ? blendedRotation(node, a, b, share, at[10])
-                                            : a + (b - a) * share);
+    const V3d a = node.vec3(kInRotate1), b = node.vec3(kInRotate2);
+    const double share = shareOf(node.whole(kRotateMode), weight);
+    node.set(kOutRotate, node.whole(kRotInterpolation) == 1
+                             ? blendedRotation(node, a, b, share, kRotateOrder)
+                             : a + (b - a) * share);
 }
 
-// --- choice
-// --------------------------------------------------------------------------------------------------
+// --- choice ---
 
 // Input and output take every kind of value; their nameless children let three numbers through as
 // one.
@@ -174,46 +185,42 @@ constexpr AttrRow kChoiceAttrs[] = {
     under("output", attrRow("output1", "o_1", AttrType::Double, 0.0, kInner | kOutput)),
     under("output", attrRow("output2", "o_2", AttrType::Double, 0.0, kInner | kOutput)),
 };
+constexpr TypeAttrs kChoiceType("choice", kDependNode, kChoiceAttrs);
 
 // A selector beyond the inputs takes the last one.
 void choice(Evaluation& e) {
-    static const AttrPositions<3> at("choice", {"selector", "input", "output"});
+    constexpr AttrIndex kSelector = kChoiceType["selector"], kInput = kChoiceType["input"],
+                        kResult = kChoiceType["output"];
     QuickNode node(e);
-    const std::size_t count = node.count(at[1]);
+    const std::size_t count = node.count(kInput);
     if (count == 0)
         return;
-    std::int32_t wanted = std::max(node.whole(at[0]), 0);
-    wanted = std::min(wanted, node.logicalAt(at[1], count - 1));
-    const Plug source = node.elementSource(at[1], wanted);
+    std::int32_t wanted = std::max(node.whole(kSelector), 0);
+    wanted = std::min(wanted, node.logicalAt(kInput, count - 1));
+    const Plug source = node.elementSource(kInput, wanted);
     const AttrInfo* info = source.isNull() ? nullptr : &e.scene().info(source);
     if (info && isNumeric(info->type) && info->children.empty())
-        return node.set(at[2], node.numberFrom(source));
-    const Plug input = e.plug(at[1], wanted);
-    e.set(at[2], e.data(input));
+        return node.set(kResult, node.numberFrom(source));
+    const Plug input = e.plug(kInput, wanted);
+    e.set(kResult, e.data(input));
     if (info && info->children.size() == 3)
-        node.set(at[2], e.vec3(input));
+        node.set(kResult, e.vec3(input));
     else
-        node.set(at[2], e.number(input));
+        node.set(kResult, e.number(input));
 }
 
-constexpr NodeTypeRow kBlendColorsRow =
-    utilityRow("blendColors", fn::kBlendColors, "kBlendColors", kBlendColorsAttrs, blendColors);
-constexpr NodeTypeRow kTwoRow =
-    utilityRow("blendTwoAttr", fn::kBlendNodeBase, "kBlendTwoAttr", kTwoAttrs, blendTwoAttr);
-constexpr NodeTypeRow kWeightedRow = utilityRow("blendWeighted", fn::kBlendNodeBase,
-                                                "kBlendWeighted", kWeightedAttrs, blendWeighted);
-constexpr NodeTypeRow kPairRow =
-    utilityRow("pairBlend", fn::kDependencyNode, "kPairBlend", kPairAttrs, pairBlend);
-constexpr NodeTypeRow kChoiceRow =
-    utilityRow("choice", fn::kDependencyNode, "kChoice", kChoiceAttrs, choice);
-
-const NodeTypeRow* const kRows[] = {&kBlendColorsRow, &kTwoRow, &kWeightedRow, &kPairRow,
-                                    &kChoiceRow};
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kBlendColorsType, fn::kBlendColors, "kBlendColors", 0, blendColors),
+    typeRow(kBlendTwoAttrType, fn::kBlendNodeBase, "kBlendTwoAttr", 0, blendTwoAttr),
+    typeRow(kBlendWeightedType, fn::kBlendNodeBase, "kBlendWeighted", 0, blendWeighted),
+    typeRow(kPairBlendType, fn::kDependencyNode, "kPairBlend", 0, pairBlend),
+    typeRow(kChoiceType, fn::kDependencyNode, "kChoice", 0, choice),
+};
 
 }  // namespace
 
 TypeRows blendTypes() {
-    return {kRows, std::size(kRows)};
+    return family(kTypes);
 }
 
 }  // namespace torvel

@@ -5,7 +5,6 @@
 #include "nodes/core/quick_node.h"
 #include "nodes/transform/rotation.h"
 #include "nodes/utility/rows.h"
-#include "nodes/utility/types.h"
 
 namespace torvel {
 namespace {
@@ -30,8 +29,7 @@ M44d matrixOf(const MatrixParts& parts) {
     return m;
 }
 
-// --- composeMatrix, decomposeMatrix
-// --------------------------------------------------------------------------
+// --- composeMatrix, decomposeMatrix ---
 
 constexpr AttrRow kComposeAttrs[] = {
     vectorRow("inputTranslate", "it", AttrType::Distance, 0.0, kKeyable, "outputMatrix"),
@@ -47,6 +45,7 @@ constexpr AttrRow kComposeAttrs[] = {
     attrRow("useEulerRotation", "uer", AttrType::Bool, 1.0, 0, "outputMatrix"),
     matrixRow("outputMatrix", "omat", kComputedOutput),
 };
+constexpr TypeAttrs kComposeMatrixType("composeMatrix", kDependNode, kComposeAttrs);
 
 M44d quatMatrix(const QuickNode& node, AttrIndex w, const V3d& axis) {
     const Quatd q(node.number(w), axis);
@@ -54,17 +53,22 @@ M44d quatMatrix(const QuickNode& node, AttrIndex w, const V3d& axis) {
 }
 
 void composeMatrix(Evaluation& e) {
-    static const AttrPositions<9> at(
-        "composeMatrix", {"inputTranslate", "inputRotate", "inputScale", "inputShear", "inputQuat",
-                          "inputQuatW", "inputRotateOrder", "useEulerRotation", "outputMatrix"});
+    constexpr const TypeAttrs& at = kComposeMatrixType;
+    constexpr AttrIndex kInputTranslate = at["inputTranslate"], kInputRotate = at["inputRotate"],
+                        kInputScale = at["inputScale"], kInputShear = at["inputShear"],
+                        kInputQuat = at["inputQuat"], kInputQuatW = at["inputQuatW"],
+                        kInputRotateOrder = at["inputRotateOrder"],
+                        kUseEulerRotation = at["useEulerRotation"],
+                        kOutputMatrix = at["outputMatrix"];
     QuickNode node(e);
     MatrixParts parts;
-    parts.translate = node.vec3(at[0]);
-    parts.scale = node.vec3(at[2]);
-    parts.shear = node.vec3(at[3]);
-    parts.rotation = node.flag(at[7]) ? eulerMatrix(node.vec3(at[1]), node.whole(at[6]))
-                                      : quatMatrix(node, at[5], node.vec3(at[4]));
-    node.set(at[8], matrixOf(parts));
+    parts.translate = node.vec3(kInputTranslate);
+    parts.scale = node.vec3(kInputScale);
+    parts.shear = node.vec3(kInputShear);
+    parts.rotation = node.flag(kUseEulerRotation)
+                         ? eulerMatrix(node.vec3(kInputRotate), node.whole(kInputRotateOrder))
+                         : quatMatrix(node, kInputQuatW, node.vec3(kInputQuat));
+    node.set(kOutputMatrix, matrixOf(parts));
 }
 
 constexpr const char* kAllParts = "outputTranslate outputRotate outputScale outputShear outputQuat";
@@ -82,45 +86,51 @@ constexpr AttrRow kDecomposeAttrs[] = {
     number("outputQuat", "outputQuatZ", "oqz", 0.0, kComputedOutput),
     number("outputQuat", "outputQuatW", "oqw", 0.0, kComputedOutput),
 };
+constexpr TypeAttrs kDecomposeMatrixType("decomposeMatrix", kDependNode, kDecomposeAttrs);
 
 void decomposeMatrix(Evaluation& e) {
-    static const AttrPositions<8> at(
-        "decomposeMatrix", {"inputMatrix", "inputRotateOrder", "outputTranslate", "outputRotate",
-                            "outputScale", "outputShear", "outputQuat", "outputQuatW"});
+    constexpr const TypeAttrs& at = kDecomposeMatrixType;
+    constexpr AttrIndex kInputMatrix = at["inputMatrix"],
+                        kInputRotateOrder = at["inputRotateOrder"],
+                        kOutputTranslate = at["outputTranslate"],
+                        kOutputRotate = at["outputRotate"], kOutputScale = at["outputScale"],
+                        kOutputShear = at["outputShear"], kOutputQuat = at["outputQuat"],
+                        kOutputQuatW = at["outputQuatW"];
     QuickNode node(e);
-    const M44d& matrix = node.matrix(at[0]);
-    if (e.output() == at[2]) {
-        node.set(at[2], translationOf(matrix));
+    const M44d& matrix = node.matrix(kInputMatrix);
+    if (e.output() == kOutputTranslate) {
+        node.set(kOutputTranslate, translationOf(matrix));
         return;
     }
     const MatrixParts parts = decompose(matrix);
-    if (e.output() == at[3])
-        node.set(at[3], eulerFromMatrix(parts.rotation, node.whole(at[1])));
-    else if (e.output() == at[4])
-        node.set(at[4], parts.scale);
-    else if (e.output() == at[5])
-        node.set(at[5], parts.shear);
+    if (e.output() == kOutputRotate)
+        node.set(kOutputRotate, eulerFromMatrix(parts.rotation, node.whole(kInputRotateOrder)));
+    else if (e.output() == kOutputScale)
+        node.set(kOutputScale, parts.scale);
+    else if (e.output() == kOutputShear)
+        node.set(kOutputShear, parts.shear);
     else {
         const Quatd q = Imath::extractQuat(parts.rotation);
-        node.set(at[6], q.v);
-        node.set(at[7], q.r);
+        node.set(kOutputQuat, q.v);
+        node.set(kOutputQuatW, q.r);
     }
 }
 
-// --- products, sums, inverses
-// --------------------------------------------------------------------------------
+// --- products, sums, inverses ---
 
 constexpr AttrRow kMultAttrs[] = {matrixRow("matrixIn", "i", kArray, "matrixSum"),
                                   matrixRow("matrixSum", "o", kComputedOutput)};
+constexpr TypeAttrs kMultMatrixType("multMatrix", kDependNode, kMultAttrs);
 
 void multMatrix(Evaluation& e) {
-    static const AttrPositions<2> at("multMatrix", {"matrixIn", "matrixSum"});
+    constexpr AttrIndex kMatrixIn = kMultMatrixType["matrixIn"],
+                        kMatrixSum = kMultMatrixType["matrixSum"];
     QuickNode node(e);
     M44d product;
-    for (std::size_t i = 0; i < node.count(at[0]); ++i)
-        product = i == 0 ? node.elementMatrix(at[0], i, at[0])
-                         : product * node.elementMatrix(at[0], i, at[0]);
-    node.set(at[1], product);
+    for (std::size_t i = 0; i < node.count(kMatrixIn); ++i)
+        product = i == 0 ? node.elementMatrix(kMatrixIn, i, kMatrixIn)
+                         : product * node.elementMatrix(kMatrixIn, i, kMatrixIn);
+    node.set(kMatrixSum, product);
 }
 
 constexpr AttrRow kWtAddAttrs[] = {
@@ -129,35 +139,41 @@ constexpr AttrRow kWtAddAttrs[] = {
     under("wtMatrix", attrRow("weightIn", "w", AttrType::Double, 0.0, kKeyable)),
     matrixRow("matrixSum", "o", kComputedOutput),
 };
+constexpr TypeAttrs kWtAddMatrixType("wtAddMatrix", kDependNode, kWtAddAttrs);
 
 // No weights at all leave the matrix of zeros that such a sum is.
 void wtAddMatrix(Evaluation& e) {
-    static const AttrPositions<4> at("wtAddMatrix",
-                                     {"wtMatrix", "matrixIn", "weightIn", "matrixSum"});
+    constexpr const TypeAttrs& at = kWtAddMatrixType;
+    constexpr AttrIndex kWtMatrix = at["wtMatrix"], kMatrixIn = at["matrixIn"],
+                        kWeightIn = at["weightIn"], kMatrixSum = at["matrixSum"];
     QuickNode node(e);
     M44d total(0.0);
-    for (std::size_t i = 0; i < node.count(at[0]); ++i)
-        total += node.elementMatrix(at[0], i, at[1]) * node.element(at[0], i, at[2]);
-    node.set(at[3], total);
+    for (std::size_t i = 0; i < node.count(kWtMatrix); ++i)
+        total +=
+            node.elementMatrix(kWtMatrix, i, kMatrixIn) * node.element(kWtMatrix, i, kWeightIn);
+    node.set(kMatrixSum, total);
 }
 
 constexpr AttrRow kOneMatrix[] = {matrixRow("inputMatrix", "imat", 0, "outputMatrix"),
                                   matrixRow("outputMatrix", "omat", kComputedOutput)};
+constexpr TypeAttrs kInverseMatrixType("inverseMatrix", kDependNode, kOneMatrix);
+constexpr TypeAttrs kTransposeMatrixType("transposeMatrix", kDependNode, kOneMatrix);
 
 void inverseMatrix(Evaluation& e) {
-    static const AttrPositions<2> at("inverseMatrix", {"inputMatrix", "outputMatrix"});
+    constexpr AttrIndex kInputMatrix = kInverseMatrixType["inputMatrix"],
+                        kOutputMatrix = kInverseMatrixType["outputMatrix"];
     QuickNode node(e);
-    node.set(at[1], inverseOf(node.matrix(at[0])));
+    node.set(kOutputMatrix, inverseOf(node.matrix(kInputMatrix)));
 }
 
 void transposeMatrix(Evaluation& e) {
-    static const AttrPositions<2> at("transposeMatrix", {"inputMatrix", "outputMatrix"});
+    constexpr AttrIndex kInputMatrix = kTransposeMatrixType["inputMatrix"],
+                        kOutputMatrix = kTransposeMatrixType["outputMatrix"];
     QuickNode node(e);
-    node.set(at[1], node.matrix(at[0]).transposed());
+    node.set(kOutputMatrix, node.matrix(kInputMatrix).transposed());
 }
 
-// --- pickMatrix, blendMatrix
-// ---------------------------------------------------------------------------------
+// --- pickMatrix, blendMatrix ---
 
 constexpr AttrRow kPickAttrs[] = {
     matrixRow("inputMatrix", "imat", 0, "outputMatrix"),
@@ -167,22 +183,25 @@ constexpr AttrRow kPickAttrs[] = {
     attrRow("useShear", "shr", AttrType::Bool, 1.0, kKeyable, "outputMatrix"),
     matrixRow("outputMatrix", "omat", kComputedOutput),
 };
+constexpr TypeAttrs kPickMatrixType("pickMatrix", kDependNode, kPickAttrs);
 
 void pickMatrix(Evaluation& e) {
-    static const AttrPositions<6> at("pickMatrix", {"inputMatrix", "useTranslate", "useRotate",
-                                                    "useScale", "useShear", "outputMatrix"});
+    constexpr const TypeAttrs& at = kPickMatrixType;
+    constexpr AttrIndex kInputMatrix = at["inputMatrix"], kUseTranslate = at["useTranslate"],
+                        kUseRotate = at["useRotate"], kUseScale = at["useScale"],
+                        kUseShear = at["useShear"], kOutputMatrix = at["outputMatrix"];
     QuickNode node(e);
-    const MatrixParts all = decompose(node.matrix(at[0]));
+    const MatrixParts all = decompose(node.matrix(kInputMatrix));
     MatrixParts picked;
-    if (node.flag(at[1]))
+    if (node.flag(kUseTranslate))
         picked.translate = all.translate;
-    if (node.flag(at[2]))
+    if (node.flag(kUseRotate))
         picked.rotation = all.rotation;
-    if (node.flag(at[3]))
+    if (node.flag(kUseScale))
         picked.scale = all.scale;
-    if (node.flag(at[4]))
+    if (node.flag(kUseShear))
         picked.shear = all.shear;
-    node.set(at[5], matrixOf(picked));
+    node.set(kOutputMatrix, matrixOf(picked));
 }
 
 constexpr AttrRow share(const char* longName, const char* shortName) {
@@ -203,6 +222,7 @@ constexpr AttrRow kBlendAttrs[] = {
     share("shearWeight", "shw"),
     matrixRow("outputMatrix", "omat", kComputedOutput),
 };
+constexpr TypeAttrs kBlendMatrixType("blendMatrix", kDependNode, kBlendAttrs);
 
 struct Shares {
     double translate, rotate, scale, shear;
@@ -245,49 +265,44 @@ class Mixture {
 
 // The targets are mixed in one after the other, as layers.
 void blendMatrix(Evaluation& e) {
-    static const AttrPositions<11> at(
-        "blendMatrix",
-        {"inputMatrix", "envelope", "target", "targetMatrix", "useMatrix", "weight",
-         "translateWeight", "rotateWeight", "scaleWeight", "shearWeight", "outputMatrix"});
+    constexpr const TypeAttrs& at = kBlendMatrixType;
+    constexpr AttrIndex kInputMatrix = at["inputMatrix"], kEnvelope = at["envelope"],
+                        kTarget = at["target"], kTargetMatrix = at["targetMatrix"],
+                        kUseMatrix = at["useMatrix"], kWeight = at["weight"],
+                        kTranslateWeight = at["translateWeight"],
+                        kRotateWeight = at["rotateWeight"], kScaleWeight = at["scaleWeight"],
+                        kShearWeight = at["shearWeight"], kOutputMatrix = at["outputMatrix"];
     QuickNode node(e);
-    Mixture mixture(node.matrix(at[0]));
-    const double envelope = node.number(at[1]);
-    for (std::size_t i = 0; i < node.count(at[2]); ++i) {
-        const double weight = envelope * node.element(at[2], i, at[5]);
-        if (weight == 0.0 || node.element(at[2], i, at[4]) == 0.0)
+    Mixture mixture(node.matrix(kInputMatrix));
+    const double envelope = node.number(kEnvelope);
+    for (std::size_t i = 0; i < node.count(kTarget); ++i) {
+        const double weight = envelope * node.element(kTarget, i, kWeight);
+        if (weight == 0.0 || node.element(kTarget, i, kUseMatrix) == 0.0)
             continue;
-        mixture.take(
-            node.elementMatrix(at[2], i, at[3]),
-            {weight * node.element(at[2], i, at[6]), weight * node.element(at[2], i, at[7]),
-             weight * node.element(at[2], i, at[8]), weight * node.element(at[2], i, at[9])});
+        mixture.take(node.elementMatrix(kTarget, i, kTargetMatrix),
+                     {weight * node.element(kTarget, i, kTranslateWeight),
+                      weight * node.element(kTarget, i, kRotateWeight),
+                      weight * node.element(kTarget, i, kScaleWeight),
+                      weight * node.element(kTarget, i, kShearWeight)});
     }
-    node.set(at[10], mixture.result());
+    node.set(kOutputMatrix, mixture.result());
 }
 
-constexpr NodeTypeRow kComposeRow = utilityRow("composeMatrix", fn::kDependencyNode,
-                                               "kComposeMatrix", kComposeAttrs, composeMatrix);
-constexpr NodeTypeRow kDecomposeRow = utilityRow(
-    "decomposeMatrix", fn::kDecomposeMatrix, "kDecomposeMatrix", kDecomposeAttrs, decomposeMatrix);
-constexpr NodeTypeRow kMultRow =
-    utilityRow("multMatrix", fn::kMultMatrix, "kMatrixMult", kMultAttrs, multMatrix);
-constexpr NodeTypeRow kWtAddRow =
-    utilityRow("wtAddMatrix", fn::kDependencyNode, "kMatrixWtAdd", kWtAddAttrs, wtAddMatrix);
-constexpr NodeTypeRow kInverseRow =
-    utilityRow("inverseMatrix", fn::kDependencyNode, "kInverseMatrix", kOneMatrix, inverseMatrix);
-constexpr NodeTypeRow kTransposeRow = utilityRow("transposeMatrix", fn::kDependencyNode,
-                                                 "kTransposeMatrix", kOneMatrix, transposeMatrix);
-constexpr NodeTypeRow kPickRow =
-    utilityRow("pickMatrix", fn::kDependencyNode, "kPickMatrix", kPickAttrs, pickMatrix);
-constexpr NodeTypeRow kBlendRow =
-    utilityRow("blendMatrix", fn::kDependencyNode, "kBlendMatrix", kBlendAttrs, blendMatrix);
-
-const NodeTypeRow* const kRows[] = {&kComposeRow, &kDecomposeRow, &kMultRow, &kWtAddRow,
-                                    &kInverseRow, &kTransposeRow, &kPickRow, &kBlendRow};
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kComposeMatrixType, fn::kDependencyNode, "kComposeMatrix", 0, composeMatrix),
+    typeRow(kDecomposeMatrixType, fn::kDecomposeMatrix, "kDecomposeMatrix", 0, decomposeMatrix),
+    typeRow(kMultMatrixType, fn::kMultMatrix, "kMatrixMult", 0, multMatrix),
+    typeRow(kWtAddMatrixType, fn::kDependencyNode, "kMatrixWtAdd", 0, wtAddMatrix),
+    typeRow(kInverseMatrixType, fn::kDependencyNode, "kInverseMatrix", 0, inverseMatrix),
+    typeRow(kTransposeMatrixType, fn::kDependencyNode, "kTransposeMatrix", 0, transposeMatrix),
+    typeRow(kPickMatrixType, fn::kDependencyNode, "kPickMatrix", 0, pickMatrix),
+    typeRow(kBlendMatrixType, fn::kDependencyNode, "kBlendMatrix", 0, blendMatrix),
+};
 
 }  // namespace
 
 TypeRows matrixTypes() {
-    return {kRows, std::size(kRows)};
+    return family(kTypes);
 }
 
 }  // namespace torvel

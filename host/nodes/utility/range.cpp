@@ -6,13 +6,11 @@
 #include "nodes/core/fn_numbers.h"
 #include "nodes/core/quick_node.h"
 #include "nodes/utility/rows.h"
-#include "nodes/utility/types.h"
 
 namespace torvel {
 namespace {
 
-// --- condition
-// -----------------------------------------------------------------------------------------------
+// --- condition ---
 
 constexpr AttrRow kConditionAttrs[] = {
     enumRow("operation", "op",
@@ -24,6 +22,7 @@ constexpr AttrRow kConditionAttrs[] = {
     floatTriple("colorIfFalse", "cf", "RGB", 1.0, kKeyable, "outColor"),
     floatTriple("outColor", "oc", "RGB", 0.0, kComputedOutput),
 };
+constexpr TypeAttrs kConditionType("condition", kDependNode, kConditionAttrs);
 
 bool holds(int operation, double a, double b) {
     switch (operation) {
@@ -37,17 +36,19 @@ bool holds(int operation, double a, double b) {
 }
 
 void condition(Evaluation& e) {
-    static const AttrPositions<6> at("condition", {"operation", "firstTerm", "secondTerm",
-                                                   "colorIfTrue", "colorIfFalse", "outColor"});
+    constexpr const TypeAttrs& at = kConditionType;
+    constexpr AttrIndex kOperation = at["operation"], kFirstTerm = at["firstTerm"],
+                        kSecondTerm = at["secondTerm"], kColorIfTrue = at["colorIfTrue"],
+                        kColorIfFalse = at["colorIfFalse"], kOutColor = at["outColor"];
     QuickNode node(e);
     // The terms are floats: a driver with more digits compares as what a float holds.
-    const double first = static_cast<float>(node.number(at[1])),
-                 second = static_cast<float>(node.number(at[2]));
-    node.set(at[5], node.vec3(holds(node.whole(at[0]), first, second) ? at[3] : at[4]));
+    const double first = static_cast<float>(node.number(kFirstTerm)),
+                 second = static_cast<float>(node.number(kSecondTerm));
+    node.set(kOutColor, node.vec3(holds(node.whole(kOperation), first, second) ? kColorIfTrue
+                                                                               : kColorIfFalse));
 }
 
-// --- clamp, setRange
-// -----------------------------------------------------------------------------------------
+// --- clamp, setRange ---
 
 constexpr AttrRow kClampAttrs[] = {
     floatTriple("min", "mn", "RGB", 0.0, kKeyable, "output"),
@@ -55,15 +56,18 @@ constexpr AttrRow kClampAttrs[] = {
     floatTriple("input", "ip", "RGB", 0.0, kKeyable, "output"),
     floatTriple("output", "op", "RGB", 0.0, kComputedOutput),
 };
+constexpr TypeAttrs kClampType("clamp", kDependNode, kClampAttrs);
 
 void clamp(Evaluation& e) {
-    static const AttrPositions<4> at("clamp", {"min", "max", "input", "output"});
+    constexpr const TypeAttrs& at = kClampType;
+    constexpr AttrIndex kMin = at["min"], kMax = at["max"], kInput = at["input"],
+                        kResult = at["output"];
     QuickNode node(e);
-    const V3d low = node.vec3(at[0]), high = node.vec3(at[1]), in = node.vec3(at[2]);
+    const V3d low = node.vec3(kMin), high = node.vec3(kMax), in = node.vec3(kInput);
     V3d out;
     for (int i = 0; i < 3; ++i)
         out[i] = std::min(std::max(in[i], low[i]), high[i]);
-    node.set(at[3], out);
+    node.set(kResult, out);
 }
 
 constexpr AttrRow kSetRangeAttrs[] = {
@@ -74,6 +78,7 @@ constexpr AttrRow kSetRangeAttrs[] = {
     floatTriple("oldMax", "om", "XYZ", 0.0, kKeyable, "outValue"),
     floatTriple("outValue", "o", "XYZ", 0.0, kComputedOutput),
 };
+constexpr TypeAttrs kSetRangeType("setRange", kDependNode, kSetRangeAttrs);
 
 // Where `value` stands between the two ends, 0 to 1; the first end when they are the same.
 double placeBetween(double value, double low, double high) {
@@ -85,19 +90,19 @@ double between(double low, double high, double place) {
 }
 
 void setRange(Evaluation& e) {
-    static const AttrPositions<6> at("setRange",
-                                     {"value", "min", "max", "oldMin", "oldMax", "outValue"});
+    constexpr const TypeAttrs& at = kSetRangeType;
+    constexpr AttrIndex kValue = at["value"], kMin = at["min"], kMax = at["max"],
+                        kOldMin = at["oldMin"], kOldMax = at["oldMax"], kOutValue = at["outValue"];
     QuickNode node(e);
-    const V3d value = node.vec3(at[0]), low = node.vec3(at[1]), high = node.vec3(at[2]),
-              oldLow = node.vec3(at[3]), oldHigh = node.vec3(at[4]);
+    const V3d value = node.vec3(kValue), low = node.vec3(kMin), high = node.vec3(kMax),
+              oldLow = node.vec3(kOldMin), oldHigh = node.vec3(kOldMax);
     V3d out;
     for (int i = 0; i < 3; ++i)
         out[i] = between(low[i], high[i], placeBetween(value[i], oldLow[i], oldHigh[i]));
-    node.set(at[5], out);
+    node.set(kOutValue, out);
 }
 
-// --- remapValue
-// ----------------------------------------------------------------------------------------------
+// --- remapValue ---
 
 enum Interpolation { kNone, kLinear, kSmooth, kSpline };
 constexpr const char* kInterpolationNames = "None:Linear:Smooth:Spline";
@@ -120,25 +125,32 @@ constexpr AttrRow kRemapAttrs[] = {
     outputRow("outValue", "ov", AttrType::Float),
     floatTriple("outColor", "oc", "RGB", 0.0, kComputedOutput),
 };
+constexpr TypeAttrs kRemapValueType("remapValue", kDependNode, kRemapAttrs);
 
-const AttrPositions<15>& remapAt() {
-    static const AttrPositions<15> at(
-        "remapValue", {"inputValue", "inputMin", "inputMax", "outputMin", "outputMax", "value",
-                       "value_Position", "value_FloatValue", "value_Interp", "color",
-                       "color_Position", "color_Color", "color_Interp", "outValue", "outColor"});
-    return at;
-}
+constexpr AttrIndex kInputValue = kRemapValueType["inputValue"],
+                    kInputMin = kRemapValueType["inputMin"],
+                    kInputMax = kRemapValueType["inputMax"],
+                    kOutputMin = kRemapValueType["outputMin"],
+                    kOutputMax = kRemapValueType["outputMax"], kValue = kRemapValueType["value"],
+                    kValuePosition = kRemapValueType["value_Position"],
+                    kValueFloatValue = kRemapValueType["value_FloatValue"],
+                    kValueInterp = kRemapValueType["value_Interp"],
+                    kColor = kRemapValueType["color"],
+                    kColorPosition = kRemapValueType["color_Position"],
+                    kColorColor = kRemapValueType["color_Color"],
+                    kColorInterp = kRemapValueType["color_Interp"],
+                    kOutValue = kRemapValueType["outValue"],
+                    kOutColor = kRemapValueType["outColor"];
 
 // A new node maps its input straight, from black to white.
 void createdRemap(Scene& scene, Node& node) {
-    const AttrPositions<15>& at = remapAt();
     for (std::int32_t i = 0; i < 2; ++i) {
-        scene.setNumber(Plug(node.self, at[6], i), i);
-        scene.setNumber(Plug(node.self, at[7], i), i);
-        scene.setNumber(Plug(node.self, at[8], i), kLinear);
-        scene.setNumber(Plug(node.self, at[10], i), i);
-        scene.setVec3(Plug(node.self, at[11], i), V3d(i));
-        scene.setNumber(Plug(node.self, at[12], i), kLinear);
+        scene.setNumber(Plug(node.self, kValuePosition, i), i);
+        scene.setNumber(Plug(node.self, kValueFloatValue, i), i);
+        scene.setNumber(Plug(node.self, kValueInterp, i), kLinear);
+        scene.setNumber(Plug(node.self, kColorPosition, i), i);
+        scene.setVec3(Plug(node.self, kColorColor, i), V3d(i));
+        scene.setNumber(Plug(node.self, kColorInterp, i), kLinear);
     }
 }
 
@@ -197,36 +209,35 @@ double rampAt(const QuickNode& node, AttrIndex array, AttrIndex position, AttrIn
 }
 
 void remapValue(Evaluation& e) {
-    const AttrPositions<15>& at = remapAt();
     QuickNode node(e);
-    const double place = placeBetween(node.number(at[0]), node.number(at[1]), node.number(at[2]));
-    const double low = node.number(at[3]), high = node.number(at[4]);
-    if (e.output() == at[13]) {
-        node.set(at[13], between(low, high, rampAt(node, at[5], at[6], at[7], at[8], place)));
+    const double place =
+        placeBetween(node.number(kInputValue), node.number(kInputMin), node.number(kInputMax));
+    const double low = node.number(kOutputMin), high = node.number(kOutputMax);
+    if (e.output() == kOutValue) {
+        node.set(kOutValue, between(low, high,
+                                    rampAt(node, kValue, kValuePosition, kValueFloatValue,
+                                           kValueInterp, place)));
         return;
     }
     V3d color;
     for (AttrIndex i = 0; i < 3; ++i)
         color[static_cast<int>(i)] =
-            between(low, high, rampAt(node, at[9], at[10], at[11] + 1 + i, at[12], place));
-    node.set(at[14], color);
+            between(low, high,
+                    rampAt(node, kColor, kColorPosition, kColorColor + 1 + i, kColorInterp, place));
+    node.set(kOutColor, color);
 }
 
-constexpr NodeTypeRow kConditionRow =
-    utilityRow("condition", fn::kCondition, "kCondition", kConditionAttrs, condition);
-constexpr NodeTypeRow kClampRow =
-    utilityRow("clamp", fn::kDependencyNode, "kClampColor", kClampAttrs, clamp);
-constexpr NodeTypeRow kSetRangeRow =
-    utilityRow("setRange", fn::kDependencyNode, "kSetRange", kSetRangeAttrs, setRange);
-constexpr NodeTypeRow kRemapRow = utilityRow("remapValue", fn::kDependencyNode, "kRemapValue",
-                                             kRemapAttrs, remapValue, createdRemap);
-
-const NodeTypeRow* const kRows[] = {&kConditionRow, &kClampRow, &kSetRangeRow, &kRemapRow};
+constexpr NodeTypeRow kTypes[] = {
+    typeRow(kConditionType, fn::kCondition, "kCondition", 0, condition),
+    typeRow(kClampType, fn::kDependencyNode, "kClampColor", 0, clamp),
+    typeRow(kSetRangeType, fn::kDependencyNode, "kSetRange", 0, setRange),
+    typeRow(kRemapValueType, fn::kDependencyNode, "kRemapValue", 0, remapValue, createdRemap),
+};
 
 }  // namespace
 
 TypeRows rangeTypes() {
-    return {kRows, std::size(kRows)};
+    return family(kTypes);
 }
 
 }  // namespace torvel

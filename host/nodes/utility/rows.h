@@ -1,11 +1,9 @@
 #pragma once
 
-#include "nodes/core/rows.h"
+#include "nodes/core/base_attrs.h"
 
 /// Row spellings that utility nodes share.
 namespace torvel {
-
-inline constexpr std::uint32_t kComputedOutput = kOutput | kNotStored;
 
 /// Three floats whose children get the letters of `suffixes` ("RGB", "XYZ").
 constexpr AttrRow floatTriple(const char* longName, const char* shortName, const char* suffixes,
@@ -24,13 +22,6 @@ constexpr AttrRow inputRow(const char* longName, const char* shortName, const ch
 
 constexpr AttrRow outputRow(const char* longName, const char* shortName, AttrType type) {
     return attrRow(longName, shortName, type, 0.0, kComputedOutput);
-}
-
-template <std::size_t N>
-constexpr NodeTypeRow utilityRow(const char* name, int fnNumber, const char* fnName,
-                                 const AttrRow (&attrs)[N], EvaluateFunction evaluate,
-                                 CreatedFunction created = nullptr) {
-    return typeRow(name, "dependNode", fnNumber, fnName, attrs, 0, evaluate, created);
 }
 
 }  // namespace torvel

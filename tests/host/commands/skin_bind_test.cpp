@@ -4,6 +4,7 @@
 #include "commands/skin/binding.h"
 #include "commands/skin/commands.h"
 #include "commands/skin/distance.h"
+#include "edit/bounds.h"
 #include "nodes/shape/mesh.h"
 #include "nodes/deform/skin_weights.h"
 #include "nodes/transform/transform.h"
@@ -384,7 +385,7 @@ TEST_F(Skin, PolyCommandsNameAndMeasure) {
         test::textsOf(call("polyCylinder", {}, {flag("radius", {2.0}), flag("axis", {1, 0, 0})})),
         (std::vector<std::string>{"pCylinder1", "polyCylinder1"}));
     EXPECT_FALSE(node("pCylinderShape1").isNull());
-    const Imath::Box3d box = meshBoundingBox(scene, node("pCylinderShape1"));
+    const Box3d box = worldBounds(scene, node("pCylinder1"));
     EXPECT_NEAR(box.max.x, 1.0, 1e-6);
     EXPECT_NEAR(box.max.y, 2.0, 1e-6);
     EXPECT_EQ(test::textsOf(call("polyPlane", {}, {flag("constructionHistory", {false})})),

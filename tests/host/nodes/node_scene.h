@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "nodes/node_table.h"
-#include "nodes/transform/placement.h"
+#include "edit/placing.h"
 
 namespace torvel::test {
 
@@ -40,6 +40,22 @@ class NodeScene : public ::testing::Test {
 
     Log log;
     Scene scene{nodeTypes(), log};
+    /// Writes the channels that a node must have for a local matrix, rotate and scale taking it.
+    Status setLocalMatrix(NodeHandle node, const M44d& local) {
+        return write(node, channelsFor(node, local));
+    }
+    Channels channelsFor(NodeHandle node, const M44d& local) {
+        Channels channels = channelsOf(scene, node);
+        channelsForLocalByRotate(channels, local);
+        return channels;
+    }
+    Status write(NodeHandle node, const Channels& channels) {
+        ChannelPlan plan;
+        const Status planned = plan.plan(scene, node, channels);
+        if (planned)
+            plan.apply(scene);
+        return planned;
+    }
 };
 
 inline void expectNear(const V3d& got, const V3d& wanted, double tolerance = 1e-9) {

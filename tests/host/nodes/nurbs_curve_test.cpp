@@ -161,10 +161,7 @@ TEST(NurbsCurve, ArcsAreOpenAndTouchTheCircleAtTheirKnots) {
     }
 }
 
-TEST(NurbsCurve, BoundsOfTheCurveLieWithinThoseOfItsPoints) {
-    const Imath::Box3d box = curveBounds(circle({0, 0, 1}));
-    EXPECT_NEAR(box.max.x, 1.0, 1e-12);
-    EXPECT_NEAR(box.min.y, -1.0, 1e-12);
+TEST(NurbsCurve, APolylineHasAllStepsAndBothEnds) {
     EXPECT_EQ(curvePolyline(circle({0, 0, 1}), 4).size(), 33u);
     EXPECT_EQ(curvePolyline(curve(1, {{0, 0, 0}, {1, 0, 0}})).size(), 2u);
 }
