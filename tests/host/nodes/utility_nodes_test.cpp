@@ -297,6 +297,51 @@ TEST_F(Utility, MatricesArePickedAndBlended) {
     expectNear(matrix(blend, "omat"), M44d());
 }
 
+struct AimCase {
+    const char* what;
+    int mode, upMode;
+    V3d target, upTarget;
+    double envelope;
+    V3d x, y;  // the first two rows of what comes out
+};
+
+TEST_F(Utility, AimMatrixTurnsOneAxisAndLeansASecondOne) {
+    const NodeHandle node = make("aimMatrix", "");
+    setMatrix(node, "inputMatrix", scaleMatrix({2, 1, 1}) * translationMatrix({1, 2, 3}));
+    setMatrix(node, "primaryTargetMatrix", translationMatrix({1, 2, 3}));
+    setMatrix(node, "secondaryTargetMatrix", eulerMatrix({0, 0, kPi / 2}));
+    const double half = std::sqrt(0.5);
+    const AimCase cases[] = {
+        {"the smallest turn", 1, 0, {0, 0, 10}, {}, 1, {0, 0, 2}, {0, 1, 0}},
+        {"half of it", 1, 0, {0, 0, 10}, {}, 0.5, {2 * half, 0, 2 * half}, {0, 1, 0}},
+        {"up at a point", 1, 1, {10, 0, 0}, {2, -1, 9}, 1, {2, 0, 0}, {0, 0, 1}},
+        {"up along a direction", 1, 2, {0, 0, 5}, {0, 1, 0}, 1, {0, 0, 2}, {-1, 0, 0}},
+        {"along, not at", 2, 0, {0, -1, 0}, {}, 1, {0, -2, 0}, {1, 0, 0}},
+        {"only the up axis", 0, 2, {}, {1, 0, 0}, 1, {2, 0, 0}, {0, 1, 0}},
+        {"up along the aim leaves the smallest turn",
+         1,
+         2,
+         {0, 5, 0},
+         {1, 0, 0},
+         1,
+         {0, 2, 0},
+         {-1, 0, 0}},
+        {"nothing to point at", 1, 0, {0, 0, 0}, {}, 1, {2, 0, 0}, {0, 1, 0}},
+        {"switched off", 1, 1, {0, 0, 5}, {1, 0, 0}, 0, {2, 0, 0}, {0, 1, 0}},
+    };
+    for (const AimCase& c : cases) {
+        SCOPED_TRACE(c.what);
+        set(node, "primaryMode", c.mode);
+        set(node, "secondaryMode", c.upMode);
+        set(node, "primaryTargetVector", c.target.x, c.target.y, c.target.z);
+        set(node, "secondaryTargetVector", c.upTarget.x, c.upTarget.y, c.upTarget.z);
+        set(node, "envelope", c.envelope);
+        const V3d z = (c.x / 2.0).cross(c.y);
+        expectNear(matrix(node, "outputMatrix"), M44d(c.x.x, c.x.y, c.x.z, 0, c.y.x, c.y.y, c.y.z,
+                                                      0, z.x, z.y, z.z, 0, 1, 2, 3, 1));
+    }
+}
+
 TEST_F(Utility, PairBlendMixesOrTakesOneSide) {
     const NodeHandle node = make("pairBlend", "");
     set(node, "it1", 0, 10, 20);
