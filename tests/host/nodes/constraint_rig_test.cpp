@@ -1,14 +1,6 @@
-// Constraints of rigs that others made, against the results which those files hold. TORVEL_RIGS
-// names their folder.
-#include <cstdlib>
-#include <fstream>
-#include <map>
-#include <sstream>
-
-#include "files/ma/reader.h"
-#include "node_scene.h"
+// Constraints of rigs that others made, against the results which those files hold.
 #include "nodes/constraint/math.h"
-#include "nodes/core/default_nodes.h"
+#include "rig_scene.h"
 
 namespace torvel::test {
 
@@ -19,28 +11,8 @@ struct StoredResult {
     double distance;  ///< of positions and scales; of rotations: largest difference of the matrices
 };
 
-class ConstraintRigs : public NodeScene {
+class ConstraintRigs : public EachRig {
   protected:
-    bool open(const std::string& name) {
-        const char* folder = std::getenv("TORVEL_RIGS");
-        std::ifstream file(std::string(folder ? folder : "") + "/" + name, std::ios::binary);
-        if (!folder || !file)
-            return false;
-        std::ostringstream text;
-        text << file.rdbuf();
-        createDefaultNodes(scene);
-        OpenReport report;
-        const Status status = readSceneText(scene, text.str(), name, report);
-        EXPECT_TRUE(status) << status.text();
-        return true;
-    }
-
-    V3d stored(NodeHandle node, const char* attr) const {
-        const Plug vector = scene.findPlug(node, attr);
-        return {scene.storedNumber(scene.child(vector, 0)),
-                scene.storedNumber(scene.child(vector, 1)),
-                scene.storedNumber(scene.child(vector, 2))};
-    }
     double turnBetween(NodeHandle node, const V3d& a, const V3d& b) const {
         const int order = static_cast<int>(scene.number(plug(node, "constraintRotateOrder")));
         const M44d x = eulerMatrix(a, order), y = eulerMatrix(b, order);
@@ -87,49 +59,22 @@ class ConstraintRigs : public NodeScene {
     }
 };
 
-struct RigCount {
-    const char* file;
-    std::size_t compared;
-    std::vector<std::string> misses;  ///< with the reason beside each group
-};
-void PrintTo(const RigCount& rig, std::ostream* out) {
-    *out << rig.file;
-}
-
-struct RestCount {
-    const char* file;
-    std::map<std::string, int> counts;  ///< how many results for each reason
-    std::vector<std::string> posed;     ///< those that no such reason explains
-};
-void PrintTo(const RestCount& rig, std::ostream* out) {
-    *out << rig.file;
-}
-
-class LastRotations : public ConstraintRigs, public ::testing::WithParamInterface<RigCount> {};
+class LastRotations : public ConstraintRigs {};
 
 TEST_P(LastRotations, AreWhatTheTargetsGive) {
-    if (!open(GetParam().file))
-        GTEST_SKIP() << GetParam().file << " is not at hand (TORVEL_RIGS)";
     std::vector<StoredResult> results;
     compareRotations(results);
-    EXPECT_EQ(results.size(), GetParam().compared);
-    EXPECT_EQ(misses(results, 1e-5), GetParam().misses);
+    EXPECT_EQ(static_cast<int>(results.size()), GetParam().lastRotations);
+    EXPECT_EQ(misses(results, 1e-5), GetParam().lastMisses);
 }
 
-// The hands of MetaWired hang below arms that an IK solver turned to its own tolerance.
-INSTANTIATE_TEST_SUITE_P(Stored, LastRotations,
-                         ::testing::Values(RigCount{"rig01.ma", 138, {}},
-                                           RigCount{"ForeArmRollJoints.ma", 3, {}},
-                                           RigCount{"digitigrade_leg_mod_example.ma", 21, {}},
-                                           RigCount{"MetaRig_baseTests_MetaWired.ma",
-                                                    9,
-                                                    {"Character1_LeftHand_orientConstraint1",
-                                                     "Character1_RightHand_orientConstraint1"}},
-                                           RigCount{"UsdExportEulerFilterTest.ma", 1, {}}));
+INSTANTIATE_TEST_SUITE_P(Stored, LastRotations, ::testing::ValuesIn(rigsWith([](const Rig& rig) {
+                             return rig.lastRotations > 0;
+                         })));
 
 /// Rest values are what came out when a constraint was made. The rig went on from there, so a
 /// difference is explained when the value comes out again with the constraint as it was then.
-class RestValues : public ConstraintRigs, public ::testing::WithParamInterface<RestCount> {
+class RestValues : public ConstraintRigs {
   protected:
     struct Kind {
         const char *type, *output, *rest;
@@ -199,8 +144,6 @@ class RestValues : public ConstraintRigs, public ::testing::WithParamInterface<R
 };
 
 TEST_P(RestValues, ComeOutOfTheConstraintAsItWasMade) {
-    if (!open(GetParam().file))
-        GTEST_SKIP() << GetParam().file << " is not at hand (TORVEL_RIGS)";
     std::map<std::string, int> counts;
     std::vector<std::string> posed;
     for (const Kind& kind : kKinds)
@@ -215,29 +158,12 @@ TEST_P(RestValues, ComeOutOfTheConstraintAsItWasMade) {
                 if (why == "posed since")
                     posed.push_back(name);
             }
-    EXPECT_EQ(counts, GetParam().counts);
-    EXPECT_EQ(posed, GetParam().posed);
+    EXPECT_EQ(counts, GetParam().rests);
+    EXPECT_EQ(posed, GetParam().posedSince);
 }
 
-// Posed since: poles and feet that were moved after they were bound to their controls, and an
-// animated cube.
-INSTANTIATE_TEST_SUITE_P(
-    Stored, RestValues,
-    ::testing::Values(
-        RestCount{
-            "rig01.ma", {{"agrees", 198}, {"parented later", 88}, {"weighted later", 24}}, {}},
-        RestCount{"ForeArmRollJoints.ma", {{"agrees", 6}}, {}},
-        RestCount{"digitigrade_leg_mod_example.ma", {{"agrees", 76}, {"parented later", 1}}, {}},
-        RestCount{"MetaRig_baseTests_MetaWired.ma",
-                  {{"agrees", 9}, {"parented later", 1}, {"posed since", 4}},
-                  {"Character1_LeftFoot_orientConstraint1.restRotate",
-                   "Character1_RightFoot_orientConstraint1.restRotate",
-                   "ikHandle1_poleVectorConstraint1.restTranslate",
-                   "ikHandle2_poleVectorConstraint1.restTranslate"}},
-        RestCount{"UsdExportEulerFilterTest.ma",
-                  {{"agrees", 1}, {"posed since", 1}},
-                  {"pCube1_parentConstraint1.restRotate"}},
-        RestCount{
-            "IKFK.ma", {{"posed since", 1}}, {"ikHandle1_poleVectorConstraint1.restTranslate"}}));
+INSTANTIATE_TEST_SUITE_P(Stored, RestValues, ::testing::ValuesIn(rigsWith([](const Rig& rig) {
+                             return !rig.rests.empty();
+                         })));
 
 }  // namespace torvel::test

@@ -1,65 +1,14 @@
-// Handles of rigs that others made, against the rotations that stand in their files. TORVEL_RIGS
-// names their folder.
-#include <cstdlib>
-#include <fstream>
+// Handles of rigs that others made, against the rotations that stand in their files.
 #include <iostream>
-#include <map>
-#include <sstream>
 
-#include "files/ma/reader.h"
 #include "ik_scene.h"
-#include "nodes/core/default_nodes.h"
+#include "rig_scene.h"
 
 namespace torvel::test {
 namespace {
 
-/// What is known about a handle that does not answer to its file in every way.
-struct Exception {
-    const char* handle;
-    enum Kind { OutOfReach, Different, NotEvaluated } kind;
-    double degrees;  ///< how far the joints may stand off what is stored
-    const char* reason;
-};
-
-struct Rig {
-    const char* file;
-    int rotatePlane, singleChain, others;
-    std::vector<Exception> exceptions;
-};
-
-void PrintTo(const Rig& rig, std::ostream* out) {
-    *out << rig.file;
-}
-
-class StoredChains : public IkScene, public ::testing::WithParamInterface<Rig> {
+class StoredChains : public EachRig {
   protected:
-    bool open(const char* name) {
-        const char* folder = std::getenv("TORVEL_RIGS");
-        std::ifstream file(std::string(folder ? folder : "") + "/" + name, std::ios::binary);
-        if (!folder || !file)
-            return false;
-        std::ostringstream text;
-        text << file.rdbuf();
-        createDefaultNodes(scene);
-        OpenReport report;
-        const Status status = readSceneText(scene, text.str(), name, report);
-        EXPECT_TRUE(status) << status.text();
-        return true;
-    }
-    std::vector<NodeHandle> allOf(const char* type) const {
-        std::vector<NodeHandle> out;
-        for (NodeHandle node : scene.allNodes())
-            if (scene.isType(node, type))
-                out.push_back(node);
-        return out;
-    }
-    // As the file gives it: nothing has been evaluated yet.
-    V3d storedRotate(NodeHandle joint) const {
-        const Plug rotate = plug(joint, "rotate");
-        return {scene.storedNumber(scene.child(rotate, 0)),
-                scene.storedNumber(scene.child(rotate, 1)),
-                scene.storedNumber(scene.child(rotate, 2))};
-    }
     V3d goalOf(NodeHandle handle) const {
         const V3d local = get(handle, "translate") + get(handle, "rotatePivot") +
                           get(handle, "rotatePivotTranslate");
@@ -82,8 +31,8 @@ class StoredChains : public IkScene, public ::testing::WithParamInterface<Rig> {
         }
         return length + (position(parts.effector) - at).length();
     }
-    const Exception* exceptionOf(NodeHandle handle) const {
-        for (const Exception& e : GetParam().exceptions)
+    const HandleException* exceptionOf(NodeHandle handle) const {
+        for (const HandleException& e : GetParam().exceptions)
             if (scene.node(handle)->name == e.handle)
                 return &e;
         return nullptr;
@@ -130,39 +79,34 @@ class StoredChains : public IkScene, public ::testing::WithParamInterface<Rig> {
 
 TEST_P(StoredChains, AreSolvedAsTheFilesSay) {
     const Rig& rig = GetParam();
-    if (!open(rig.file))
-        GTEST_SKIP() << rig.file << " is not at hand";
-    std::map<std::uint32_t, std::vector<V3d>> stored;
+    std::map<std::uint32_t, std::vector<V3d>> before;
     int methods[3] = {0, 0, 0};
     for (NodeHandle handle : allOf("ikHandle")) {
         const IkParts parts = ikPartsOf(scene, handle);
         ++methods[static_cast<int>(parts.method)];
         for (NodeHandle joint : parts.joints)
-            stored[handle.index].push_back(storedRotate(joint));
+            before[handle.index].push_back(stored(joint, "rotate"));
     }
     EXPECT_EQ(methods[static_cast<int>(IkMethod::RotatePlane)], rig.rotatePlane);
     EXPECT_EQ(methods[static_cast<int>(IkMethod::SingleChain)], rig.singleChain);
-    EXPECT_EQ(methods[static_cast<int>(IkMethod::None)], rig.others);
+    EXPECT_EQ(methods[static_cast<int>(IkMethod::None)], rig.otherSolvers);
     for (NodeHandle handle : allOf("ikHandle")) {
         SCOPED_TRACE(scene.node(handle)->name);
         const IkParts parts = ikPartsOf(scene, handle);
-        const Exception* exception = exceptionOf(handle);
+        const HandleException* exception = exceptionOf(handle);
         if (exception)
             std::cout << rig.file << ": " << exception->handle << ": " << exception->reason << '\n';
         EXPECT_EQ(parts.method == IkMethod::None,
-                  exception && exception->kind == Exception::NotEvaluated);
+                  exception && exception->kind == HandleException::NotEvaluated);
         if (parts.method != IkMethod::None)
-            checkPlace(handle, parts, exception && exception->kind == Exception::OutOfReach);
-        checkRotates(handle, parts, stored[handle.index], exception ? exception->degrees : 1e-3);
+            checkPlace(handle, parts, exception && exception->kind == HandleException::OutOfReach);
+        checkRotates(handle, parts, before[handle.index], exception ? exception->degrees : 1e-3);
     }
 }
 
 // Every handle that nothing holds is carried around; chain, pole and whatever drives them follow.
 // Where two handles share a joint, only one of them can have its way.
 TEST_P(StoredChains, FollowTheirHandles) {
-    const Rig& rig = GetParam();
-    if (!open(rig.file))
-        GTEST_SKIP() << rig.file << " is not at hand";
     const V3d ways[] = {{0.3, 0, 0}, {-0.2, 0.2, 0.1}, {0, -0.3, 0.2}};
     for (NodeHandle handle : allOf("ikHandle")) {
         const IkParts parts = ikPartsOf(scene, handle);
@@ -185,44 +129,15 @@ TEST_P(StoredChains, FollowTheirHandles) {
     }
 }
 
-const Rig kRigs[] = {
-    {"IKFK.ma", 1, 0, 0, {}},
-    {"stretchy_ik.ma", 1, 0, 0, {}},
-    {"UsdExportEulerFilterTest.ma", 1, 0, 0, {}},
-    {"MetaRig_baseTests_MetaWired.ma",
-     4,
-     2,
-     0,
-     {{"ikHandle1", Exception::OutOfReach, 0.004,
-       "1.3 beyond reach; the stored elbow stops 0.0032 degrees short of straight, ours is "
-       "straight"},
-      {"ikHandle2", Exception::OutOfReach, 0.009,
-       "2.3 beyond reach; the stored elbow stops 0.0079 degrees short of straight, ours is "
-       "straight"},
-      {"ikHandle3", Exception::OutOfReach, 1e-3, "0.35 beyond the only bone's end"}}},
-    {"digitigrade_leg_mod_example.ma",
-     2,
-     3,
-     1,
-     {{"legikDrvrSpring_left_ikHandle", Exception::NotEvaluated, 1e-9,
-       "three bones of a plug-in's solver: kept as data, the joints keep their rotations"}}},
-    {"rig01.ma",
-     8,
-     4,
-     1,
-     {{"ikHandle1", Exception::NotEvaluated, 1e-9,
-       "four bones of a spline solver: kept as data, the joints keep their rotations"}}},
-};
-
-INSTANTIATE_TEST_SUITE_P(Files, StoredChains, ::testing::ValuesIn(kRigs));
+INSTANTIATE_TEST_SUITE_P(Files, StoredChains, ::testing::ValuesIn(rigsWith([](const Rig& rig) {
+                             return rig.hasHandles();
+                         })));
 
 /// A rig in bind pose, everything in it evaluated: constraints, handles, utility nodes.
-class BoundRig : public StoredChains {};
+class BoundRig : public EachRig {};
 
 TEST_P(BoundRig, SkinJointsStandWhereTheyWereBound) {
     const Rig& rig = GetParam();
-    if (!open(rig.file))
-        GTEST_SKIP() << rig.file << " is not at hand";
     int joints = 0;
     double worst = 0.0;
     for (NodeHandle cluster : allOf("skinCluster")) {
@@ -239,13 +154,13 @@ TEST_P(BoundRig, SkinJointsStandWhereTheyWereBound) {
             ++joints;
         }
     }
-    EXPECT_EQ(joints, rig.rotatePlane);  // here: the number of joints
+    EXPECT_EQ(joints, rig.bound);
     std::cout << rig.file << ": " << joints << " joints, largest difference " << worst << '\n';
 }
 
-const Rig kBound[] = {{"rig01.ma", 75, 0, 0, {}}, {"digitigrade_leg_mod_example.ma", 8, 0, 0, {}}};
-
-INSTANTIATE_TEST_SUITE_P(Files, BoundRig, ::testing::ValuesIn(kBound));
+INSTANTIATE_TEST_SUITE_P(Files, BoundRig, ::testing::ValuesIn(rigsWith([](const Rig& rig) {
+                             return rig.bound > 0;
+                         })));
 
 }  // namespace
 }  // namespace torvel::test

@@ -36,15 +36,16 @@ class IkScene : public NodeScene {
         link(solver, "message", handle, "ikSolver");
         return handle;
     }
-    /// Angle in degrees between where the middle points off the line root-end and the direction
-    /// `side`.
-    static double sideError(const V3d& root, const V3d& knee, const V3d& end, const V3d& side) {
-        const V3d line = (end - root).normalized();
-        const V3d off = (knee - root) - line * (knee - root).dot(line),
-                  wanted = side - line * side.dot(line);
-        return std::atan2(off.cross(wanted).length(), off.dot(wanted)) * kRadToDeg;
-    }
 };
+
+/// Angle in degrees between where the middle points off the line root-end and the direction
+/// `side`.
+inline double sideError(const V3d& root, const V3d& knee, const V3d& end, const V3d& side) {
+    const V3d line = (end - root).normalized();
+    const V3d off = (knee - root) - line * (knee - root).dot(line),
+              wanted = side - line * side.dot(line);
+    return std::atan2(off.cross(wanted).length(), off.dot(wanted)) * kRadToDeg;
+}
 
 /// The same numbers in every run.
 class Dice {

@@ -1,43 +1,22 @@
-// Rigs that others made, at other times than they were saved at. TORVEL_RIGS names their folder;
-// without it nothing is compared.
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
-
-#include "files/ma/reader.h"
-#include "node_scene.h"
+// Rigs that others made, at other times than they were saved at.
 #include "nodes/animation/anim_curve.h"
-#include "nodes/core/default_nodes.h"
 #include "nodes/shape/mesh.h"
+#include "rig_scene.h"
 
 namespace torvel::test {
 namespace {
 
-class RigMotion : public NodeScene {
+class BlendedCubes : public RigScene {
   protected:
-    bool open(const std::string& name) {
-        const char* folder = std::getenv("TORVEL_RIGS");
-        std::ifstream file(std::string(folder ? folder : "") + "/" + name, std::ios::binary);
-        if (!folder || !file)
-            return false;
-        std::ostringstream text;
-        text << file.rdbuf();
-        createDefaultNodes(scene);
-        const Status status = readSceneText(scene, text.str(), name, report);
-        EXPECT_TRUE(status) << status.text();
-        return true;
-    }
+    void SetUp() override { open("blendShapesExport.ma"); }
     V3d point(const char* shape, std::size_t i) {
         const NodeHandle node = scene.names().lookUp(shape);
         EXPECT_FALSE(node.isNull()) << shape;
         return V3d(meshPoints(scene, node)->points.at(i));
     }
-    OpenReport report;
 };
 
-TEST_F(RigMotion, ATargetMovesItsPointAsTheKeysSay) {
-    if (!open("blendShapesExport.ma"))
-        GTEST_SKIP() << "blendShapesExport.ma is not at hand (TORVEL_RIGS)";
+TEST_F(BlendedCubes, ATargetMovesItsPointAsTheKeysSay) {
     const char* const shape = "|basic_cube_3_blendshape_anim|base|baseShape";
     const V3d rest(-0.5, 0.5, 0.5), offset(-0.52979666, 0.25919548, 0.79796624);
     const double first = 1.0, last = 14.988698979591836;
@@ -51,9 +30,7 @@ TEST_F(RigMotion, ATargetMovesItsPointAsTheKeysSay) {
     expectNear(point(shape, 2), rest + offset, 1e-6);
 }
 
-TEST_F(RigMotion, InBetweensFollowOneAnother) {
-    if (!open("blendShapesExport.ma"))
-        GTEST_SKIP() << "blendShapesExport.ma is not at hand (TORVEL_RIGS)";
+TEST_F(BlendedCubes, InBetweensFollowOneAnother) {
     const char* const shape = "|basic_cube_4_blendshape_inbetween_anim|base|baseShape";
     const double first = 1.0, last = 13.966225510204081;
     setSceneTime(scene,
@@ -67,13 +44,14 @@ TEST_F(RigMotion, InBetweensFollowOneAnother) {
     expectNear(point(shape, 2), V3d(-0.5, 0.5, 0.5 + 0.47292137), 1e-6);
 }
 
-TEST_F(RigMotion, EveryConversionIsWiredAtBothEnds) {
-    if (!open("digitigrade_leg_mod_example.ma"))
-        GTEST_SKIP() << "digitigrade_leg_mod_example.ma is not at hand (TORVEL_RIGS)";
+class ConvertedLeg : public RigScene {
+  protected:
+    void SetUp() override { open("digitigrade_leg_mod_example.ma"); }
+};
+
+TEST_F(ConvertedLeg, EveryConversionIsWiredAtBothEnds) {
     int count = 0;
-    for (const NodeHandle node : scene.allNodes()) {
-        if (!scene.isType(node, "unitConversion"))
-            continue;
+    for (const NodeHandle node : allOf("unitConversion")) {
         EXPECT_FALSE(scene.source(plug(node, "input")).isNull()) << scene.node(node)->name;
         EXPECT_FALSE(scene.targets(plug(node, "output")).empty()) << scene.node(node)->name;
         ++count;

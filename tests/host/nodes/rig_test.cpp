@@ -1,39 +1,11 @@
-// Numbers stored in rigs that others made. TORVEL_RIGS names their folder; without it nothing is
-// compared.
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
-
-#include "files/ma/reader.h"
-#include "node_scene.h"
+// Poses and binds stored in rigs that others made.
 #include "nodes/deform/dag_pose.h"
-#include "nodes/core/default_nodes.h"
+#include "rig_scene.h"
 
 namespace torvel::test {
 
-class RigTest : public NodeScene {
+class BindPoses : public EachRig {
   protected:
-    /// False when the file is not at hand.
-    bool open(const std::string& name) {
-        const char* folder = std::getenv("TORVEL_RIGS");
-        std::ifstream file(std::string(folder ? folder : "") + "/" + name, std::ios::binary);
-        if (!folder || !file)
-            return false;
-        std::ostringstream text;
-        text << file.rdbuf();
-        createDefaultNodes(scene);
-        OpenReport report;
-        const Status status = readSceneText(scene, text.str(), name, report);
-        EXPECT_TRUE(status) << status.text();
-        return true;
-    }
-    std::vector<NodeHandle> allOf(const char* type) const {
-        std::vector<NodeHandle> out;
-        for (NodeHandle node : scene.allNodes())
-            if (scene.isType(node, type))
-                out.push_back(node);
-        return out;
-    }
     bool hasBindPose(NodeHandle joint) const {
         return scene.storedData(Plug(joint, jointAttrs().bindPose)) != nullptr;
     }
@@ -49,32 +21,17 @@ class RigTest : public NodeScene {
     }
 };
 
-struct PosedRig {
-    const char* file;
-    int joints;
-};
-void PrintTo(const PosedRig& rig, std::ostream* out) {
-    *out << rig.file;
+TEST_P(BindPoses, JointsStandWhereTheirBindPoseSays) {
+    EXPECT_EQ(jointsAtTheirBindPose(), GetParam().atBindPose);
 }
 
-class PosedRigs : public RigTest, public ::testing::WithParamInterface<PosedRig> {};
+INSTANTIATE_TEST_SUITE_P(Stored, BindPoses, ::testing::ValuesIn(rigsWith([](const Rig& rig) {
+                             return rig.atBindPose > 0;
+                         })));
 
-TEST_P(PosedRigs, JointsStandWhereTheirBindPoseSays) {
-    if (!open(GetParam().file))
-        GTEST_SKIP() << GetParam().file << " is not at hand (TORVEL_RIGS)";
-    EXPECT_EQ(jointsAtTheirBindPose(), GetParam().joints);
-}
+class InverseBinds : public BindPoses {};
 
-INSTANTIATE_TEST_SUITE_P(Stored, PosedRigs,
-                         ::testing::Values(PosedRig{"skeleton.ma", 89},
-                                           PosedRig{"plane_skinned.ma", 6},
-                                           PosedRig{"UsdExportSkeletonAtSceneRoot.ma", 3}));
-
-class SkinnedRigs : public RigTest, public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(SkinnedRigs, BindMatricesAreInversesOfBindPoses) {
-    if (!open(GetParam()))
-        GTEST_SKIP() << GetParam() << " is not at hand (TORVEL_RIGS)";
+TEST_P(InverseBinds, AreInversesOfBindPoses) {
     int compared = 0;
     for (NodeHandle skin : allOf("skinCluster")) {
         const Plug matrices = plug(skin, "matrix"), inverses = plug(skin, "bindPreMatrix");
@@ -91,21 +48,11 @@ TEST_P(SkinnedRigs, BindMatricesAreInversesOfBindPoses) {
     EXPECT_GT(compared, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stored, SkinnedRigs,
-                         ::testing::Values("rig01.ma", "plane_skinned.ma",
-                                           "bindTransformsExport.ma", "rig_rlessard_example01.ma",
-                                           "UsdExportSkeletonAtSceneRoot.ma"));
+INSTANTIATE_TEST_SUITE_P(Stored, InverseBinds, ::testing::ValuesIn(rigsWith([](const Rig& rig) {
+                             return rig.inverseBinds;
+                         })));
 
-struct StoredPoses {
-    const char* file;
-    int members;  ///< of all poses, with channels held
-    int moved;    ///< of those, how many stand elsewhere today
-};
-void PrintTo(const StoredPoses& poses, std::ostream* out) {
-    *out << poses.file;
-}
-
-class PosesOfRigs : public RigTest, public ::testing::WithParamInterface<StoredPoses> {
+class PosesOfRigs : public BindPoses {
   protected:
     int members = 0, moved = 0, worlds = 0;
 
@@ -129,19 +76,16 @@ class PosesOfRigs : public RigTest, public ::testing::WithParamInterface<StoredP
 };
 
 TEST_P(PosesOfRigs, MembersStandWhereThePoseHoldsThem) {
-    if (!open(GetParam().file))
-        GTEST_SKIP() << GetParam().file << " is not at hand (TORVEL_RIGS)";
     for (NodeHandle pose : allOf("dagPose"))
         for (const std::int32_t at : scene.elementIndices(plug(pose, "xformMatrix")))
             compareMember(pose, at);
-    EXPECT_EQ(members, GetParam().members);
-    EXPECT_EQ(moved, GetParam().moved);
+    EXPECT_EQ(members, GetParam().poseMembers);
+    EXPECT_EQ(moved, 0);
     EXPECT_GT(worlds, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stored, PosesOfRigs,
-                         ::testing::Values(StoredPoses{"skel.ma", 201, 0},
-                                           StoredPoses{"plane_skinned.ma", 6, 0},
-                                           StoredPoses{"UsdExportSkeletonAtSceneRoot.ma", 3, 0}));
+INSTANTIATE_TEST_SUITE_P(Stored, PosesOfRigs, ::testing::ValuesIn(rigsWith([](const Rig& rig) {
+                             return rig.poseMembers > 0;
+                         })));
 
 }  // namespace torvel::test
