@@ -108,14 +108,16 @@ bool sameValue(double a, double b) {
     return std::fabs(a - b) < 1e-12;
 }
 
+// The chord between the neighbours: the slope of a Catmull-Rom spline over uneven steps.
 double splineSlope(const CurveKey* before, const CurveKey& key, const CurveKey* after) {
     const CurveKey& from = before ? *before : key;
     const CurveKey& to = after ? *after : key;
     return to.time > from.time ? (to.value - from.value) / (to.time - from.time) : 0.0;
 }
 
-// Flat at extremes, ends and plateaus; elsewhere limited so that the curve stays between its
-// neighbours.
+// Flat at extremes, ends and plateaus; elsewhere limited to three times the smaller secant, so that
+// the curve stays between its neighbours: F. N. Fritsch and R. E. Carlson, "Monotone Piecewise
+// Cubic Interpolation", SIAM J. Numer. Anal. 17 (1980).
 double autoSlope(const CurveKey* before, const CurveKey& key, const CurveKey* after) {
     if (!before || !after)
         return 0.0;
@@ -150,6 +152,7 @@ double slope(int kind, double fixed, double straight, const CurveKey* before, co
     }
 }
 
+// Cubic Hermite basis.
 double hermite(const CurveKey& a, const CurveKey& b, double m0, double m1, double time) {
     const double length = b.time - a.time;
     const double u = (time - a.time) / length, u2 = u * u, u3 = u2 * u;

@@ -8,6 +8,9 @@
 namespace torvel {
 namespace {
 
+// Targets, weights, offsets and rest values mean what the public reference of the constraint nodes
+// says; the sums behind them stand with each function here and in evaluate.h.
+
 // --- rotations ---
 
 // World rotation of a target, its own offset in front; all but the last factor also as a signed

@@ -36,6 +36,7 @@ Quatd quaternionOfAngles(const V3d& angles, int rotateOrder) {
 }
 
 // The largest of the four parts is taken by its root: dividing by a small one would lose digits.
+// S. W. Shepperd, "Quaternion from Rotation Matrix", J. Guidance and Control 1(3) (1978).
 Quatd quaternionOfMatrix(const M44d& m) {
     const double trace = m[0][0] + m[1][1] + m[2][2];
     if (trace > 0.0) {
@@ -62,6 +63,8 @@ M44d matrixOfQuaternion(const Quatd& q) {
                   {2 * (z * x + y * r), 2 * (y * z - x * r), 1 - 2 * (y * y + x * x)});
 }
 
+// The normalised weighted sum of quaternions on one side, the linear blend of L. Kavan and J. Zara,
+// "Spherical Blend Skinning" (I3D 2005); which side is what the kinds of interpolation differ in.
 void RotationMean::add(const Quatd& rotation, double weight) {
     Quatd q = rotation;
     const double side = dot(q, m_interpolation == kNoFlip ? m_last : m_sum);
@@ -102,6 +105,8 @@ bool aimRotation(const AimFrame& frame, const V3d& direction, const V3d& worldUp
     return true;
 }
 
+// By the quaternion (1 + a.b, a x b): S. Melax, "The Shortest Arc Quaternion", Game Programming
+// Gems (2000).
 M44d smallestRotation(const V3d& from, const V3d& to) {
     const V3d a = from.normalized(), b = to.normalized();
     const double real = 1.0 + a.dot(b);

@@ -92,7 +92,8 @@ void overRange(std::size_t count, F&& work) {
                       [&](const tbb::blocked_range<std::size_t>& r) { work(r.begin(), r.end()); });
 }
 
-// --- linear ---
+// --- linear: J. P. Lewis, M. Cordner, N. Fong, "Pose Space Deformation", SIGGRAPH 2000, section 2
+// ---
 
 // What an influence adds to a point: p -> p * (G B M G^-1 - 1), four rows of four floats. A point
 // whose influences all stand still is then left exactly where it is. An absent influence takes the
@@ -230,7 +231,8 @@ void deformLinear(const SkinSetup& setup, const Point* in, Point* out, std::size
     });
 }
 
-// --- dual quaternions ---
+// --- dual quaternions: L. Kavan, S. Collins, J. Zara, C. O'Sullivan, "Skinning with Dual
+// Quaternions", I3D 2007 ---
 
 struct DualQuaternion {
     Quatd real{0, 0, 0, 0};
@@ -283,7 +285,8 @@ double dot(const Quatd& a, const Quatd& b) {
     return a.r * b.r + (a.v ^ b.v);
 }
 
-// The point itself comes back when no influence of it is there.
+// The blend (DLB) with every quaternion on the side of the heaviest one, which is the paper's
+// pivot. The point itself comes back when no influence of it is there.
 V3d rigidPoint(const RigidSkin& skin, const Entries& entries, std::size_t vertex,
                const V3d& point) {
     const Quatd* pivot = nullptr;

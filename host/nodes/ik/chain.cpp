@@ -27,6 +27,7 @@ V3d squareTo(const V3d& unit) {
     return unit.cross(helper).normalized();
 }
 
+// Rodrigues' rotation formula.
 V3d turned(const V3d& v, const V3d& axis, double sine, double cosine) {
     return v * cosine + axis.cross(v) * sine + axis * (axis.dot(v) * (1.0 - cosine));
 }
@@ -133,8 +134,8 @@ class Solve {
             search(folded);
     }
 
-    // The triangle of two bones and the wanted length; false where scales make the second bone's
-    // length change.
+    // The law of cosines in the triangle of two bones and the wanted length; false where scales
+    // make the second bone's length change.
     bool bendTwoBones() {
         const double a = m_s.points[1].length(), b = (m_s.points[2] - m_s.points[1]).length();
         const double cosine = (m_wanted * m_wanted - a * a - b * b) / (2.0 * a * b);
@@ -143,7 +144,8 @@ class Solve {
         return std::fabs(endPoint().length() - reached) <= 1e-9 * m_length;
     }
 
-    // Illinois method between straight (too long) and `high` (too short).
+    // Regula falsi between straight (too long) and `high` (too short), the kept end's value halved:
+    // the Illinois method, M. Dowell and P. Jarratt, BIT 11 (1971).
     void search(double high) {
         double low = 0.0, fLow = overshoot(low), fHigh = overshoot(high);
         int side = 0;

@@ -195,6 +195,8 @@ class HandleSolve {
                 scene.ownNumber(Plug(joint.self, rotate + 3))};
     }
 
+    // Between FK and IK the rotation goes along the shortest arc: K. Shoemake, "Animating Rotation
+    // with Quaternion Curves", SIGGRAPH 1985.
     V3d solvedRotate(std::size_t k, double blend, const V3d& own) const {
         const JointState& joint = m_joints[k];
         const M44d solved =

@@ -43,6 +43,8 @@ class CirclePlane {
     V3d m_center, m_u{1.0, 0.0, 0.0}, m_v{0.0, 1.0, 0.0};
 };
 
+// A uniform cubic B-spline passes its knots at (p0 + 4 p1 + p2) / 6 (The NURBS Book, chapter 2):
+// points on a ring of radius r 3 / (2 + cos step) put it on the circle there.
 void addRing(NurbsCurveData& curve, const CirclePlane& plane, const CircleForm& form,
              int sections) {
     const double step = kTurn / sections;
@@ -65,8 +67,9 @@ void partsAt(int at, int sections, double (&parts)[3]) {
     parts[1] = 1.0 - parts[0] - parts[2];
 }
 
-// The control points 2 .. sections of an arc whose points at the inner knots are known, with those
-// before and after.
+// Cubic spline interpolation with given end derivatives, a tridiagonal system (The NURBS
+// Book, 9.2.3; solved by the Thomas algorithm): the control points 2 .. sections of an arc whose
+// points at the inner knots are known, with those before and after.
 void solveInner(std::vector<V3d>& cvs, const std::vector<V3d>& through) {
     const int sections = static_cast<int>(through.size()) - 1;
     std::vector<double> above(cvs.size(), 0.0);

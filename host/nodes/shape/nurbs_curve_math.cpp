@@ -19,6 +19,8 @@ std::size_t degreeOf(const NurbsCurveData& curve) {
     return static_cast<std::size_t>(curve.degree);
 }
 
+// The textbook behind this file: L. Piegl and W. Tiller, "The NURBS Book", 2nd ed. (1997).
+
 // Number of the first of the degree + 1 control points that shape the span at `u`.
 std::size_t spanAt(const NurbsCurveData& curve, double u) {
     const std::size_t degree = degreeOf(curve), last = curve.knots.size() - degree;
@@ -33,8 +35,8 @@ std::size_t spanAt(const NurbsCurveData& curve, double u) {
     return static_cast<std::size_t>(at - begin) - 1;
 }
 
-// One round of the corner cutting: `count` points become count - 1. `level` counts from the degree
-// down.
+// One round of de Boor's corner cutting, on homogeneous points: `count` points become count - 1.
+// `level` counts from the degree down.
 void cutCorners(const NurbsCurveData& curve, double u, std::size_t span, std::size_t level,
                 std::array<Weighted, kHighestDegree + 1>& p) {
     const std::size_t degree = degreeOf(curve);
@@ -54,6 +56,7 @@ double within(const NurbsCurveData& curve, double u) {
     return std::clamp(u, first, last);
 }
 
+// Gauss-Legendre quadrature with eight nodes: Abramowitz and Stegun, table 25.4.
 constexpr double kNodes[] = {0.1834346424956498, 0.5255324099163290, 0.7966664774136267,
                              0.9602898564975363};
 constexpr double kWeights[] = {0.3626837833783620, 0.3137066458778873, 0.2223810344533745,
@@ -68,6 +71,7 @@ double lengthOfPiece(const NurbsCurveData& curve, double from, double to) {
     return sum * half;
 }
 
+// Halved until the two halves agree with the whole.
 double lengthOfSpan(const NurbsCurveData& curve, double from, double to, double coarse, int depth) {
     const double middle = (from + to) / 2.0;
     const double left = lengthOfPiece(curve, from, middle),
@@ -124,6 +128,8 @@ CurvePoint curveAt(const NurbsCurveData& curve, double parameter) {
     }
     for (std::size_t level = degree; level > 1; --level)
         cutCorners(curve, u, span, level, p);
+    // Two points are left: their difference is the derivative, by the quotient rule for the
+    // weights.
     const double low = curve.knots[span + degree - 1], high = curve.knots[span + degree];
     const double rate = high > low ? static_cast<double>(degree) / (high - low) : 0.0;
     const V3d slope = (p[1].point - p[0].point) * rate;

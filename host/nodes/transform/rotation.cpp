@@ -67,6 +67,8 @@ AxisOrder axisOrder(int rotateOrder) {
     return kOrders[rotateOrder >= 0 && rotateOrder <= kZYX ? rotateOrder : kXYZ];
 }
 
+// Axis orders and their parity as in K. Shoemake, "Euler Angle Conversion", Graphics Gems IV
+// (1994), for rotating axes; the matrix is written for row vectors.
 M44d eulerMatrix(const V3d& angles, int rotateOrder) {
     const AxisOrder order = axisOrder(rotateOrder);
     const int i = order.first, j = order.second, k = order.third;
@@ -87,6 +89,9 @@ M44d eulerMatrix(const V3d& angles, int rotateOrder) {
     return m;
 }
 
+// M. Day, "Extracting Euler Angles from a Rotation Matrix": one outer angle first, the other from
+// what it leaves, so that rounding close to gimbal lock moves from one to the other and is not
+// lost.
 V3d eulerFromMatrix(const M44d& m, int rotateOrder, const V3d* hint) {
     const AxisOrder order = axisOrder(rotateOrder);
     const int i = order.first, j = order.second, k = order.third;
@@ -100,13 +105,13 @@ V3d eulerFromMatrix(const M44d& m, int rotateOrder, const V3d* hint) {
                          : hint           ? p * (*hint)[k]
                                           : 0.0;
     angles[k] = p * outer;
-    // What the last turn leaves: exact for any `outer`, so nothing is lost close to that place
-    // either.
     const double c = std::cos(outer), s = std::sin(outer);
     angles[i] = p * std::atan2(s * m[k][i] - c * m[k][j], c * m[j][j] - s * m[j][i]);
     return hint ? closest(angles, order, *hint) : angles;
 }
 
+// Gram-Schmidt over the rows: S. W. Thomas, "Decomposing a Matrix into Simple Transformations",
+// Graphics Gems II (1991).
 MatrixParts decompose(const M44d& m, const V3d* scaleHint) {
     MatrixParts out;
     out.translate = translationOf(m);

@@ -147,6 +147,7 @@ M44d spin(const Channels& c) {
     return isZero(c.rotateAxis) ? rotation : eulerMatrix(c.rotateAxis) * rotation;
 }
 
+// The product that the public reference of the joint node gives: [S][RO][R][JO][IS][T].
 M44d jointMatrix(const Channels& c) {
     M44d m = spin(c);
     if (!isZero(c.jointOrient))
@@ -158,6 +159,8 @@ M44d jointMatrix(const Channels& c) {
     return m;
 }
 
+// The product that the public reference of the transform node gives:
+// [Sp^-1][S][Sh][Sp][St][Rp^-1][RA][R][Rp][Rt][T].
 M44d transformMatrix(const Channels& c) {
     M44d m = isZero(c.shear) ? M44d() : shearMatrix(c.shear);
     scaleRows(m, c.scale);

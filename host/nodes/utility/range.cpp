@@ -164,6 +164,7 @@ double rampSlope(const RampKey& from, const RampKey& to) {
                                        : 0.0;
 }
 
+// Cubic Hermite with Catmull-Rom slopes, one-sided at the ends.
 double rampSpline(const RampKey* keys, std::size_t count, std::size_t left, double u) {
     const RampKey &a = keys[left], &b = keys[left + 1];
     const double length = b.position - a.position;
