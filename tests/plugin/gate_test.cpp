@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLabel>
 #include <QPointer>
 #include <QTcpSocket>
 #include <QTimer>
@@ -96,6 +97,8 @@ TEST_F(GateTest, RefusingShowsTheTermsAndNoTool) {
     for (const bool byButton : {true, false}) {
         QPointer<QWidget> licence = refuse();
         ASSERT_FALSE(licence.isNull());
+        EXPECT_EQ(licence->windowTitle(), "Torvel Plugin 0.20 - Licence");
+        EXPECT_TRUE(licence->findChild<QLabel*>("label_terms")->text().contains("Apache License"));
         if (byButton)
             press(licence, "btn_closeLicense");
         else
