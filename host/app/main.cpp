@@ -37,7 +37,7 @@ int main(int argc, char** argv) {
         torvel::parseOptions(std::vector<std::string>(argv + 1, argv + argc));
     if (!parsed.run) {
         (parsed.code == 0 ? std::cout : std::cerr) << parsed.text << std::flush;
-        return parsed.code;
+        return parsed.code == 0 && !std::cout ? torvel::kScriptFailed : parsed.code;
     }
     chooseScreen(parsed.options);
 
@@ -50,6 +50,5 @@ int main(int argc, char** argv) {
     torvel::applyDesktopStyle(*application);
     auto* program = new torvel::Program(std::move(parsed.options));
     const int code = program->run();
-    program->flush();
-    std::_Exit(code);
+    std::_Exit(program->finish(code));
 }

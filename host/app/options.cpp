@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <map>
 
 #include "base/version.h"
@@ -23,21 +24,35 @@ CLI::Option* repeatable(CLI::App& app, const char* name, std::vector<std::string
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
+const CLI::Validator kNamed(
+    [](std::string& text) { return text.empty() ? "the name is empty" : ""; }, "");
+
+CLI::Option* file(CLI::App& app, const char* name, std::string& target, const char* help,
+                  const char* kind) {
+    return app.add_option(name, target, help)->type_name(kind)->check(kNamed);
+}
+
 void addPlainOptions(CLI::App& app, Options& o) {
-    app.add_option("scene", o.scene, "Scene to open (.ma)");
+    app.add_option("scene", o.scene, "Scene to open (.ma)")->check(kNamed);
     app.add_flag("--batch", o.batch, "Work without a screen and end after the work");
     app.add_flag("--no-ui", o.noUi, "Like --batch, and without any main window");
     repeatable(app, "--plugin", o.plugins, "Plug-in to load, by name or path (repeatable)")
         ->type_name("NAME|PATH");
     app.add_flag("--no-plugin", o.noPlugin, "Leave the bundled plug-in out");
-    app.add_option("--save", o.save, "Save the scene here at the end")->type_name("FILE.ma");
-    app.add_option("--trace", o.trace, "Write what plug-ins run and show, as JSON lines")
-        ->type_name("FILE");
+    file(app, "--save", o.save, "Save the scene here at the end, unless a script failed",
+         "FILE.ma");
+    app.add_flag("--save-anyway", o.saveAnyway,
+                 "Save after a failed script, too, but never over the scene that was opened");
+    file(app, "--trace", o.trace, "Write what plug-ins run and show, as JSON lines", "FILE");
     app.add_flag("--network", o.network, "Let --batch reach the network");
     repeatable(app, "--answer", o.answers,
                "Button, and text, that the next dialog takes (repeatable)")
         ->type_name("BUTTON[=TEXT]");
-    app.add_flag("--trust", o.trust, "Run the scene's own script nodes");
+    app.add_flag("--trust", o.trust, "Run the script nodes of the scenes that are opened");
+    repeatable(app, "--trust-folder", o.trustFolders,
+               "Run those of scenes below this folder, from now on (repeatable)")
+        ->type_name("FOLDER")
+        ->check(kNamed);
 }
 
 void addVerifyOptions(CLI::App& app, Options& o) {
@@ -63,8 +78,7 @@ void addVerifyOptions(CLI::App& app, Options& o) {
                    "Most connections that may come or go (-1: not judged)")
         ->capture_default_str()
         ->group(group);
-    app.add_option("--verify-json", o.verifyJson, "Write the comparison here, too")
-        ->type_name("FILE")
+    file(app, "--verify-json", o.verifyJson, "Write the comparison here, too", "FILE")
         ->group(group);
 }
 
@@ -73,16 +87,12 @@ void addCheckOptions(CLI::App& app, Options& o) {
     app.add_flag("--check", o.check,
                  "List what the skeleton tools would lose or refuse on the scene; 1 on a finding")
         ->group(group);
-    app.add_option("--check-json", o.checkJson, "Write the findings here, too")
-        ->type_name("FILE")
-        ->group(group);
+    file(app, "--check-json", o.checkJson, "Write the findings here, too", "FILE")->group(group);
 }
 
 void addRenderOptions(CLI::App& app, Options& o) {
     const char* group = "Picture";
-    app.add_option("--render", o.render, "Draw the scene here at the end")
-        ->type_name("FILE.png")
-        ->group(group);
+    file(app, "--render", o.render, "Draw the scene here at the end", "FILE.png")->group(group);
     app.add_option("--view", o.view, "persp, front, side or top")
         ->check(CLI::IsMember({"persp", "front", "side", "top"}))
         ->capture_default_str()
@@ -118,6 +128,11 @@ void addSteps(const CLI::App& app, const StepTexts& texts, std::vector<ScriptSte
     }
 }
 
+bool endsWith(const std::string& text, const std::string& tail) {
+    return text.size() >= tail.size() &&
+           text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
+}
+
 std::string pictureFault(const Options& o) {
     QSize size;
     int first = 0, last = 0;
@@ -125,8 +140,30 @@ std::string pictureFault(const Options& o) {
         return "--size takes WxH with sides of 1 to 16384, not " + o.size;
     if (!o.frames.empty() && !frameRange(o.frames, first, last))
         return "--frames takes A:B, from a lower to a higher number, not " + o.frames;
-    const bool png = o.render.size() > 4 && o.render.compare(o.render.size() - 4, 4, ".png") == 0;
-    return o.render.empty() || png ? "" : "--render takes a .png file, not " + o.render;
+    if (!o.frames.empty() && tooManyFrames(first, last))
+        return "--frames takes at most " + std::to_string(kMostFrames) + " frames, not " + o.frames;
+    return o.render.empty() || endsWith(o.render, ".png")
+               ? ""
+               : "--render takes a .png file, not " + o.render;
+}
+
+std::string saveFault(const Options& o) {
+    return endsWith(o.save, ".mb")
+               ? "--save writes Maya ASCII, which is no .mb file: name a .ma file instead of " +
+                     o.save
+               : "";
+}
+
+// What is written may not be what is read: opening it for writing empties it.
+std::string clash(const Options& o) {
+    for (const std::string& written : {o.trace, o.verifyJson, o.checkJson, o.render}) {
+        if (sameFile(written, o.scene))
+            return written + " is the scene: it would be overwritten";
+        for (const ScriptStep& step : o.steps)
+            if (step.kind == ScriptStep::Kind::File && sameFile(written, step.text))
+                return written + " is a script: it would be overwritten";
+    }
+    return {};
 }
 
 ParsedOptions refusal(const std::string& text) {
@@ -147,6 +184,17 @@ std::string badScript(const std::vector<std::string>& files) {
 }
 
 }  // namespace
+
+bool sameFile(const std::string& a, const std::string& b) {
+    namespace fs = std::filesystem;
+    if (a.empty() || b.empty())
+        return false;
+    std::error_code missing, ignored;
+    const bool same = fs::equivalent(a, b, missing);
+    return missing ? fs::absolute(a, ignored).lexically_normal() ==
+                         fs::absolute(b, ignored).lexically_normal()
+                   : same;
+}
 
 ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
     const auto bar = std::find(arguments.begin(), arguments.end(), "--");
@@ -171,10 +219,9 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
     app.footer(
         "Scripts run in the order given, after the scene is open; what follows -- is sys.argv for "
         "them.\n"
-        "Exit codes: 0 done, 1 a script failed or --check found something, 2 wrong use, 3 the "
-        "scene cannot be read, 4 "
-        "--verify found a "
-        "difference.");
+        "Exit codes: 0 done, 1 a script failed, something could not be written or --check found "
+        "something, 2 wrong use or a JSON file that cannot be written, 3 the scene cannot be read, "
+        "4 --verify found a difference, 130 and 143 stopped by SIGINT or SIGTERM.");
     try {
         std::reverse(own.begin(), own.end());
         app.parse(own);
@@ -189,11 +236,12 @@ ParsedOptions parseOptions(const std::vector<std::string>& arguments) {
     }
     if (const std::string file = badScript(texts.files); !file.empty())
         return refusal("--script takes .py and .mel files, not " + file);
-    if (const std::string fault = pictureFault(o); !fault.empty())
-        return refusal(fault);
+    addSteps(app, texts, o.steps);
+    for (const auto& fault : {pictureFault(o), saveFault(o), clash(o)})
+        if (!fault.empty())
+            return refusal(fault);
     if (o.scene.empty() && (o.check || !o.checkJson.empty()))
         return refusal("--check needs a scene");
-    addSteps(app, texts, o.steps);
     o.check = o.check || !o.checkJson.empty();
     o.batch = o.batch || o.noUi || o.check;
     o.verify = o.verify || !o.verifyJson.empty();

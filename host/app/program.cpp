@@ -8,8 +8,11 @@
 
 #include "app/host_setup.h"
 #include "app/network.h"
+#include "app/interruption.h"
 #include "app/rig_check.h"
 #include "commands/host/verify.h"
+#include "files/script_nodes.h"
+#include "files/trusted_folders.h"
 #include "script/session.h"
 #include "ui/desktop/log_text.h"
 #include "ui/desktop/main_window.h"
@@ -69,8 +72,20 @@ bool Program::openTrace() {
         return false;
     }
     m_session->record().setListener([this](const RecordEntry& entry) {
+        const bool sound = m_trace.good();
         m_trace << recordToJson(entry) << '\n' << std::flush;
+        if (sound && !m_trace)
+            complain("cannot write " + m_options.trace + "; it ends here");
     });
+    return true;
+}
+
+bool Program::trustFolders() {
+    for (const std::string& folder : m_options.trustFolders)
+        if (const Status listed = trustFolder(folder); !listed) {
+            complain(listed.text());
+            return false;
+        }
     return true;
 }
 
@@ -155,6 +170,21 @@ bool Program::runSteps() {
     return good;
 }
 
+// After a failed script the scene may be half done.
+bool Program::maySave(bool scriptsDone) {
+    if (m_options.save.empty() || scriptsDone)
+        return true;
+    for (const std::string& opened : {m_options.scene, m_session->scene().fileName})
+        if (sameFile(m_options.save, opened)) {
+            complain("a script failed: not saved over " + m_options.save +
+                     ", the scene it came from");
+            return false;
+        }
+    if (!m_options.saveAnyway)
+        complain("a script failed: not saved; --save-anyway writes " + m_options.save);
+    return m_options.saveAnyway;
+}
+
 bool Program::saveScene() {
     if (m_options.save.empty())
         return true;
@@ -220,8 +250,10 @@ int Program::check() {
 }
 
 int Program::run() {
+    if (m_options.batch)
+        endOnSignals();
     showLog();
-    if (!openTrace())
+    if (!openTrace() || !trustFolders())
         return kWrongUse;
     setUpSession(*m_session);
     if (!m_options.noUi)
@@ -241,14 +273,15 @@ int Program::run() {
     SceneState before;
     if (m_options.verify)
         before = stateOf(m_session->scene());
-    int code = runSteps() ? kDone : kScriptFailed;
+    const bool scriptsDone = runSteps();
+    int code = scriptsDone ? kDone : kScriptFailed;
     if (m_options.verify)
         if (const int verdict = compare(before); code == kDone)
             code = verdict;
     if (m_options.check)
         if (const int verdict = check(); code == kDone)
             code = verdict;
-    if (!saveScene() && code == kDone)
+    if (!(maySave(scriptsDone) && saveScene()) && code == kDone)
         code = kScriptFailed;
     if (!drawPicture() && code == kDone)
         code = kScriptFailed;
@@ -258,6 +291,15 @@ int Program::run() {
         QApplication::exec();
     }
     return code;
+}
+
+int Program::finish(int code) {
+    runClosingScripts(*m_session);
+    flush();
+    const bool printed = std::cout.good() && std::ferror(stdout) == 0;
+    if (!printed)
+        complain("cannot write standard output");
+    return code == kDone && !(printed && m_trace.good()) ? kScriptFailed : code;
 }
 
 void Program::flush() {

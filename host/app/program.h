@@ -14,7 +14,7 @@ class Session;
 /// Exit codes of the program.
 enum ExitCode {
     kDone = 0,
-    kScriptFailed = 1,  ///< or --check found something
+    kScriptFailed = 1,  ///< or something could not be written, or --check found something
     kWrongUse = 2,
     kUnreadableScene = 3,
     kVerifyDiffers = 4
@@ -29,17 +29,22 @@ class Program {
 
     /// Returns the exit code. With a desktop it comes back when the last window is closed.
     int run();
-    /// Empties every buffer, Python's too: the program leaves without destructors.
-    void flush();
+    /// Closes the scene and empties every buffer, Python's too: the program leaves without
+    /// destructors. Returns the exit code, which is kScriptFailed instead of kDone when the trace
+    /// or standard output could not be written.
+    int finish(int code);
 
   private:
+    void flush();
     bool openTrace();
+    bool trustFolders();
     void showLog();
     bool loadPlugins();
     bool loadPlugin(const std::string& nameOrPath);
     bool openScene();
     bool runSteps();
     bool runStep(const ScriptStep& step);
+    bool maySave(bool scriptsDone);
     bool saveScene();
     bool drawPicture();
     int compare(const struct SceneState& before);

@@ -15,6 +15,7 @@ const FlagRow kFileFlags[] = {
     {"save", "s", "", kCreate},
     {"rename", "rn", "s", kCreate},
     {"force", "f", "", kCreate},
+    {"executeScriptNodes", "esn", "b", kCreate},
     {"type", "typ", "s"},
     {"sceneName", "sn", "", kQuery},
     {"shortName", "shn", "", kQuery},
@@ -25,7 +26,6 @@ const FlagRow kFileFlags[] = {
     {"options", "op", "s"},
     {"prompt", "pmt", "b"},
     {"ignoreVersion", "iv", "", kCreate},
-    {"executeScriptNodes", "esn", "b", kCreate},
     {"loadReferenceDepth", "lrd", "s", kCreate},
     // Refused by name.
     {"import", "i", "", kCreate},
@@ -74,7 +74,9 @@ Status open(const CommandCall& call, Value& result) {
     const std::string path = firstText(call);
     if (path.empty())
         return call.fail("open needs the path of a file");
-    if (const Status status = openScene(call.session(), path); !status)
+    if (const Status status =
+            openScene(call.session(), path, call.flag("executeScriptNodes", true));
+        !status)
         return status;
     result = Value(call.scene().fileName);
     return Status::ok();

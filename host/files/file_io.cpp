@@ -10,6 +10,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "base/temporary_files.h"
+
 namespace torvel {
 namespace {
 
@@ -135,7 +137,7 @@ Status replaceFile(const std::string& wanted, const std::string& text) {
     std::string beside = path + ".XXXXXX";
     const mode_t mode = modeFor(path);
     const NoSizeSignal quiet;
-    Descriptor file(::mkstemp(beside.data()));
+    Descriptor file(makeTemporaryFile(beside));
     if (file.get() < 0)
         return failed(reason());
     const bool written = writeAll(file.get(), text) && ::fchmod(file.get(), mode) == 0 &&
@@ -144,8 +146,10 @@ Status replaceFile(const std::string& wanted, const std::string& text) {
     if (!written) {
         const std::string why = reason();
         ::unlink(beside.c_str());
+        forgetTemporaryFile(beside);
         return failed(why);
     }
+    forgetTemporaryFile(beside);
     flushFolder(path);
     return Status::ok();
 }

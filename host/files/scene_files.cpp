@@ -7,11 +7,13 @@
 #include "files/ma/reader.h"
 #include "files/ma/writer.h"
 #include "files/ma/text_codes.h"
+#include "files/script_nodes.h"
+#include "files/trusted_folders.h"
 #include "nodes/core/default_nodes.h"
 
 namespace torvel {
 
-Status openScene(Session& session, const std::string& path) {
+Status openScene(Session& session, const std::string& path, bool runsScriptNodes) {
     const std::string full = absolutePath(path);
     std::string text;
     if (const Status status = loadFile(full, text); !status)
@@ -27,15 +29,21 @@ Status openScene(Session& session, const std::string& path) {
         return status;
     fresh.fileName = full;
     fresh.modified = false;
+    runClosingScripts(session);
     scene.takeContents(fresh);
+    session.sceneTrusted = runsScriptNodes && (session.trust || isTrustedPlace(full));
+    if (session.sceneTrusted)
+        report.scripts -= openingScriptCount(session);
     if (const std::string told = report.text(); !told.empty())
         session.log().write(
             report.skippedCount || report.noEndLine ? Channel::Warning : Channel::Info,
             name + ": " + told);
+    runOpeningScripts(session);
     return Status::ok();
 }
 
 void newScene(Session& session) {
+    runClosingScripts(session);
     Scene& scene = session.scene();
     scene.clear();
     createDefaultNodes(scene);

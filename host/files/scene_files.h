@@ -10,9 +10,10 @@ class Scene;
 class Session;
 
 /// Opens a Maya ASCII file in place of the scene and tells in the log, once, what was kept and what
-/// was left out. After a failure (it names the file and, inside it, the line) the former scene is
-/// as it was.
-Status openScene(Session& session, const std::string& path);
+/// was left out. The scripts of a trusted scene run (script_nodes.h), with `runsScriptNodes` those
+/// of the new one, too. After a failure (it names the file and, inside it, the line) the former
+/// scene is as it was.
+Status openScene(Session& session, const std::string& path, bool runsScriptNodes = true);
 /// An empty, untitled scene with its default nodes.
 void newScene(Session& session);
 /// Writes the scene to a file and makes that the scene's file. After a failure the old file is as

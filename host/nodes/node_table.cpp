@@ -18,6 +18,7 @@
     family(ikTypes) \
     family(constraintTypes) \
     family(poseTypes) \
+    family(scriptTypes) \
     family(timeTypes) \
     family(animCurveTypes) \
     family(meshTypes) \

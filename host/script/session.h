@@ -72,7 +72,8 @@ class Session {
     QWidget* mainWindow = nullptr;  ///< set by ui; null without one
     bool calledFromPython = false;  ///< a command that Python called directly is at work
     bool batch = false;
-    bool trust = false;
+    bool trust = false;         ///< every scene that is opened may run its own script nodes
+    bool sceneTrusted = false;  ///< the open one may
 
   private:
     Log m_log;

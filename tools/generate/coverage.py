@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes docs/coverage.md from the tables of the host program.
 
-    make_coverage.py [--program PATH] [--check]
+    tools/generate/coverage.py [--program PATH] [--check]
 
 --check only tells (exit 1) when the page is out of date.
 """

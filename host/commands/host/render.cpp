@@ -3,6 +3,8 @@
 #include <charconv>
 #include <cstdlib>
 
+#include <QBuffer>
+#include <QFile>
 #include <QImage>
 #include <QString>
 
@@ -15,7 +17,6 @@ namespace torvel {
 namespace {
 
 constexpr int kLongestSide = 16384;
-constexpr int kMostFrames = 100000;
 
 bool isSide(int value) {
     return value >= 1 && value <= kLongestSide;
@@ -48,8 +49,11 @@ Status check(const RenderJob& job, ViewFrame& frame) {
                                "': the views are persp, front, side and top.");
     if (!isSide(job.size.width()) || !isSide(job.size.height()))
         return Status::failure("A picture is 1 to 16384 pixels wide and high.");
-    if (job.sequence && (job.last < job.first || job.last - job.first >= kMostFrames))
+    if (job.sequence && job.last < job.first)
         return Status::failure("The frames run from a lower to a higher number.");
+    if (job.sequence && tooManyFrames(job.first, job.last))
+        return Status::failure("A sequence has at most " + std::to_string(kMostFrames) +
+                               " frames.");
     return Status::ok();
 }
 
@@ -79,7 +83,12 @@ void addPoints(const Scene& scene, const RenderJob& job, const ScenePainter& pai
 
 Status writePicture(const QImage& picture, const std::string& file,
                     std::vector<std::string>& written) {
-    if (!picture.save(QString::fromStdString(file), "PNG"))
+    // Through memory: the writer would not tell that the last bytes did not reach the disk.
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QFile out(QString::fromStdString(file));
+    if (!picture.save(&buffer, "PNG") || !out.open(QIODevice::WriteOnly) ||
+        out.write(bytes) != bytes.size() || !out.flush())
         return Status::failure("Cannot write the picture " + file + ".");
     written.push_back(file);
     return Status::ok();
@@ -170,6 +179,10 @@ Status render(Session& session, const RenderJob& job, std::vector<std::string>& 
     const Status done = renderFrames(session, job, frame, written);
     ignore(goTo(session, time));
     return done;
+}
+
+bool tooManyFrames(int first, int last) {
+    return static_cast<std::int64_t>(last) - first >= kMostFrames;
 }
 
 bool pictureSize(const std::string& text, QSize& size) {

@@ -28,6 +28,10 @@ struct RenderJob {
 /// what it was afterwards. Failures name the wrong value or the file that cannot be written.
 Status render(Session& session, const RenderJob& job, std::vector<std::string>& written);
 
+/// Pictures of one sequence at the most.
+constexpr int kMostFrames = 100000;
+bool tooManyFrames(int first, int last);
+
 /// "640x480"; false for other texts and for sides that are not 1..16384.
 bool pictureSize(const std::string& text, QSize& size);
 /// "10:20" or "7"; false for other texts and for a range that runs backwards.

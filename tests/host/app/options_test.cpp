@@ -21,7 +21,7 @@ std::string refused(const std::vector<std::string>& arguments) {
 
 TEST(Options, NothingMeansAnEmptyDesktop) {
     const Options o = good({});
-    EXPECT_FALSE(o.batch || o.noUi || o.noPlugin || o.trust || o.verify);
+    EXPECT_FALSE(o.batch || o.noUi || o.noPlugin || o.trust || o.verify || o.saveAnyway);
     EXPECT_TRUE(o.scene.empty() && o.steps.empty() && o.plugins.empty());
 }
 
@@ -110,11 +110,26 @@ TEST(Options, AnswersStandInTheirOrder) {
 }
 
 TEST(Options, WrongUsesAreRefused) {
-    EXPECT_NE(refused({"--wrong"}).find("--wrong"), std::string::npos);
-    EXPECT_NE(refused({"a.ma", "b.ma"}).find("b.ma"), std::string::npos);
-    EXPECT_NE(refused({"--script", "notes.txt"}).find("notes.txt"), std::string::npos);
-    refused({"--save"});
-    refused({"--verify-points", "wide"});
+    const struct {
+        std::vector<std::string> arguments;
+        const char* told;
+    } rows[] = {
+        {{"--wrong"}, "--wrong"},
+        {{"a.ma", "b.ma"}, "b.ma"},
+        {{"--script", "notes.txt"}, "notes.txt"},
+        {{"--save"}, "--save"},
+        {{"--verify-points", "wide"}, "--verify-points"},
+        {{""}, "the name is empty"},
+        {{"--save", ""}, "--save: the name is empty"},
+        {{"--trace", ""}, "--trace: the name is empty"},
+        {{"--save", "a.mb"}, "name a .ma file instead of a.mb"},
+        {{"--render", "a.png", "--frames", "1:1000000000"}, "at most 100000 frames"},
+        {{"--render", "a.png", "--frames", "-2147483648:2147483647"}, "at most 100000 frames"},
+        {{"a.ma", "--trace", "./a.ma"}, "./a.ma is the scene"},
+        {{"--script", "b.py", "--trace", "b.py"}, "b.py is a script"},
+    };
+    for (const auto& row : rows)
+        EXPECT_NE(refused(row.arguments).find(row.told), std::string::npos) << row.told;
 }
 
 TEST(Options, HelpAndVersionLeaveWithSuccess) {

@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
+#include <QFile>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -18,9 +21,11 @@ struct Outcome {
     std::string out, err;
 };
 
-Outcome run(const QStringList& arguments, const QString& folder = {}) {
+Outcome run(const QStringList& arguments, const QString& folder = {}, const QString& output = {}) {
     QProcess process;
     process.setWorkingDirectory(folder);
+    if (!output.isEmpty())
+        process.setStandardOutputFile(output);
     process.start(QStringLiteral(TORVEL_HOST_PROGRAM), arguments);
     if (!process.waitForFinished(120000)) {
         process.kill();
@@ -153,6 +158,106 @@ TEST_F(ProgramTest, ASceneIsOpenedChangedAndSaved) {
     const Outcome again = run({"--batch", "--no-plugin", dir.filePath("out.ma"), "--python",
                                "import maya.cmds as cmds; print(cmds.getAttr('knee.ty'))"});
     EXPECT_EQ(again.out, "9.0\n") << again.err;
+}
+
+TEST_F(ProgramTest, AFailedScriptSavesNothingUnlessAskedForAndNeverOverItsScene) {
+    const QString scene = write("in.ma", kScene), other = dir.filePath("out.ma");
+    const struct {
+        QStringList arguments;
+        int code;
+        bool written;
+    } rows[] = {
+        {{"--python", "oops", "--save", other}, 1, false},
+        {{"--script", "none.py", "--save", other}, 1, false},
+        {{"--python", "oops", "--save", scene, "--save-anyway"}, 1, false},
+        {{"--python", "oops", "--save", other, "--save-anyway"}, 1, true},
+        {{"--python", "1", "--save", other}, 0, true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.arguments.join(' ').toStdString());
+        QFile::remove(other);
+        const Outcome done =
+            run(QStringList{"--batch", "--no-plugin", scene} + row.arguments, dir.path());
+        EXPECT_EQ(done.code, row.code) << done.err;
+        EXPECT_EQ(QFile::exists(other), row.written);
+        EXPECT_EQ(done.err.find("not saved") == std::string::npos, row.written);
+        EXPECT_EQ(read("in.ma"), kScene);
+    }
+}
+
+TEST_F(ProgramTest, AFullDiskIsToldByTheExitCode) {
+    const QString scene = write("in.ma", kScene), full = "/dev/full";
+    ASSERT_TRUE(QFile::link(full, dir.filePath("full.png")));
+    const struct {
+        QStringList arguments;
+        QString output;
+        int code;
+    } rows[] = {
+        {{"--python", "print(1)"}, full, 1},
+        {{"--version"}, full, 1},
+        {{"--python", "print(1)", "--trace", full, "--command", "warning \"w\""}, {}, 1},
+        {{"--verify-json", full}, {}, 2},
+        {{"--check-json", full}, {}, 2},
+        {{"--render", dir.filePath("full.png")}, {}, 1},
+    };
+    for (const auto& row : rows) {
+        const Outcome done = run(QStringList{"--batch", "--no-plugin", scene} + row.arguments,
+                                 dir.path(), row.output);
+        EXPECT_EQ(done.code, row.code) << row.arguments.join(' ').toStdString() << done.err;
+        if (row.arguments.front() != "--version") {
+            EXPECT_NE(done.err.find("annot write"), std::string::npos) << done.err;
+        }
+    }
+}
+
+TEST_F(ProgramTest, SignalsEndABatch) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        QProcess process;
+        process.start(QStringLiteral(TORVEL_HOST_PROGRAM),
+                      {"--batch", "--no-plugin", "--python", "print('up')\nwhile True: pass"});
+        ASSERT_TRUE(process.waitForReadyRead(60000));
+        ::kill(static_cast<pid_t>(process.processId()), signal);
+        ASSERT_TRUE(process.waitForFinished(60000));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), 128 + signal);
+    }
+}
+
+TEST_F(ProgramTest, ScriptNodesRunInTrustedScenesOnly) {
+    const QString scene =
+        write("in.ma",
+              "//Maya ASCII 2024 scene\n"
+              "createNode script -n \"hello\";\n\tsetAttr \".st\" 1;\n"
+              "\tsetAttr \".b\" -type \"string\" \"print \\\"opened \\\"\";\n"
+              "\tsetAttr \".a\" -type \"string\" \"print \\\"closed \\\"\";\n"
+              "createNode script -n \"snake\";\n\tsetAttr \".st\" 6;\n\tsetAttr \".stp\" 1;\n"
+              "\tsetAttr \".b\" -type \"string\" \"print('six', end=' ')\";\n"
+              "createNode script -n \"gui\";\n\tsetAttr \".st\" 2;\n"
+              "\tsetAttr \".b\" -type \"string\" \"print \\\"gui\\\"\";\n"
+              "// End of in.ma\n");
+    qputenv("XDG_CONFIG_HOME", dir.filePath("config").toUtf8());
+    const auto printed = [&](QStringList more) {
+        const Outcome done = run(QStringList{"--batch", "--no-plugin", scene} + more);
+        EXPECT_EQ(done.code, 0) << done.err;
+        EXPECT_EQ(done.err.find("script node 'hello' (MEL)") != std::string::npos,
+                  done.out.find("opened") != std::string::npos)
+            << done.err;
+        return done.out;
+    };
+    const QString again = QStringLiteral(
+        "from maya import cmds\n"
+        "cmds.file('%1', open=True, force=True%2)\n");
+    EXPECT_EQ(printed({}), "");
+    EXPECT_EQ(printed({"--trust"}), "opened six closed ");
+    EXPECT_EQ(printed({"--trust", "--python",
+                       again.arg(scene, QStringLiteral(", executeScriptNodes=False"))}),
+              "opened six closed ");
+    EXPECT_EQ(printed({"--trust-folder", dir.path()}), "opened six closed ");
+    EXPECT_EQ(printed({"--python", again.arg(scene, QString())}),
+              "opened six closed opened six closed ");
+    write("config/torvel/trusted_folders", dir.filePath("elsewhere").toStdString() + "\n");
+    EXPECT_EQ(printed({}), "");
+    qunsetenv("XDG_CONFIG_HOME");
 }
 
 TEST_F(ProgramTest, VerifyFindsAMovedJoint) {
