@@ -13,9 +13,9 @@ import sys
 
 from PySide2 import QtCore, QtGui
 
-import make_shapes
+import shapes
 
-IMAGES = make_shapes.ROOT / "plugin" / "resources" / "images" / "img"
+IMAGES = shapes.ROOT / "plugin" / "resources" / "images" / "img"
 TILE = 80
 QUALITY = 88
 
@@ -48,9 +48,9 @@ def smooth(points, per_span=12):
 def wires():
     """Number of each shape: its polylines as they look in the scene."""
     table = {s.number: [smooth(s.points) if s.degree == 3 else s.points]
-             for s in make_shapes.shapes()}
-    table[1] = [make_shapes.ring(48, 1.0, make_shapes.side)]
-    table[36] += [smooth(make_shapes.eye_ring(centre)) for centre in (-2.0, 2.0)]
+             for s in shapes.shapes()}
+    table[1] = [shapes.ring(48, 1.0, shapes.side)]
+    table[36] += [smooth(shapes.eye_ring(centre)) for centre in (-2.0, 2.0)]
     return table
 
 
@@ -121,7 +121,7 @@ def tile(lines, view):
 
 def draw_contact(path):
     """All shapes, one cell each, with number and form."""
-    table, forms = wires(), {s.number: s.form for s in make_shapes.shapes()}
+    table, forms = wires(), {s.number: s.form for s in shapes.shapes()}
     forms[1] = "circle facing X"
     columns, wide, high = 7, 190, 200
     rows = -(-len(table) // columns)
