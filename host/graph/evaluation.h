@@ -5,7 +5,12 @@
 namespace torvel {
 
 /// What an evaluate function sees: its node's inputs (already up to date, connections followed) and
-/// its outputs.
+/// its outputs. It reads any plug, of whatever depth, kind or node, and is the way to take unless a
+/// node is visited so often that finding the places counts. Two readers stand above it for those:
+/// - QuickNode (nodes/core): numbers, vectors and matrices of the node itself, at most one array
+///   deep. Nothing is kept between two visits.
+/// - ConstraintInputs (nodes/constraint): one array of structures and the node's own attributes.
+///   Where each input stands is kept until the scene's structure changes.
 class Evaluation {
   public:
     Evaluation(Scene& scene, Node& node, AttrIndex output)

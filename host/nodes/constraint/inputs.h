@@ -24,6 +24,8 @@ struct ConstraintPlan : NodePlan {
     std::vector<std::vector<InputPlace>> elements;  ///< of `target`
 };
 
+/// The inputs by the attribute positions of the node's own type. For a type whose visits are many
+/// and whose structure seldom changes; each target costs a kept place for every child of `target`.
 class ConstraintInputs {
   public:
     /// `targets`: the array attribute whose elements are read.

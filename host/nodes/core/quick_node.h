@@ -6,7 +6,11 @@
 /// their hundreds on the way of every joint, so a visit must cost next to nothing.
 namespace torvel {
 
-/// The node an evaluate function works on. Inputs are up to date; numbers come in internal units.
+/// The node an evaluate function works on. Inputs are up to date; numbers come in internal units
+/// (radians, centimetres, frames). Positions are those of the node's own type, from its TypeAttrs:
+/// nothing is checked here. Outputs are set without marking them clean: that of the call is marked
+/// by the evaluator, and a function that sets others at once uses Evaluation::set for those. For
+/// payloads, deeper arrays and other nodes' plugs see Evaluation, which says when to take which.
 class QuickNode {
   public:
     explicit QuickNode(Evaluation& evaluation);

@@ -92,8 +92,8 @@ void overRange(std::size_t count, F&& work) {
                       [&](const tbb::blocked_range<std::size_t>& r) { work(r.begin(), r.end()); });
 }
 
-// --- linear: J. P. Lewis, M. Cordner, N. Fong, "Pose Space Deformation", SIGGRAPH 2000, section 2
-// ---
+// --- linear ---
+// J. P. Lewis, M. Cordner, N. Fong, "Pose Space Deformation" (SIGGRAPH 2000), section 2.
 
 // What an influence adds to a point: p -> p * (G B M G^-1 - 1), four rows of four floats. A point
 // whose influences all stand still is then left exactly where it is. An absent influence takes the
@@ -231,8 +231,8 @@ void deformLinear(const SkinSetup& setup, const Point* in, Point* out, std::size
     });
 }
 
-// --- dual quaternions: L. Kavan, S. Collins, J. Zara, C. O'Sullivan, "Skinning with Dual
-// Quaternions", I3D 2007 ---
+// --- dual quaternions ---
+// L. Kavan, S. Collins, J. Zara, C. O'Sullivan, "Skinning with Dual Quaternions" (I3D 2007).
 
 struct DualQuaternion {
     Quatd real{0, 0, 0, 0};
