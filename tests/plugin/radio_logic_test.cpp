@@ -9,7 +9,6 @@
 #include <fmt/format.h>
 
 #include "plugin/fixtures/axis_choices.h"
-#include "plugin/fixtures/rigs.h"
 #include "plugin/fixtures/tool_clicks.h"
 
 namespace torvel::test {
@@ -42,7 +41,7 @@ const AxisRow& rowOf(const std::string& pair, char sign) {
 class RadioLogicTest : public PluginScene {
   public:
     void SetUp() override {
-        makeChain(*this, {"bone", "tip"});
+        python("rigs.chain('bone', 'tip')");
         select({"|bone"});
     }
 

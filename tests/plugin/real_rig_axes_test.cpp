@@ -4,7 +4,6 @@
 #include <cmath>
 #include <filesystem>
 
-#include "plugin/fixtures/expected_scripts.h"
 #include "plugin/fixtures/joint_frames.h"
 #include "plugin/fixtures/real_rig.h"
 #include "plugin/fixtures/tool_clicks.h"
@@ -15,6 +14,11 @@ namespace {
 
 bool contains(const Lines& lines, const std::string& line) {
     return std::find(lines.begin(), lines.end(), line) != lines.end();
+}
+
+std::string bindLine(const std::string& root, const std::string& mesh) {
+    return "python plain: cmds.skinCluster('" + root + "', '" + mesh +
+           "', bindMethod=0, skinMethod=0, normalizeWeights=1)";
 }
 
 }  // namespace
