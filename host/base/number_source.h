@@ -1,6 +1,9 @@
 #pragma once
 
 #include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <limits>
 #include <string_view>
 
 namespace torvel {
@@ -9,8 +12,12 @@ namespace torvel {
 /// reader. Words may stand in double quotes (returned without them, escapes not resolved).
 class NumberSource {
   public:
-    explicit NumberSource(std::string_view text)
-        : m_at(text.data()), m_end(text.data() + text.size()) {}
+    /// What "inf", "nan" and other programs' words for them ("1.#INF", "-nan(ind)") are to
+    /// number().
+    enum class NonFinite { Refused, Counted };
+
+    explicit NumberSource(std::string_view text, NonFinite words = NonFinite::Refused)
+        : m_at(text.data()), m_end(text.data() + text.size()), m_words(words) {}
 
     void skipBlanks() {
         while (m_at != m_end &&
@@ -21,26 +28,20 @@ class NumberSource {
         skipBlanks();
         return m_at == m_end;
     }
-    /// False at the end or when no number stands here ("nan", "inf" and what no double can hold
-    /// count as no number).
+    /// False at the end or when no number stands here; so is what no double can hold, and a word
+    /// for an infinity or no number unless these are counted.
     bool number(double& value) {
         skipBlanks();
         const char* at = (m_at != m_end && *m_at == '+') ? m_at + 1 : m_at;
-        if (at == m_end || *at == 'n' || *at == 'N' || *at == 'i' || *at == 'I')
-            return false;
         const std::from_chars_result r = std::from_chars(at, m_end, value);
-        if (r.ec == std::errc::result_out_of_range) {
-            const std::string_view text(at, static_cast<std::size_t>(r.ptr - at));
-            if (text.find("e-") == std::string_view::npos &&
-                text.find("E-") == std::string_view::npos)
-                return false;
-            value = 0.0;  // too small to tell from it
-        } else if (r.ec != std::errc()) {
-            return false;
-        }
+        const bool usual = r.ec == std::errc() && value - value == 0.0;
+        if (!usual || (r.ptr != m_end && *r.ptr == '#'))
+            return unusual(at, r, value);
         m_at = r.ptr;
-        return value - value == 0.0;
+        return true;
     }
+    /// Infinities and words for no number that were read.
+    std::size_t nonFinite() const { return m_nonFinite; }
     bool integer(long long& value) {
         skipBlanks();
         const std::from_chars_result r = std::from_chars(m_at, m_end, value);
@@ -69,8 +70,39 @@ class NumberSource {
     std::string_view rest() const { return {m_at, static_cast<std::size_t>(m_end - m_at)}; }
 
   private:
+    bool unusual(const char* at, std::from_chars_result r, double& value) {
+        if (r.ec == std::errc::result_out_of_range) {
+            const std::string_view text(at, static_cast<std::size_t>(r.ptr - at));
+            if (text.find("e-") == text.npos && text.find("E-") == text.npos)
+                return false;
+            value = 0.0;  // too small to tell from it
+            m_at = r.ptr;
+            return true;
+        }
+        if (r.ec != std::errc() || m_words == NonFinite::Refused)
+            return false;
+        if (r.ptr != m_end && *r.ptr == '#') {  // "-1.#IND" and its like
+            const std::string_view word(r.ptr + 1, static_cast<std::size_t>(m_end - r.ptr - 1));
+            const bool infinite = word.substr(0, 3) == "INF";
+            const bool none = word.substr(0, 3) == "IND" || word.find("NAN") == 1;
+            if (!infinite && !none)
+                return false;
+            value = std::copysign(infinite ? std::numeric_limits<double>::infinity()
+                                           : std::numeric_limits<double>::quiet_NaN(),
+                                  value);
+            const std::size_t end = word.find_first_not_of("INFDQSA0");
+            m_at = r.ptr + 1 + (end == word.npos ? word.size() : end);
+        } else {
+            m_at = r.ptr;
+        }
+        ++m_nonFinite;
+        return true;
+    }
+
     const char* m_at;
     const char* m_end;
+    NonFinite m_words;
+    std::size_t m_nonFinite = 0;
 };
 
 }  // namespace torvel

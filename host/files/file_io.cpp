@@ -2,13 +2,18 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <string_view>
+#include <vector>
 
 #include "base/temporary_files.h"
 
@@ -75,20 +80,101 @@ bool writeAll(int file, const std::string& text) {
     return true;
 }
 
-mode_t modeFor(const std::string& path) {
-    struct stat old {};
-    if (::stat(path.c_str(), &old) == 0)
-        return old.st_mode & 07777;
+mode_t modeOfNewFiles() {
     const mode_t mask = ::umask(0);
     ::umask(mask);
     return 0666 & ~mask;
 }
 
-// A link keeps standing: the file that it leads to is the one replaced.
-std::string behindLinks(const std::string& path) {
+// What stands at the place of a file that is to be written.
+struct Target {
+    std::string path;  ///< behind all links
+    bool exists = false;
+    struct stat info {};
+};
+
+std::string refusal(const struct stat& info) {
+    if (S_ISDIR(info.st_mode))
+        return "it is a folder";
+    return S_ISREG(info.st_mode) ? "" : "it is no plain file";
+}
+
+// Why the file cannot be replaced; empty when it can.
+std::string examine(const std::string& wanted, Target& target) {
+    target.path = wanted;
+    struct stat link {};
+    if (::lstat(wanted.c_str(), &link) == 0 && S_ISLNK(link.st_mode)) {
+        std::error_code error;
+        target.path = std::filesystem::canonical(wanted, error).string();
+        if (error)
+            return "it is a link that leads nowhere (" + error.message() + ")";
+    }
+    target.exists = ::stat(target.path.c_str(), &target.info) == 0;
+    if (!target.exists)
+        return {};
+    if (const std::string why = refusal(target.info); !why.empty())
+        return why;
+    return ::access(target.path.c_str(), W_OK) == 0 ? "" : reason();
+}
+
+// New files bear the target's name, this mark, the process that writes them and six letters; they
+// are locked while they are written.
+constexpr std::string_view kMark = ".save-";
+constexpr std::size_t kLettersAtEnd = 6;
+
+std::string namePrefix(const std::filesystem::path& target) {
+    constexpr std::size_t kRoomForRest = 32;  // of the longest name that a folder takes
+    return target.filename().string().substr(0, NAME_MAX - kRoomForRest) + std::string(kMark);
+}
+
+bool isAbandoned(const std::filesystem::path& file, std::size_t prefixLength) {
+    const std::string name = file.filename().string();
+    pid_t owner = 0;
+    const char* end = name.data() + name.size();
+    const auto [at, error] = std::from_chars(name.data() + prefixLength, end, owner);
+    if (error != std::errc() || owner <= 0 || *at != '-' ||
+        static_cast<std::size_t>(end - at) != kLettersAtEnd + 1)
+        return false;
+    if (::kill(owner, 0) == 0 || errno != ESRCH)
+        return false;
+    // The number may be that of a process elsewhere (another machine, a container): it locks.
+    const Descriptor handle(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    return handle.get() >= 0 && ::flock(handle.get(), LOCK_EX | LOCK_NB) == 0;
+}
+
+void removeAbandoned(const std::filesystem::path& target) {
+    const std::string prefix = namePrefix(target);
+    const std::filesystem::path folder = target.parent_path();
+    std::vector<std::filesystem::path> found;
     std::error_code error;
-    const std::filesystem::path real = std::filesystem::canonical(path, error);
-    return error ? path : real.string();
+    for (std::filesystem::directory_iterator at(folder.empty() ? "." : folder, error), end;
+         !error && at != end; at.increment(error))
+        if (at->path().filename().string().compare(0, prefix.size(), prefix) == 0 &&
+            isAbandoned(at->path(), prefix.size()))
+            found.push_back(at->path());
+    for (const std::filesystem::path& path : found)
+        std::filesystem::remove(path, error);
+}
+
+std::string lossOf(const Target& target, int file) {
+    if (!target.exists)
+        return {};
+    std::string loss;
+    struct stat now {};
+    if (target.info.st_nlink > 1)
+        loss = "its other hard links keep the old contents";
+    if (::fstat(file, &now) == 0 &&
+        (now.st_uid != target.info.st_uid || now.st_gid != target.info.st_gid))
+        loss += std::string(loss.empty() ? "" : "; ") + "its owner or group is another one now";
+    return loss;
+}
+
+// A file whose owner cannot be given keeps no bits that lend the owner's rights.
+bool giveRights(int file, const Target& target) {
+    if (!target.exists)
+        return ::fchmod(file, modeOfNewFiles()) == 0;
+    const bool owned = ::fchown(file, target.info.st_uid, target.info.st_gid) == 0;
+    return ::fchmod(file, target.info.st_mode & (owned ? 07777 : 0777)) == 0;
 }
 
 void flushFolder(const std::string& path) {
@@ -102,14 +188,13 @@ void flushFolder(const std::string& path) {
 }  // namespace
 
 Status loadFile(const std::string& path, std::string& text) {
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    // A pipe without a writer would hold the program up.
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat info {};
     if (file.get() < 0 || ::fstat(file.get(), &info) != 0)
         return Status::failure("Cannot open " + path + ": " + reason());
-    if (S_ISDIR(info.st_mode))
-        return Status::failure("Cannot open " + path + ": it is a folder");
-    if (!S_ISREG(info.st_mode))
-        return Status::failure("Cannot open " + path + ": it is no plain file");
+    if (const std::string why = refusal(info); !why.empty())
+        return Status::failure("Cannot open " + path + ": " + why);
     text.resize(static_cast<std::size_t>(info.st_size));
     std::size_t done = 0;
     while (done < text.size()) {
@@ -124,33 +209,35 @@ Status loadFile(const std::string& path, std::string& text) {
     return Status::ok();
 }
 
-Status replaceFile(const std::string& wanted, const std::string& text) {
-    const std::string path = behindLinks(wanted);
+Status replaceFile(const std::string& wanted, const std::string& text, std::string& loss) {
     const auto failed = [&wanted](const std::string& why) {
         return Status::failure("Cannot save " + wanted + ": " + why);
     };
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored))
-        return failed("it is a folder");
-    if (::access(path.c_str(), F_OK) == 0 && ::access(path.c_str(), W_OK) != 0)
-        return failed(reason());
-    std::string beside = path + ".XXXXXX";
-    const mode_t mode = modeFor(path);
+    loss.clear();
+    Target target;
+    if (const std::string why = examine(wanted, target); !why.empty())
+        return failed(why);
+    removeAbandoned(target.path);
+    const std::filesystem::path place(target.path);
+    std::string beside =
+        (place.parent_path() / (namePrefix(place) + std::to_string(::getpid()) + "-XXXXXX"))
+            .string();
     const NoSizeSignal quiet;
     Descriptor file(makeTemporaryFile(beside));
     if (file.get() < 0)
         return failed(reason());
-    const bool written = writeAll(file.get(), text) && ::fchmod(file.get(), mode) == 0 &&
-                         ::fsync(file.get()) == 0 && file.close() &&
-                         std::rename(beside.c_str(), path.c_str()) == 0;
-    if (!written) {
+    ::flock(file.get(), LOCK_EX | LOCK_NB);
+    const bool written =
+        writeAll(file.get(), text) && giveRights(file.get(), target) && ::fsync(file.get()) == 0;
+    loss = lossOf(target, file.get());
+    if (!written || !file.close() || std::rename(beside.c_str(), target.path.c_str()) != 0) {
         const std::string why = reason();
         ::unlink(beside.c_str());
         forgetTemporaryFile(beside);
         return failed(why);
     }
     forgetTemporaryFile(beside);
-    flushFolder(path);
+    flushFolder(target.path);
     return Status::ok();
 }
 

@@ -18,12 +18,13 @@ Status openScene(Session& session, const std::string& path, bool runsScriptNodes
     std::string text;
     if (const Status status = loadFile(full, text); !status)
         return status;
-    toUtf8(text);
+    const std::string aboutCodes = toUtf8(text);
     Scene& scene = session.scene();
     Scene fresh(scene.types(), scene.log());
     fresh.succeed(scene);
     createDefaultNodes(fresh);
     OpenReport report;
+    report.codes = aboutCodes;
     const std::string name = std::filesystem::path(full).filename().string();
     if (const Status status = readSceneText(fresh, text, name, report); !status)
         return status;
@@ -35,9 +36,8 @@ Status openScene(Session& session, const std::string& path, bool runsScriptNodes
     if (session.sceneTrusted)
         report.scripts -= openingScriptCount(session);
     if (const std::string told = report.text(); !told.empty())
-        session.log().write(
-            report.skippedCount || report.noEndLine ? Channel::Warning : Channel::Info,
-            name + ": " + told);
+        session.log().write(report.hasDoubts() ? Channel::Warning : Channel::Info,
+                            name + ": " + told);
     runOpeningScripts(session);
     return Status::ok();
 }
@@ -52,8 +52,11 @@ void newScene(Session& session) {
 
 Status saveScene(Scene& scene, const std::string& path) {
     const std::string full = absolutePath(path);
-    if (const Status status = replaceFile(full, sceneToText(scene)); !status)
+    std::string loss;
+    if (const Status status = replaceFile(full, sceneToText(scene), loss); !status)
         return status;
+    if (!loss.empty())
+        scene.log().write(Channel::Warning, full + " was saved, but " + loss);
     scene.fileName = full;
     scene.modified = false;
     return Status::ok();

@@ -16,7 +16,8 @@ class Session;
 Status openScene(Session& session, const std::string& path, bool runsScriptNodes = true);
 /// An empty, untitled scene with its default nodes.
 void newScene(Session& session);
-/// Writes the scene to a file and makes that the scene's file. After a failure the old file is as
+/// Writes the scene to a file (see replaceFile) and makes that the scene's file. What the file
+/// loses by it (other hard links, its owner) is told in the log. After a failure the old file is as
 /// it was.
 Status saveScene(Scene& scene, const std::string& path);
 

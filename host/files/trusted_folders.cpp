@@ -75,7 +75,8 @@ Status trustFolder(const std::string& folder) {
         text += line + '\n';
     }
     fs::create_directories(list.parent_path(), error);
-    return replaceFile(list.string(), text + whole.string() + '\n');
+    std::string loss;  // nobody lists places through hard links
+    return replaceFile(list.string(), text + whole.string() + '\n', loss);
 }
 
 }  // namespace torvel

@@ -165,7 +165,17 @@ class DirtySpread {
 }  // namespace
 
 void Scene::changed(const Plug& plug) {
+    if (m_reading)
+        return;
     DirtySpread(*this).run(plug);
+}
+
+void Scene::endReading() {
+    m_reading = false;
+    for (const std::unique_ptr<Node>& n : m_nodes)
+        for (AttrIndex attr = 0; n && attr < n->attrCount(); ++attr)
+            if (n->attr(attr).is(kOutput | kOpaque) && n->peek(attr))
+                n->slot(attr).state &= ~kClean;
 }
 
 void Scene::outputChanged(const Plug& output) {

@@ -15,14 +15,32 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-std::string legalPart(std::string_view part) {
-    while (!part.empty() && !isLetter(part.front()))
+bool isBeyondAscii(char c) {
+    return static_cast<unsigned char>(c) >= 0x80;
+}
+
+std::string legalPart(std::string_view part, bool inFile) {
+    const auto mayBegin = [inFile](char c) { return isLetter(c) || (inFile && isBeyondAscii(c)); };
+    while (!part.empty() && !mayBegin(part.front()))
         part.remove_prefix(1);
     std::string out(part);
     for (char& c : out)
-        if (!isLetter(c) && !isDigit(c))
+        if (!mayBegin(c) && !isDigit(c))
             c = '_';
     return out;
+}
+
+std::string legalName(std::string_view wanted, bool inFile) {
+    std::string out;
+    for (std::string_view rest = wanted;;) {
+        const std::size_t colon = rest.find(':');
+        const std::string part = legalPart(rest.substr(0, colon), inFile);
+        if (!part.empty())
+            out += (out.empty() ? "" : ":") + part;
+        if (colon == std::string_view::npos)
+            return out;
+        rest.remove_prefix(colon + 1);
+    }
 }
 
 std::vector<std::string_view> splitPath(std::string_view text) {
@@ -76,16 +94,11 @@ std::string join(const Numbered& base, unsigned long long number) {
 }  // namespace
 
 std::string Names::legal(std::string_view wanted) {
-    std::string out;
-    for (std::string_view rest = wanted;;) {
-        const std::size_t colon = rest.find(':');
-        const std::string part = legalPart(rest.substr(0, colon));
-        if (!part.empty())
-            out += (out.empty() ? "" : ":") + part;
-        if (colon == std::string_view::npos)
-            return out;
-        rest.remove_prefix(colon + 1);
-    }
+    return legalName(wanted, false);
+}
+
+std::string Names::legalInFile(std::string_view wanted) {
+    return legalName(wanted, true);
 }
 
 std::string_view Names::trimmed(std::string_view text) {

@@ -21,6 +21,8 @@ class Names {
     /// Leading illegal characters dropped, each other illegal one becomes '_'; ':' parts are
     /// namespaces. May be empty.
     static std::string legal(std::string_view wanted);
+    /// The same for names of scene files, where letters beyond ASCII (UTF-8) are legal, too.
+    static std::string legalInFile(std::string_view wanted);
     /// Blanks trimmed, empty leading path components dropped.
     static std::string_view trimmed(std::string_view text);
 

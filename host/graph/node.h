@@ -75,6 +75,7 @@ struct Node {
     mutable std::uint64_t visit = 0;  ///< generation stamp of the last walk that saw it
     bool locked = false;
     bool isDefault = false;  ///< made by the scene itself (time1, persp ...)
+    bool isShared = false;   ///< files make it with -s: one that exists already is used instead
     std::uint32_t linkedInputs =
         0;  ///< incoming connections: nodes without any need no search for sources
     std::vector<Plug> feeding;  ///< plugs that feed others, in the order they began to

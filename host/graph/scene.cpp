@@ -102,7 +102,7 @@ Status Scene::createNode(std::string_view typeName, std::string_view wantedName,
                                " needs a transform as its parent");
     auto fresh = std::make_unique<Node>();
     fresh->type = type;
-    const std::string legal = Names::legal(wantedName);
+    const std::string legal = m_reading ? Names::legalInFile(wantedName) : Names::legal(wantedName);
     if (!legal.empty())
         fresh->name = m_names.unique(legal, parent, isDag, {});
     else if (type->is(kShapeType))

@@ -135,7 +135,8 @@ class Scene {
     Plug elementAt(const Plug& arrayPlug, std::size_t physical) const;
     std::vector<std::int32_t> elementIndices(const Plug& arrayPlug) const;
     void removeElement(const Plug& elementPlug);
-    std::int32_t nextAvailable(const Plug& arrayPlug) const;  ///< one past the highest used
+    std::int32_t nextAvailable(
+        const Plug& arrayPlug) const;  ///< one past the highest used; behind the last the first gap
 
     // --- values
     // ----------------------------------------------------------------------------------------------
@@ -214,6 +215,11 @@ class Scene {
     /// Ascends with every change of connections, hierarchy or attributes.
     std::uint64_t structure() const { return m_structure; }
 
+    /// Between the two a file is read: values and connections dirty nothing one by one, at the end
+    /// everything is dirty. Names keep their letters beyond ASCII (Names::legalInFile).
+    void beginReading() { m_reading = true; }
+    void endReading();
+
     // --- time, files
     // -----------------------------------------------------------------------------------------
     NodeHandle timeNode() const { return m_time; }
@@ -269,6 +275,7 @@ class Scene {
     Selection m_selection;
     std::vector<SceneListener*> m_listeners;
     std::unique_ptr<WriterTable> m_writers;
+    bool m_reading = false;
     bool m_writersStale = false;  ///< ties of writers must be found anew before the next evaluation
 };
 

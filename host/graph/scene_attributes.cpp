@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <charconv>
+#include <limits>
 
 #include "graph/scene.h"
 #include "graph/slot_walk.h"
@@ -81,8 +82,9 @@ Status Scene::addAttribute(NodeHandle handle, const AttrInfo& wanted, AttrIndex 
     AttrInfo info = wanted;
     if (info.shortName.empty())
         info.shortName = info.longName;
-    if (info.longName.empty() || Names::legal(info.longName) != info.longName)
-        return Status::failure("addAttr: '" + info.longName + "' is no legal attribute name");
+    for (const std::string& name : {info.longName, info.shortName})
+        if (name.empty() || Names::legal(name) != name || name.find(':') != name.npos)
+            return Status::failure("addAttr: '" + name + "' is no legal attribute name");
     for (const std::string& name : {info.longName, info.shortName})
         if (const AttrIndex old = n->findAttr(name); old != kNoAttr && !n->attr(old).is(kOpaque))
             return Status::failure("addAttr: '" + n->name + "' has an attribute named '" + name +
@@ -391,7 +393,14 @@ void Scene::removeElement(const Plug& elementPlug) {
 
 std::int32_t Scene::nextAvailable(const Plug& arrayPlug) const {
     const std::size_t count = elementCount(arrayPlug);
-    return count == 0 ? 0 : logicalIndex(elementAt(arrayPlug, count - 1)) + 1;
+    const std::int32_t last = count == 0 ? -1 : logicalIndex(elementAt(arrayPlug, count - 1));
+    if (last < std::numeric_limits<std::int32_t>::max())
+        return last + 1;
+    std::int32_t gap = 0;  // no index stands behind the highest one
+    while (static_cast<std::size_t>(gap) < count &&
+           logicalIndex(elementAt(arrayPlug, static_cast<std::size_t>(gap))) == gap)
+        ++gap;
+    return gap;
 }
 
 // --- slots

@@ -8,6 +8,14 @@
 namespace torvel {
 namespace {
 
+// Whole numbers have 32 bits; no number counts as 0.
+double whole(double value) {
+    if (std::isnan(value))
+        return 0.0;
+    const double rounded = value > 0 ? std::floor(value + 0.5) : std::ceil(value - 0.5);
+    return std::fmin(std::fmax(rounded, -2147483648.0), 2147483647.0) + 0.0;  // no -0
+}
+
 // What a reader of this type gets from a stored number.
 double asType(AttrType type, double value) {
     switch (type) {
@@ -15,7 +23,7 @@ double asType(AttrType type, double value) {
         case AttrType::Byte:
         case AttrType::Short:
         case AttrType::Long:
-        case AttrType::Enum: return value > 0 ? std::floor(value + 0.5) : std::ceil(value - 0.5);
+        case AttrType::Enum: return whole(value);
         case AttrType::Float: return static_cast<double>(static_cast<float>(value));
         default: return value;
     }

@@ -201,10 +201,19 @@ struct Limits {
     double low, high;
 };
 
+constexpr Limits kWholeNumbers{-2147483648.0, 2147483647.0};
+
+bool isWhole(AttrType type) {
+    return type == AttrType::Byte || type == AttrType::Short || type == AttrType::Long ||
+           type == AttrType::Enum;
+}
+
 // An added enum takes the numbers between its first and its last entry.
 Limits limitsOf(const AttrInfo& info) {
     if (info.type != AttrType::Enum || !info.is(kDynamic) || info.enumNames.empty())
-        return {info.minimum, info.maximum};
+        return isWhole(info.type) ? Limits{std::max(info.minimum, kWholeNumbers.low),
+                                           std::min(info.maximum, kWholeNumbers.high)}
+                                  : Limits{info.minimum, info.maximum};
     Limits limits{1e300, -1e300};
     int number = 0;
     for (const std::string& entry : info.enumNames) {

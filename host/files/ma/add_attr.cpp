@@ -169,10 +169,14 @@ bool readFlagValue(TokenCursor& cursor, const Flag& flag, std::string& text, dou
     switch (flag.kind) {
         case Kind::Text: return cursor.text(text);
         case Kind::Number: {
-            NumberSource source(cursor.next().text);
+            NumberSource source(cursor.next().text, NumberSource::NonFinite::Counted);
             bool on = false;
-            if (source.number(number))
+            if (source.number(number)) {
+                if (cursor.peek().isMark('('))  // "-nan(ind)"
+                    while (!cursor.peek().isEnd() && !cursor.next().isMark(')')) {
+                    }
                 return source.atEnd();
+            }
             const bool good = wordToFlag(source.word(), on);
             number = on ? 1.0 : 0.0;
             return good;

@@ -21,7 +21,7 @@ AttrPath::Cut readIndex(std::string_view text, PathStep& step) {
     if (r.ec != std::errc() || r.ptr != end)
         return AttrPath::Cut::Malformed;
     const bool fits =
-        step.last < std::numeric_limits<std::int32_t>::max() && step.last >= step.first;
+        step.last <= std::numeric_limits<std::int32_t>::max() && step.last >= step.first;
     return fits ? AttrPath::Cut::Good : AttrPath::Cut::HugeIndex;
 }
 

@@ -48,12 +48,12 @@ void BlockWriter::attribute(const Node& node, AttrIndex attr) {
         return;
     const Plug plug(node.self, attr);
     if (info.is(kBulk)) {
-        const BulkArray* values = isDriven(plug) ? nullptr : m_scene.bulk(plug);
+        const BulkArray* values = m_scene.bulk(plug);
         if (values && values->size())
             values->write(info.shortName, m_out);
         return;
     }
-    value(plug, "." + info.shortName, false);
+    value(plug, "." + info.shortName);
 }
 
 bool BlockWriter::isDriven(const Plug& plug) const {
@@ -77,18 +77,17 @@ void BlockWriter::line(const std::string& flags, const std::string& path,
     m_out += "\tsetAttr" + flags + " \"" + path + "\"" + value + ";\n";
 }
 
-void BlockWriter::value(const Plug& plug, const std::string& path, bool driven) {
+void BlockWriter::value(const Plug& plug, const std::string& path) {
     const AttrInfo& info = m_scene.info(plug);
     if (info.is(kOpaque | kOutput | kNotStored))
         return;
     if (m_scene.isArrayPlug(plug))
-        return array(plug, path, driven || isDriven(plug));
+        return array(plug, path);
     const std::string flags = flagsOf(plug);
-    driven = driven || isDriven(plug);
     if (!info.children.empty())
-        return compound(plug, path, driven, flags);
+        return compound(plug, path, flags);
     const Slot* slot = m_scene.peekSlot(plug);
-    const bool has = slot && (slot->state & kSet) && !driven && info.type != AttrType::Message;
+    const bool has = slot && (slot->state & kSet) && info.type != AttrType::Message;
     single(plug, path, flags, has);
 }
 
@@ -108,13 +107,13 @@ void BlockWriter::single(const Plug& plug, const std::string& path, const std::s
         line(flags, path, text);
 }
 
-// True when the plug can stand as one row of numbers: nothing connected, no flags of its own.
+// True when the plug can stand as one row of numbers: it has no flags of its own.
 bool BlockWriter::isPlain(const Plug& plug, bool& set) const {
     const AttrInfo& info = m_scene.info(plug);
     const Slot* slot = m_scene.peekSlot(plug);
     if (m_scene.isArrayPlug(plug) || info.is(kOpaque | kOutput | kNotStored))
         return false;
-    if (slot && ((slot->state & kFlagStates) || (slot->links && !slot->links->source.isNull())))
+    if (slot && (slot->state & kFlagStates))
         return false;
     if (info.children.empty()) {
         set = set || (slot && (slot->state & kSet));
@@ -145,11 +144,10 @@ void BlockWriter::appendRow(std::string& text, const Plug& plug) const {
         appendRow(text, m_scene.child(plug, static_cast<int>(i)));
 }
 
-// One line for double3 and its like where no child has flags or a connection; else child by child.
-void BlockWriter::compound(const Plug& plug, const std::string& path, bool driven,
-                           const std::string& flags) {
+// One line for double3 and its like where no child has flags; else child by child.
+void BlockWriter::compound(const Plug& plug, const std::string& path, const std::string& flags) {
     const AttrInfo& info = m_scene.info(plug);
-    bool set = false, plain = !driven && info.type != AttrType::Compound;
+    bool set = false, plain = info.type != AttrType::Compound;
     for (std::size_t i = 0; plain && i < info.children.size(); ++i)
         plain = isPlain(m_scene.child(plug, static_cast<int>(i)), set);
     if (plain && set) {
@@ -163,7 +161,7 @@ void BlockWriter::compound(const Plug& plug, const std::string& path, bool drive
         return;
     for (std::size_t i = 0; i < info.children.size(); ++i) {
         const Plug child = m_scene.child(plug, static_cast<int>(i));
-        value(child, joined(path, m_scene.info(child)), driven);
+        value(child, joined(path, m_scene.info(child)));
     }
 }
 
@@ -182,7 +180,7 @@ void BlockWriter::run(const std::string& path, const Plug& firstPlug,
     line(several ? " -s " + std::to_string(indices.size()) : "", path + "[" + range + "]", row);
 }
 
-void BlockWriter::array(const Plug& plug, const std::string& path, bool driven) {
+void BlockWriter::array(const Plug& plug, const std::string& path) {
     if (const std::string flags = flagsOf(plug); !flags.empty())
         line(flags, path, "");
     const std::size_t count = m_scene.elementCount(plug);
@@ -197,7 +195,7 @@ void BlockWriter::array(const Plug& plug, const std::string& path, bool driven) 
     for (std::size_t i = 0; i < count; ++i) {
         const Plug element = m_scene.elementAt(plug, i);
         bool set = false;
-        if (!driven && isPlain(element, set) && leaves(element) <= kRowNumbers) {
+        if (isPlain(element, set) && leaves(element) <= kRowNumbers) {
             if (!set)
                 continue;
             if (!open.empty() && open.back() + 1 != element.index[depth])
@@ -208,7 +206,7 @@ void BlockWriter::array(const Plug& plug, const std::string& path, bool driven) 
             continue;
         }
         flush();
-        value(element, path + "[" + std::to_string(element.index[depth]) + "]", driven);
+        value(element, path + "[" + std::to_string(element.index[depth]) + "]");
     }
     flush();
 }

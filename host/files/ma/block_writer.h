@@ -8,7 +8,8 @@
 namespace torvel {
 
 /// Writes what stands inside one node's block of a file: uid, addAttr, kept statements and set
-/// values, each statement on a line of its own behind a tab.
+/// values, each statement on a line of its own behind a tab. What a connection hides is written,
+/// too: the value that the plug falls back to without it.
 class BlockWriter {
   public:
     BlockWriter(const Scene& scene, const FileUnits& units, std::string& out)
@@ -18,9 +19,9 @@ class BlockWriter {
 
   private:
     void attribute(const Node& node, AttrIndex attr);
-    void value(const Plug& plug, const std::string& path, bool driven);
-    void array(const Plug& plug, const std::string& path, bool driven);
-    void compound(const Plug& plug, const std::string& path, bool driven, const std::string& flags);
+    void value(const Plug& plug, const std::string& path);
+    void array(const Plug& plug, const std::string& path);
+    void compound(const Plug& plug, const std::string& path, const std::string& flags);
     void single(const Plug& plug, const std::string& path, const std::string& flags, bool hasValue);
     void run(const std::string& path, const Plug& first, const std::vector<std::int32_t>& run);
     void line(const std::string& flags, const std::string& path, const std::string& value);

@@ -20,6 +20,18 @@ PayloadPtr verbatim(std::string_view typeName, std::string_view text) {
     return data;
 }
 
+// Numbers of a data value; infinities and NaNs among them are counted.
+struct FileNumbers : NumberSource {
+    FileNumbers(std::string_view text, std::size_t& total)
+        : NumberSource(text, NonFinite::Counted), m_total(total) {}
+    ~FileNumbers() { m_total += nonFinite(); }
+    FileNumbers(const FileNumbers&) = delete;
+    FileNumbers& operator=(const FileNumbers&) = delete;
+
+  private:
+    std::size_t& m_total;
+};
+
 // False for a number too large for a double, too.
 bool readDouble(NumberSource& source, double& value) {
     value = std::numeric_limits<double>::quiet_NaN();
@@ -35,8 +47,8 @@ Status readText(std::string_view text, PayloadPtr& value) {
     return Status::ok();
 }
 
-Status readMatrix(std::string_view text, PayloadPtr& value) {
-    NumberSource source(text);
+Status readMatrix(std::string_view text, PayloadPtr& value, std::size_t& nonFinite) {
+    FileNumbers source(text, nonFinite);
     auto data = std::make_shared<MatrixData>();
     for (int i = 0; i < 16; ++i)
         if (!readDouble(source, data->matrix[i / 4][i % 4]))
@@ -48,8 +60,8 @@ Status readMatrix(std::string_view text, PayloadPtr& value) {
 }
 
 // "xform" and 37 values; any other word in place of numbers is kept as it stands.
-Status readXform(std::string_view text, PayloadPtr& value) {
-    NumberSource source(text);
+Status readXform(std::string_view text, PayloadPtr& value, std::size_t& nonFinite) {
+    FileNumbers source(text, nonFinite);
     if (source.word() != "xform") {
         value = verbatim("matrix", text);
         return Status::ok();
@@ -69,8 +81,8 @@ bool readCount(NumberSource& source, std::size_t least, std::size_t& count) {
 }
 
 Status readNumbers(std::string_view typeName, std::string_view text, std::size_t each,
-                   PayloadPtr& value) {
-    NumberSource source(text);
+                   PayloadPtr& value, std::size_t& nonFinite) {
+    FileNumbers source(text, nonFinite);
     std::size_t count = 0;
     if (!readCount(source, each, count))
         return damaged(typeName, "its count is missing or larger than the text");
@@ -140,8 +152,8 @@ bool readCurveHead(NumberSource& source, NurbsCurveData& curve) {
            form <= 2 && (dimension == 2 || dimension == 3);
 }
 
-Status readCurve(std::string_view text, PayloadPtr& value) {
-    NumberSource source(text);
+Status readCurve(std::string_view text, PayloadPtr& value, std::size_t& nonFinite) {
+    FileNumbers source(text, nonFinite);
     if (source.atEnd()) {
         value = nullptr;
         return Status::ok();
@@ -223,7 +235,7 @@ void appendIntegers(std::string& out, const std::vector<std::int32_t>& items) {
 }  // namespace
 
 Status readDataValue(std::string_view typeName, AttrType wanted, std::string_view text,
-                     PayloadPtr& value) {
+                     PayloadPtr& value, std::size_t& nonFinite) {
     const std::string_view trimmed = TokenCursor(text).rest();
     AttrType named = AttrType::Text;
     if (!attrTypeFromName(typeName, named) || named != wanted) {
@@ -233,15 +245,16 @@ Status readDataValue(std::string_view typeName, AttrType wanted, std::string_vie
     switch (wanted) {
         case AttrType::String: return readText(trimmed, value);
         case AttrType::Matrix:
-            return !trimmed.empty() && trimmed.front() == '"' ? readXform(trimmed, value)
-                                                              : readMatrix(trimmed, value);
+            return !trimmed.empty() && trimmed.front() == '"'
+                       ? readXform(trimmed, value, nonFinite)
+                       : readMatrix(trimmed, value, nonFinite);
         case AttrType::IntArray: return readIntegers(typeName, trimmed, value);
-        case AttrType::DoubleArray: return readNumbers(typeName, trimmed, 1, value);
-        case AttrType::VectorArray: return readNumbers(typeName, trimmed, 3, value);
-        case AttrType::PointArray: return readNumbers(typeName, trimmed, 4, value);
+        case AttrType::DoubleArray: return readNumbers(typeName, trimmed, 1, value, nonFinite);
+        case AttrType::VectorArray: return readNumbers(typeName, trimmed, 3, value, nonFinite);
+        case AttrType::PointArray: return readNumbers(typeName, trimmed, 4, value, nonFinite);
         case AttrType::StringArray: return readTexts<StringArrayData>(typeName, trimmed, value);
         case AttrType::ComponentList: return readTexts<ComponentListData>(typeName, trimmed, value);
-        case AttrType::NurbsCurve: return readCurve(trimmed, value);
+        case AttrType::NurbsCurve: return readCurve(trimmed, value, nonFinite);
         default: break;
     }
     value = verbatim(typeName, trimmed);
@@ -270,7 +283,7 @@ bool appendDataValue(std::string& out, AttrType type, const Payload& value) {
     else if (const auto* texts = dynamic_cast<const StringArrayData*>(&value))
         appendTexts(text, texts->items);
     else if (const auto* components = dynamic_cast<const ComponentListData*>(&value))
-        appendTexts(text, components->items);
+        components->items.empty() ? void() : appendTexts(text, components->items);
     else if (const auto* curve = dynamic_cast<const NurbsCurveData*>(&value))
         appendCurve(text, *curve);
     else

@@ -95,6 +95,11 @@ std::string OpenReport::text() const {
         line(counted(scripts, "script node kept, not run", "script nodes kept, not run"));
     for (const std::string& path : references)
         line("reference not read in: " + path);
+    if (!codes.empty())
+        line(codes);
+    if (nonFinite)
+        line(counted(nonFinite, "number is infinite or undefined (inf, nan)",
+                     "numbers are infinite or undefined (inf, nan)"));
     if (noEndLine)
         line("the file has no end line; it may have been cut off");
     if (skippedCount)

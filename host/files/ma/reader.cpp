@@ -1,5 +1,6 @@
 #include "files/ma/reader.h"
 
+#include <algorithm>
 #include <new>
 #include <unordered_map>
 #include <unordered_set>
@@ -35,6 +36,22 @@ bool hasSavedHead(std::string_view text) {
     return head.find("\n//Codeset:") != head.npos || head.find("\n//Name:") != head.npos;
 }
 
+// A quoted text without its escapes; `room` holds it where there were any.
+std::string_view plain(const Token& token, std::string& room) {
+    if (token.text.find('\\') == std::string_view::npos)
+        return token.text;
+    room = unescaped(token.text);
+    return room;
+}
+
+bool isTypeName(std::string_view text) {
+    const auto fits = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               c == '_' || c == ':' || c == '.' || c == '-';
+    };
+    return !text.empty() && std::all_of(text.begin(), text.end(), fits);
+}
+
 bool hasHugeIndex(std::string_view plug) {
     const std::size_t dot = plug.find('.');
     AttrPath path;
@@ -50,6 +67,7 @@ class SceneReader {
     std::size_t line() { return m_scanner.lineOf(m_place); }
 
   private:
+    Status readAll();
     using Handler = Status (SceneReader::*)(std::string_view statement);
     struct Row {
         std::string_view word;
@@ -58,6 +76,8 @@ class SceneReader {
     static const Row kRows[];
 
     Status statement(std::string_view text);
+    static const Row* rowOf(std::string_view text);
+    const char* swallowed(std::string_view text) const;
     Status createNode(std::string_view text);
     Status rename(std::string_view text);
     Status addAttr(std::string_view text);
@@ -130,6 +150,14 @@ const SceneReader::Row SceneReader::kRows[] = {
 };
 
 Status SceneReader::run() {
+    m_scene.beginReading();
+    const Status status = readAll();
+    m_scene.endReading();
+    m_report.nonFinite = m_setter.nonFinite;
+    return status;
+}
+
+Status SceneReader::readAll() {
     std::string_view text;
     while (true) {
         const StatementScanner::Found found = m_scanner.next(text);
@@ -149,13 +177,42 @@ Status SceneReader::run() {
     return Status::ok();
 }
 
-Status SceneReader::statement(std::string_view text) {
+const SceneReader::Row* SceneReader::rowOf(std::string_view text) {
     const std::string_view word = text.substr(0, text.find_first_of(" \t\r\n\"("));
     for (const Row& row : kRows)
         if (word == row.word)
-            return (this->*row.handler)(text);
-    return Status::failure("'" + std::string(word.substr(0, 40)) +
-                           "' is no statement of a scene file; nothing of it was run");
+            return &row;
+    return nullptr;
+}
+
+// Where a statement ends that another one follows on its own line without a ';' between them; null
+// where none does.
+const char* SceneReader::swallowed(std::string_view text) const {
+    for (std::size_t line = text.find('\n'); line != text.npos; line = text.find('\n', line + 1)) {
+        const std::size_t start = text.find_first_not_of(" \t\r", line + 1);
+        if (start == text.npos || text[start] < 'a' || text[start] > 'z' ||
+            !rowOf(text.substr(start)))
+            continue;
+        TokenCursor cursor(text);  // a line inside quotes begins no statement
+        while (cursor.rest().data() < text.data() + start)
+            cursor.next();
+        if (cursor.rest().data() == text.data() + start)
+            return text.data() + text.find_last_not_of(" \t\r\n", start - 1);
+    }
+    return nullptr;
+}
+
+Status SceneReader::statement(std::string_view text) {
+    const Row* row = rowOf(text);
+    if (const char* end = row ? swallowed(text) : nullptr) {
+        m_place = end;
+        return Status::failure("a ';' is missing at the end of this line");
+    }
+    return row ? (this->*row->handler)(text)
+               : Status::failure(
+                     "'" +
+                     std::string(text.substr(0, text.find_first_of(" \t\r\n\"(")).substr(0, 40)) +
+                     "' is no statement of a scene file; nothing of it was run");
 }
 
 Status SceneReader::keep(std::vector<std::string>& list, std::string_view text) {
@@ -192,18 +249,23 @@ Status SceneReader::readCreation(std::string_view text, Creation& wanted) {
         if (!good)
             return Status::failure("createNode: damaged at '" + std::string(token.text) + "'");
     }
-    return wanted.type.empty() ? Status::failure("createNode: no node type is given")
-                               : Status::ok();
+    if (wanted.type.empty())
+        return Status::failure("createNode: no node type is given");
+    return isTypeName(wanted.type)
+               ? Status::ok()
+               : Status::failure("createNode: '" + std::string(wanted.type) + "' is no node type");
 }
 
 // The node that a statement means when the scene has it already: a shared one, or a default node.
 NodeHandle SceneReader::existing(const Creation& wanted, NodeHandle parent) const {
     const std::string_view name = wanted.name;
-    const std::string path =
-        parent.isNull() ? wanted.name : m_scene.names().fullPath(parent) + "|" + wanted.name;
-    NodeHandle found = m_scene.names().lookUp(path);
+    NodeHandle found = m_scene.names().lookUp(m_scene.names().fullPath(parent) + "|" + wanted.name);
+    if (found.isNull() && parent.isNull())
+        found = m_scene.names().lookUp(name);
     const Node* node = m_scene.node(found);
     if (!node || name.empty() || m_scene.typeName(found) != wanted.type)
+        return {};
+    if (parent.isNull() && node->isDag() && node->parents.front() != m_scene.world())
         return {};
     return wanted.shared || node->isDefault ? found : NodeHandle();
 }
@@ -226,6 +288,10 @@ bool SceneReader::isParentLater(std::string_view name) {
 }
 
 const char* SceneReader::standIn(const Creation& wanted, NodeHandle parent) {
+    if (wanted.type == "unknownTransform")
+        return "unknownTransform";
+    if (wanted.type == "unknown" && parent.isNull())
+        return "unknown";
     const bool isParent = isParentLater(wanted.name);
     const bool isTransform = isParent || endsWith(wanted.type, "Constraint") ||
                              endsWith(wanted.type, "ffector") || endsWith(wanted.type, "Handle");
@@ -264,11 +330,14 @@ Status SceneReader::createNode(std::string_view text) {
                  wanted.name + "' stands under the world");
     }
     m_current = existing(wanted, parent);
-    if (!m_current.isNull())
+    if (!m_current.isNull()) {
+        m_scene.node(m_current)->isShared |= wanted.shared;
         return Status::ok();
+    }
     if (const Status status = make(wanted, parent); !status)
         return Status::failure("createNode: " + status.text());
     Node* made = m_scene.node(m_current);
+    made->isShared = wanted.shared;
     if (wanted.shared && wanted.type == "lightLinker")
         made->isDefault = true;
     if (made->name != wanted.name && !wanted.name.empty()) {
@@ -311,8 +380,11 @@ Status SceneReader::setAttr(std::string_view text) {
 
 NodeHandle SceneReader::defaultNode(std::string_view name) {
     NodeHandle made;
-    if (m_scene.createNode("unknown", name, {}, made))
+    if (m_scene.createNode("unknown", name, {}, made)) {
         m_scene.node(made)->isDefault = true;
+        if (m_scene.node(made)->name != name)
+            m_renamed[":" + std::string(name)] = made;
+    }
     return made;
 }
 
@@ -335,7 +407,8 @@ Status SceneReader::select(std::string_view text) {
         token = cursor.next();
     if (token.isEnd() || token.kind == Token::Kind::Mark)
         return Status::failure("select: a node name was expected");
-    m_current = find(token.text);
+    std::string room;
+    m_current = find(plain(token, room));
     if (m_current.isNull())
         skip("select: no node named '" + std::string(token.text) + "'");
     return Status::ok();
@@ -440,6 +513,7 @@ Status SceneReader::connectAttr(std::string_view text) {
     TokenCursor cursor(text);
     cursor.next();
     std::string_view ends[2];
+    std::string room[2];
     int count = 0;
     bool next = false, lock = false;
     for (Token token = cursor.next(); !token.isEnd(); token = cursor.next()) {
@@ -447,9 +521,10 @@ Status SceneReader::connectAttr(std::string_view text) {
             next = true;
         else if (isOneOf(token, "l", "lock"))
             wordToFlag(cursor.next().text, lock);
-        else if (token.kind == Token::Kind::Quoted && count < 2)
-            ends[count++] = token.text;
-        else if (!isOneOf(token, "f", "force"))
+        else if (token.kind == Token::Kind::Quoted && count < 2) {
+            ends[count] = plain(token, room[count]);
+            ++count;
+        } else if (!isOneOf(token, "f", "force"))
             return Status::failure("connectAttr: damaged at '" + std::string(token.text) + "'");
     }
     if (count < 2)
@@ -462,7 +537,8 @@ Status SceneReader::connectAttr(std::string_view text) {
     Status status =
         Status::failure("no attribute '" + std::string(ends[source.isNull() ? 0 : 1]) + "'");
     if (!target.isNull())
-        status = m_scene.connect(source, target);
+        status =
+            m_scene.isConnected(source, target) ? Status::ok() : m_scene.connect(source, target);
     if (status && lock)
         m_scene.setLocked(target, true);
     if (status)
@@ -477,7 +553,9 @@ Status SceneReader::disconnectAttr(std::string_view text) {
     const Token from = cursor.next(), to = cursor.next();
     if (from.kind != Token::Kind::Quoted || to.kind != Token::Kind::Quoted)
         return Status::failure("disconnectAttr: two attribute names were expected");
-    const Plug source = findPlug(from.text, false), target = findPlug(to.text, false);
+    std::string room[2];
+    const Plug source = findPlug(plain(from, room[0]), false);
+    const Plug target = findPlug(plain(to, room[1]), false);
     if (!m_scene.disconnect(source, target))
         skip("disconnectAttr: '" + std::string(from.text) + "' and '" + std::string(to.text) +
              "' are not connected");

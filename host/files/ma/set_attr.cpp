@@ -1,6 +1,7 @@
 #include "files/ma/set_attr.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "files/ma/data_values.h"
@@ -8,10 +9,6 @@
 
 namespace torvel {
 namespace {
-
-// Elements of a dense bulk array cost memory up to the highest index: one statement may not claim
-// more than this beyond what its text can fill.
-constexpr std::int64_t kBulkReserve = std::int64_t(1) << 24;
 
 struct FlagName {
     const char* shortName;
@@ -28,11 +25,15 @@ constexpr FlagName kLock{"l", "lock"}, kKey{"k", "keyable"}, kBox{"cb", "channel
 constexpr FlagName kWithValue[] = {{"ca", "caching"}, {"s", "size"}, {"ch", "capacityHint"}};
 constexpr FlagName kSwitches[] = {{"av", "alteredValue"}, {"c", "clamp"}};
 
-bool isNoNumber(std::string_view word) {
-    word.remove_prefix(1);
-    const std::string_view head = word.substr(0, 3);
-    return head == "nan" || head == "inf" || head == "NaN" || head == "Inf" || head == "NAN" ||
-           head == "INF";
+// "-inf" and its like look like flags.
+bool isNegativeWord(std::string_view word) {
+    return word == "-inf" || word == "-nan" || word == "-INF" || word == "-NAN" || word == "-Inf" ||
+           word == "-NaN" || word == "-infinity";
+}
+
+bool isWhole(AttrType type) {
+    return type == AttrType::Byte || type == AttrType::Short || type == AttrType::Long ||
+           type == AttrType::Enum || type == AttrType::Bool;
 }
 
 // A number, or a word for one: files write truth values as yes and no. One too large for a double
@@ -96,8 +97,6 @@ Status AttrSetter::readFlag(TokenCursor& cursor, const Token& name, Flags& flags
     for (const FlagName& flag : kSwitches)
         if (is(name.text, flag))
             return Status::ok();
-    if (isNoNumber(name.text))
-        return notNumber(name.text);
     warning = "setAttr: unknown flag " + std::string(name.text);
     return Status::ok();
 }
@@ -106,6 +105,8 @@ Status AttrSetter::readFlag(TokenCursor& cursor, const Token& name, Flags& flags
 Status AttrSetter::readHead(TokenCursor& cursor, Flags& flags, std::string_view& plug,
                             std::string& warning) {
     for (Token token = cursor.peek(); token.isFlag() || plug.empty(); token = cursor.peek()) {
+        if (!plug.empty() && isNegativeWord(token.text))
+            break;
         cursor.next();
         if (token.isFlag()) {
             if (const Status status = readFlag(cursor, token, flags, warning); !status)
@@ -192,7 +193,7 @@ Status AttrSetter::setNumbers(const Plug& plug, NumberSource& source) {
         source.skipBlanks();
         const std::string_view here = source.rest();
         double value = 0.0;
-        if (!readNumber(source, value))
+        if (!readNumber(source, value) || (isWhole(info.type) && !std::isfinite(value)))
             return notNumber(here);
         m_scene.setNumber(plug, value * units.factor(info.type));
         return Status::ok();
@@ -209,10 +210,7 @@ Status AttrSetter::setBulk(const PathTarget& target, std::string_view values, bo
     known = target.bulkLevel >= 0 && m_scene.bulk(target.plug) != nullptr;
     if (!known)
         return Status::ok();
-    const std::int64_t highest = std::max<std::int64_t>(target.last, target.plug.index[0]);
-    if (highest - static_cast<std::int64_t>(values.size()) > kBulkReserve)
-        return Status::failure("setAttr: index " + std::to_string(highest) + " is out of range");
-    NumberSource source(values);
+    NumberSource source(values, NumberSource::NonFinite::Counted);
     Status status;
     m_scene.changeBulk(target.plug, [&](BulkArray& array) {
         std::string error;
@@ -227,6 +225,7 @@ Status AttrSetter::setBulk(const PathTarget& target, std::string_view values, bo
             status = Status::failure("setAttr: " + error);
         }
     });
+    nonFinite += source.nonFinite();
     if (status && !source.atEnd())
         return Status::failure("setAttr: more values than elements, from " + shown(source.rest()));
     return status;
@@ -245,17 +244,17 @@ Status AttrSetter::setValues(Node& node, const PathTarget& target, const Flags& 
         return Status::ok();
     if (!isNumeric(info.type) && !isCompound(info.type)) {
         PayloadPtr data;
-        const std::string_view type = flags.type.empty() ? std::string_view("string") : flags.type;
-        const Status status = readDataValue(type, info.type, values, data);
+        const std::string type = flags.type.empty() ? "string" : unescaped(flags.type);
+        const Status status = readDataValue(type, info.type, values, data, nonFinite);
         known = !status || !data || payloadFits(info, *data);
         if (!known)
-            warning = "setAttr: '" + m_scene.plugName(target.plug) + "' holds no " +
-                      std::string(type) + "; the value is kept as text";
+            warning = "setAttr: '" + m_scene.plugName(target.plug) + "' holds no " + type +
+                      "; the value is kept as text";
         else if (status)
             m_scene.setData(target.plug, std::move(data));
         return status ? status : Status::failure("setAttr: " + status.text());
     }
-    NumberSource source(values);
+    NumberSource source(values, NumberSource::NonFinite::Counted);
     Plug plug = target.plug;
     for (std::int64_t i = target.first; i <= target.last; ++i) {
         if (target.rangeDepth >= 0)
@@ -265,6 +264,7 @@ Status AttrSetter::setValues(Node& node, const PathTarget& target, const Flags& 
         if (target.rangeDepth < 0)
             break;
     }
+    nonFinite += source.nonFinite();
     return source.atEnd() ? Status::ok()
                           : Status::failure("setAttr: more values than the attribute takes, from " +
                                             shown(source.rest()));

@@ -17,6 +17,7 @@ class AttrSetter {
     explicit AttrSetter(Scene& scene) : m_scene(scene) {}
 
     FileUnits units;
+    std::size_t nonFinite = 0;  ///< infinities and NaNs read so far
 
     /// `statement` from its first word on; `current` is the node of plugs without one (".tx").
     /// A failure means that the statement is damaged; `warning` tells what was left out of a good

@@ -185,8 +185,19 @@ std::string inQuotes(std::string_view text) {
 }
 
 std::string withoutReturns(std::string_view text) {
-    std::string out(text);
-    out.erase(std::remove(out.begin(), out.end(), '\r'), out.end());
+    if (text.find('\r') == std::string_view::npos)
+        return std::string(text);
+    std::string out;
+    bool inside = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (!inside && text[i] == '\r')
+            continue;
+        out += text[i];
+        if (text[i] == '"')
+            inside = !inside;
+        else if (inside && text[i] == '\\' && i + 1 < text.size())
+            out += text[++i];
+    }
     return out;
 }
 

@@ -73,7 +73,7 @@ class TokenCursor {
 std::string unescaped(std::string_view raw);
 /// The text in double quotes with those escapes.
 std::string inQuotes(std::string_view text);
-/// The text without carriage returns, as kept statements are stored.
+/// The text without the carriage returns outside its quotes, as kept statements are stored.
 std::string withoutReturns(std::string_view text);
 /// Like withoutReturns, each run of blanks outside quotes made one blank.
 std::string onOneLine(std::string_view text);

@@ -1,18 +1,14 @@
 #include "files/ma/text_codes.h"
 
+#include <QTextCodec>
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <limits>
+#include <string_view>
 
 namespace torvel {
 namespace {
-
-// Code points of the bytes 0x80 to 0x9f in code page 1252; the rest of the upper half stands for
-// itself.
-const std::uint16_t kUpper[32] = {0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                  0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x8D,   0x017D, 0x8F,
-                                  0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                  0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
 bool isAscii(const std::string& text) {
     const char* at = text.data();
@@ -26,49 +22,62 @@ bool isAscii(const std::string& text) {
     return std::all_of(at, end, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-bool isUtf8(const std::string& text) {
-    for (std::size_t i = 0; i < text.size();) {
-        const unsigned char lead = static_cast<unsigned char>(text[i]);
-        const std::size_t length = lead < 0x80                   ? 1
-                                   : lead >= 0xF0 && lead < 0xF5 ? 4
-                                   : lead >= 0xE0 && lead < 0xF0 ? 3
-                                   : lead >= 0xC2 && lead < 0xE0 ? 2
-                                                                 : 0;
-        if (length == 0 || i + length > text.size())
-            return false;
-        for (std::size_t k = 1; k < length; ++k)
-            if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80)
-                return false;
-        i += length;
-    }
-    return true;
+// "932" of the line "//Codeset: 932" among the first ones; empty without it.
+std::string declaredCodes(std::string_view text) {
+    constexpr std::string_view kWord = "//Codeset:";
+    const std::size_t at = text.substr(0, 1024).find(kWord);
+    if (at == text.npos || (at != 0 && text[at - 1] != '\n'))
+        return {};
+    const std::size_t start = text.find_first_not_of(" \t", at + kWord.size());
+    const std::size_t end = text.find_first_of(" \t\r\n", std::min(start, text.size()));
+    return start == text.npos ? std::string() : std::string(text.substr(start, end - start));
 }
 
-void appendCode(std::string& out, std::uint32_t code) {
-    if (code < 0x80) {
-        out += static_cast<char>(code);
-    } else if (code < 0x800) {
-        out += static_cast<char>(0xC0 | (code >> 6));
-        out += static_cast<char>(0x80 | (code & 0x3F));
-    } else {
-        out += static_cast<char>(0xE0 | (code >> 12));
-        out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (code & 0x3F));
-    }
+// Numbers are those of Windows.
+QTextCodec* codecOf(const std::string& codes) {
+    for (const char* prefix : {"windows-", "CP", "IBM", ""})
+        if (QTextCodec* codec = QTextCodec::codecForName((prefix + codes).c_str()))
+            return codec;
+    if (codes == "932")
+        return QTextCodec::codecForName("Shift_JIS");
+    return codes == "950" ? QTextCodec::codecForName("Big5") : nullptr;
+}
+
+// Bytes that the code page does not have; they become U+FFFD.
+int convert(QTextCodec& codec, std::string& text) {
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    const QString wide = codec.toUnicode(text.data(), static_cast<int>(text.size()), &state);
+    text = wide.toUtf8().toStdString();
+    return state.invalidChars + (state.remainingChars > 0 ? 1 : 0);
+}
+
+bool isUtf8(const std::string& text) {
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    QTextCodec::codecForName("UTF-8")->toUnicode(text.data(), static_cast<int>(text.size()),
+                                                 &state);
+    return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
 }  // namespace
 
-void toUtf8(std::string& text) {
-    if (isAscii(text) || isUtf8(text))
-        return;
-    std::string out;
-    out.reserve(text.size() + text.size() / 64);
-    for (char c : text) {
-        const unsigned char byte = static_cast<unsigned char>(c);
-        appendCode(out, byte >= 0x80 && byte < 0xA0 ? kUpper[byte - 0x80] : byte);
+std::string toUtf8(std::string& text) {
+    if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()) || isAscii(text))
+        return {};
+    const std::string codes = declaredCodes(text);
+    QTextCodec* codec = codes.empty() ? nullptr : codecOf(codes);
+    const bool unknown = !codes.empty() && !codec;
+    const bool declaredUtf8 = codec && codec->mibEnum() == 106;
+    if (!codec || codes == "1252" || declaredUtf8) {
+        if (declaredUtf8 || isUtf8(text))
+            return {};
+        codec = QTextCodec::codecForName("windows-1252");
     }
-    text = std::move(out);
+    const int strange = convert(*codec, text);
+    if (unknown)
+        return "the code page '" + codes + "' is not known; the text was read as 1252";
+    return strange ? std::to_string(strange) + " bytes of the text are none of its code page '" +
+                         codes + "'"
+                   : std::string();
 }
 
 }  // namespace torvel

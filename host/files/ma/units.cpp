@@ -32,8 +32,6 @@ double factorOf(const UnitRow (&rows)[N], std::string_view name, double fallback
 template <class T>
 void appendShortest(std::string& out, T value) {
     char text[64];
-    if (!std::isfinite(value))  // no file number: nothing else would open again
-        value = std::isnan(value) ? T(0) : std::copysign(std::numeric_limits<T>::max(), value);
     const double size = std::fabs(static_cast<double>(value));
     const bool usual = size == 0.0 || (size >= 1e-4 && size < 1e16);
     const auto format = usual ? std::chars_format::fixed : std::chars_format::scientific;
@@ -99,7 +97,10 @@ void appendNumber(std::string& out, AttrType type, double value, const FileUnits
         case AttrType::Short:
         case AttrType::Long:
         case AttrType::Enum:
-            out += std::to_string(std::fabs(value) < 9e18 ? static_cast<long long>(value) : 0LL);
+            if (std::fabs(value) < 9e18)
+                out += std::to_string(static_cast<long long>(value));
+            else
+                appendDouble(out, std::isnan(value) ? 0.0 : value);
             break;
         case AttrType::Float: appendFloat(out, value); break;
         default: appendInUnits(out, value, units.factor(type)); break;

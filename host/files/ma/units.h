@@ -21,7 +21,8 @@ struct FileUnits {
     static constexpr double kDegreeFactor = 3.14159265358979323846 / 180.0;
 };
 
-/// Shortest text that reads back as the same double; no exponent for numbers of usual size.
+/// Shortest text that reads back as the same double; no exponent for numbers of usual size; "inf",
+/// "-inf", "nan" and "-nan" for what is no number.
 void appendDouble(std::string& out, double value);
 /// The same for a value kept in single precision.
 void appendFloat(std::string& out, double value);

@@ -71,8 +71,8 @@ const std::string& SceneWriter::nodeName(NodeHandle handle) {
 
 void SceneWriter::block(const Node& node) {
     const bool isTop = node.parents.empty() || node.parents.front() == m_scene.world();
-    m_out += "createNode " + m_scene.typeName(node.self) + (node.isDefault ? " -s" : "") + " -n " +
-             inQuotes(node.name) +
+    m_out += "createNode " + m_scene.typeName(node.self) +
+             (node.isDefault || node.isShared ? " -s" : "") + " -n " + inQuotes(node.name) +
              (isTop ? "" : " -p " + inQuotes(nodeName(node.parents.front()))) + ";\n";
     BlockWriter(m_scene, m_units, m_out).write(node, true);
     lines(node.keptHead);

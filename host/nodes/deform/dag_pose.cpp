@@ -80,9 +80,9 @@ void XformData::compose() {
 
 std::shared_ptr<XformData> parseXform(NumberSource& source) {
     auto x = std::make_shared<XformData>();
-    double order = 0.0;
+    long long order = 0;
     const bool complete =
-        readVector(source, x->scale) && readVector(source, x->rotate) && source.number(order) &&
+        readVector(source, x->scale) && readVector(source, x->rotate) && source.integer(order) &&
         readVector(source, x->translate) && readVector(source, x->shear) &&
         readVector(source, x->scalePivot) && readVector(source, x->scalePivotTranslate) &&
         readVector(source, x->rotatePivot) && readVector(source, x->rotatePivotTranslate) &&

@@ -9,7 +9,9 @@
 namespace torvel {
 namespace {
 
-constexpr std::int64_t kMostVertices = 1 << 30;
+// A list costs memory up to its highest vertex: nothing may claim more than this at once beyond
+// what is there.
+constexpr std::int64_t kMostNewVertices = 1 << 24;
 constexpr std::size_t kVerticesPerRange = 500;
 constexpr std::size_t kLeastWaste = 4096;
 // What a number too large for a double leaves untouched.
@@ -96,7 +98,7 @@ void WeightList::pack() {
 }
 
 void WeightList::set(std::size_t vertex, std::int32_t influence, double weight) {
-    if (influence < 0 || vertex >= static_cast<std::size_t>(kMostVertices))
+    if (influence < 0 || vertex >= m_rows.size() + static_cast<std::size_t>(kMostNewVertices))
         return;
     if (vertex >= m_rows.size())
         m_rows.resize(vertex + 1);
@@ -172,8 +174,9 @@ bool WeightList::read(const std::int32_t* path, int level, bool inner, std::int6
     const bool outer = level == 0;
     const std::int64_t lastVertex = outer ? last : path[0];
     if (first < 0 || last < first || last > INT32_MAX || lastVertex < 0 ||
-        lastVertex >= kMostVertices) {
-        error = "bad range of weights";
+        (outer ? first : lastVertex) >=
+            static_cast<std::int64_t>(m_rows.size()) + kMostNewVertices) {
+        error = "the vertex of a weight is out of range";
         return false;
     }
     if (outer && !inner) {

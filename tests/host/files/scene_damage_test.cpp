@@ -115,9 +115,9 @@ TEST_F(Damage, FilesThatAreNoScenesAreRefused) {
 TEST_F(Damage, DamagedLinesAreToldWithTheirNumber) {
     const std::string node = "createNode transform -n \"a\";\n";
     expectFailure(node + "\tsetAttr \".tx\" 1x;\n", "3", "'x'");
-    expectFailure(node + "\tsetAttr \".tx\" nan;\n", "3", "a number was expected, not 'nan'");
-    expectFailure(node + "\tsetAttr \".tx\" -nan;\n", "3", "a number was expected");
-    expectFailure(node + "\tsetAttr \".tx\" inf;\n", "3", "a number was expected, not 'inf'");
+    expectFailure(node + "\tsetAttr \".ro\" nan;\n", "3", "a number was expected, not 'nan'");
+    expectFailure(node + "\tsetAttr \".ro\" -inf;\n", "3", "a number was expected, not '-inf'");
+    expectFailure(node + "\tsetAttr -nan \".tx\" 1;\n\tsetAttr \".t[nan]\" 1;\n", "4", "malformed");
     expectFailure(node + "\tsetAttr \".tx\" 1e999;\n", "3", "a number was expected, not '1e999'");
     expectFailure(node + "\tsetAttr \".t\" -type \"double3\" 1e999 1 0;\n", "3",
                   "a number was expected");
@@ -132,13 +132,31 @@ TEST_F(Damage, DamagedLinesAreToldWithTheirNumber) {
     expectFailure(node + "connectAttr \"a.tx\";\n", "3", "two attribute names");
 }
 
+TEST_F(Damage, AMissingSemicolonIsToldWithItsLine) {
+    const char* const before[] = {"setAttr \".unknown\" -type \"x\" 1 2",
+                                  "setAttr \".v\"",
+                                  "fileInfo \"a\" \"b\"",
+                                  "select -ne :time1",
+                                  "lockNode -l 1",
+                                  "rename -uid \"1\"",
+                                  "relationship \"link\" \":a\"",
+                                  "setAttr \".unknown\" -type \"string\" \"a\nb\\\"\""};
+    for (const std::string text : before) {
+        const int lines = static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+        expectFailure("createNode transform -n \"a\";\n" + text + "\n\n\tsetAttr \".tx\" 1;\n",
+                      std::to_string(3 + lines), "';' is missing");
+    }
+    EXPECT_EQ(openBody("createNode script -n \"s\";\n\tsetAttr \".b\" -type \"string\" \"a\n"
+                       "setAttr b\"\n;\n\tsetAttr \".q\" -type \"d\" a\nsetAttributes 1;\n"),
+              "");
+}
+
 TEST_F(Damage, HugeIndicesCostNoMemory) {
     const std::string nodes =
         "createNode transform -n \"a\";\ncreateNode mesh -n \"s\" -p \"a\";\n";
     expectFailure(nodes + "\tsetAttr \".vt[4000000000]\" 1 2 3;\n", "4", "index out of range");
     expectFailure(nodes + "\tsetAttr \".vt[0:4000000000]\" 1 2 3;\n", "4", "index out of range");
-    expectFailure(nodes + "\tsetAttr \".vt[2000000000]\" 1 2 3;\n", "4", "out of range");
-    expectFailure(nodes + "\tsetAttr \".vt[0:2000000000]\" 1 2 3;\n", "4", "out of range");
+    expectFailure(nodes + "\tsetAttr \".vt[0:2000000000]\" 1 2 3;\n", "4", "missing at element 1");
     expectFailure("createNode skinCluster -n \"s\";\n\tsetAttr \".wl[1000000000].w[0]\" 1;\n", "3",
                   "out of range");
     expectFailure(nodes + "connectAttr \"a.tx\" \"s.vt[4000000000]\";\n", "4",

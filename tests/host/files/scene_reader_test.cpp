@@ -1,3 +1,6 @@
+#include <cmath>
+#include <tuple>
+
 #include "host/files/file_fixture.h"
 
 namespace torvel::test {
@@ -39,6 +42,106 @@ TEST_F(SceneReader, LengthsFollowTheUnitOfTheFile) {
     EXPECT_EQ(number("a.translateX"), 100.0);
     EXPECT_EQ(number("a.rotateX"), 2.0);
     EXPECT_NE(saved().find("setAttr \".t\" -type \"double3\" 1 0 0 ;"), std::string::npos);
+    expectStable();
+}
+
+TEST_F(SceneReader, WordsForInfinityAndNoNumberAreValues) {
+    const std::pair<const char*, double> words[] = {
+        {"inf", HUGE_VAL},          {"-inf", -HUGE_VAL},    {"nan", NAN},      {"-nan(ind)", -NAN},
+        {"1.#INF", HUGE_VAL},       {"-1.#INF", -HUGE_VAL}, {"1.#QNAN", NAN},  {"-1.#IND", -NAN},
+        {"1.#INF000000", HUGE_VAL}, {"Infinity", HUGE_VAL}, {"nan(snan)", NAN}};
+    for (const auto& [word, value] : words) {
+        told.clear();
+        const std::string text(word);
+        ASSERT_EQ(openBody("createNode transform -n \"a\";\n\tsetAttr \".tx\" " + text +
+                           ";\n\tsetAttr \".s\" -type \"double3\" 1 " + text +
+                           " 1 ;\n"
+                           "\tsetAttr \".opm\" -type \"matrix\" 1 0 0 0 0 1 0 0 0 0 1 0 " +
+                           text + " 0 0 1;\n\taddAttr -ln \"d\" -at \"double\" -dv " + text +
+                           ";\n"
+                           "createNode mesh -n \"m\" -p \"a\";\n\tsetAttr \".vt[0:1]\" 0 " +
+                           text + " 0 1 1 1;\n"),
+                  "")
+            << word;
+        for (const char* name : {"a.tx", "a.sy", "a.d", "m.vt[0].vy"}) {
+            const double read = scene().storedNumber(plug(name));
+            EXPECT_TRUE(std::isnan(value) ? std::isnan(read) : read == value)
+                << word << " " << name;
+            EXPECT_EQ(std::signbit(read), std::signbit(value)) << word << " " << name;
+        }
+        EXPECT_NE(told.find("4 numbers are infinite or undefined"), std::string::npos) << told;
+        expectStable(word);
+    }
+}
+
+TEST_F(SceneReader, SharedNodesStayShared) {
+    ASSERT_EQ(
+        openBody("createNode transform -s -n \"persp\";\ncreateNode camera -s -n \"perspShape\" "
+                 "-p \"persp\";\ncreateNode aiOptions -s -n \"options\";\n"
+                 "createNode transform -n \"a\";\ncreateNode transform -n \"persp\" -p \"a\";\n"
+                 "createNode unknownTransform -n \"u\";\n"),
+        "");
+    const std::string text = saved();
+    for (const char* line : {"createNode transform -s -n \"persp\";\n",
+                             "createNode camera -s -n \"perspShape\" -p \"|persp\";\n",
+                             "createNode aiOptions -s -n \"options\";\n",
+                             "createNode transform -n \"persp\" -p \"a\";\n",
+                             "createNode unknownTransform -n \"u\";\n"})
+        EXPECT_NE(text.find(line), std::string::npos) << line << text;
+    expectStable();
+}
+
+TEST_F(SceneReader, TheCodePageOfTheHeadIsFollowed) {
+    const std::tuple<const char*, const char*, const char*> pages[] = {
+        {"1252",
+         "lambert\xE8"
+         "Eye",
+         "lambertèEye"},
+        {"1252",
+         "lambert\xC3\xA8"
+         "Eye",
+         "lambertèEye"},
+        {"UTF-8", "lambertèEye", "lambertèEye"},
+        {"932", "\x83\x5c\x98\x72", "ソ腕"},  // its second byte is a backslash
+        {"936", "\xB8\xEC\xB2\xB2", "胳膊"},
+        {"949", "\xC6\xC8", "팔"},
+        {"950", "\xA4\xE2", "手"},
+        {"1251", "\xF0\xF3\xEA\xE0", "рука"},
+        {"made-up", "\xE8", "è"}};
+    for (const auto& [codes, bytes, name] : pages) {
+        told.clear();
+        const std::string text = bytes;
+        ASSERT_EQ(open("//Maya ASCII 2014 scene\n//Codeset: " + std::string(codes) +
+                       "\ncreateNode transform -n \"" + text +
+                       "\";\n\taddAttr -ln \"n\" -dt \"string\";\n"
+                       "\tsetAttr \".n\" -type \"string\" \"" +
+                       text +
+                       "\";\n"
+                       "createNode transform -n \"a\" -p \"" +
+                       text +
+                       "\";\n"
+                       "connectAttr \"" +
+                       text + ".tx\" \"a.tx\";\n// End of x\n"),
+                  "")
+            << codes;
+        ASSERT_FALSE(node(name).isNull()) << codes;
+        EXPECT_EQ(scene().text(plug(std::string(name) + ".n")), name);
+        EXPECT_EQ(scene().source(plug("a.tx")), plug(std::string(name) + ".tx")) << codes;
+        EXPECT_EQ(told.find("code page") != told.npos, std::string(codes) == "made-up") << told;
+        EXPECT_EQ(told.find("skipped"), told.npos) << told;
+        EXPECT_NE(saved().find("//Codeset: UTF-8\n"), std::string::npos);
+        expectStable(codes);
+    }
+}
+
+TEST_F(SceneReader, AConnectionGivenTwiceIsOne) {
+    ASSERT_EQ(
+        openBody("createNode transform -n \"a\";\ncreateNode transform -n \"b\";\n"
+                 "connectAttr \"a.tx\" \"b.tx\";\nconnectAttr \"a.tx\" \"b.tx\";\n"
+                 "connectAttr \"a.odd\\\\\" \"b.even\";\nconnectAttr \"a.odd\\\\\" \"b.even\";\n"),
+        "");
+    EXPECT_EQ(told, "");
+    EXPECT_EQ(scene().allConnections().size(), 2u);
     expectStable();
 }
 

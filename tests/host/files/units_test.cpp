@@ -46,10 +46,13 @@ TEST(Units, NumbersOfUsualSizeHaveNoExponent) {
     EXPECT_EQ(std::strtod(plain(1.5e300).c_str(), nullptr), 1.5e300);
 }
 
-TEST(Units, WhatIsNoNumberIsWrittenAsOne) {
-    EXPECT_EQ(plain(std::nan("")), "0");
-    EXPECT_EQ(std::strtod(plain(-std::numeric_limits<double>::infinity()).c_str(), nullptr),
-              -std::numeric_limits<double>::max());
+TEST(Units, WhatIsNoNumberIsWrittenAsAWord) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(plain(std::nan("")), "nan");
+    EXPECT_EQ(plain(-kInfinity), "-inf");
+    std::string angle;
+    appendInUnits(angle, kInfinity, FileUnits::kDegreeFactor);
+    EXPECT_EQ(angle, "inf");
 }
 
 TEST(Units, NumbersFollowTheType) {
