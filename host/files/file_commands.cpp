@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "script/session.h"
+#include "files/exchange.h"
 #include "files/file_io.h"
 #include "files/scene_files.h"
 
@@ -27,19 +28,23 @@ const FlagRow kFileFlags[] = {
     {"prompt", "pmt", "b"},
     {"ignoreVersion", "iv", "", kCreate},
     {"loadReferenceDepth", "lrd", "s", kCreate},
-    // Refused by name.
     {"import", "i", "", kCreate},
-    {"reference", "r", "", kCreate},
     {"exportAll", "ea", "", kCreate},
     {"exportSelected", "es", "", kCreate},
+    {"returnNewNodes", "rnn", "", kCreate},
+    {"namespace", "ns", "s", kCreate},
+    {"mergeNamespacesOnClash", "mnc", "b", kCreate},
+    {"renameAll", "ra", "b", kCreate},
+    {"renamingPrefix", "rpr", "s", kCreate},
+    {"preserveReferences", "pr", "", kCreate},  // always kept: they are not read in
+    // Refused by name.
+    {"reference", "r", "", kCreate},
     {"removeReference", "rr", "", kCreate},
     {"loadReference", "lr", "s", kCreate},
     {"unloadReference", "ur", "s", kCreate},
 };
 
-const char* const kRefused[] = {"import",         "reference",       "exportAll",
-                                "exportSelected", "removeReference", "loadReference",
-                                "unloadReference"};
+const char* const kRefused[] = {"reference", "removeReference", "loadReference", "unloadReference"};
 
 std::string firstText(const CommandCall& call) {
     const std::vector<std::string> texts = call.texts();
@@ -92,6 +97,41 @@ Status save(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
+Status import(const CommandCall& call, Value& result) {
+    const std::string path = firstText(call);
+    if (path.empty())
+        return call.fail("import needs the path of a file");
+    ImportNames names;
+    names.nameSpace = Names::legal(call.text("namespace"));
+    names.prefix = Names::legal(call.text("renamingPrefix"));
+    names.all = call.flag("renameAll");
+    names.mergeNamespace = call.flag("mergeNamespacesOnClash");
+    if (names.nameSpace.empty() && !call.text("namespace").empty())
+        return call.fail("'" + call.text("namespace") + "' is no legal namespace");
+    std::vector<NodeHandle> made;
+    if (const Status status = importScene(call.session(), path, names, made); !status)
+        return status;
+    result = Value(absolutePath(path));
+    if (call.has("returnNewNodes")) {
+        Value::List list;
+        for (NodeHandle handle : made)
+            list.push_back(Value(call.scene().names().shortest(handle)));
+        result = Value(std::move(list));
+    }
+    return Status::ok();
+}
+
+Status exportTo(const CommandCall& call, Value& result) {
+    const std::string path = firstText(call);
+    if (path.empty())
+        return call.fail("export needs the path of a file");
+    const Status status = call.has("exportAll") ? exportAll(call.session(), path)
+                                                : exportSelected(call.session(), path);
+    if (status)
+        result = Value(absolutePath(path));
+    return status;
+}
+
 Status run(const CommandCall& call, Value& result) {
     if (call.isQuery())
         return query(call, result);
@@ -100,6 +140,10 @@ Status run(const CommandCall& call, Value& result) {
             return call.fail(std::string("flag '") + flag + "' is not supported");
     if (const Status status = checkType(call); !status)
         return status;
+    if (call.has("import"))
+        return import(call, result);
+    if (call.has("exportAll") || call.has("exportSelected"))
+        return exportTo(call, result);
     const bool replaces = call.has("newFile") || call.has("open");
     if (replaces && call.scene().modified && !call.has("force"))
         return Status::failure("Unsaved changes.");
@@ -119,7 +163,8 @@ Status run(const CommandCall& call, Value& result) {
     if (call.has("save"))
         return save(call, result);
     const bool did = call.has("rename") || call.has("modified") || call.has("type");
-    return did ? Status::ok() : call.fail("nothing to do: give newFile, open, save or rename");
+    return did ? Status::ok()
+               : call.fail("nothing to do: give newFile, open, save, rename, import or export");
 }
 
 const Command kFileCommands[] = {{"file", kFileFlags, countOf(kFileFlags), run,

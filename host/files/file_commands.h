@@ -6,7 +6,8 @@
 
 namespace torvel {
 
-/// The command `file`: new, open, save, rename, type; queries sceneName, modified, type, exists.
+/// The command `file`: new, open, save, rename, import, exportAll, exportSelected, type;
+/// queries sceneName, modified, type, exists.
 CommandTable fileCommands();
 
 }  // namespace torvel

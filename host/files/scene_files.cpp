@@ -13,20 +13,29 @@
 
 namespace torvel {
 
-Status openScene(Session& session, const std::string& path, bool runsScriptNodes) {
+Status readSceneFile(const std::string& path, Scene& fresh, OpenReport& report) {
     const std::string full = absolutePath(path);
     std::string text;
     if (const Status status = loadFile(full, text); !status)
         return status;
-    const std::string aboutCodes = toUtf8(text);
+    report.codes = toUtf8(text);
+    createDefaultNodes(fresh);
+    return readSceneText(fresh, text, std::filesystem::path(full).filename().string(), report);
+}
+
+void tellReport(Session& session, const OpenReport& report, const std::string& name) {
+    if (const std::string told = report.text(); !told.empty())
+        session.log().write(report.hasDoubts() ? Channel::Warning : Channel::Info,
+                            name + ": " + told);
+}
+
+Status openScene(Session& session, const std::string& path, bool runsScriptNodes) {
+    const std::string full = absolutePath(path);
     Scene& scene = session.scene();
     Scene fresh(scene.types(), scene.log());
     fresh.succeed(scene);
-    createDefaultNodes(fresh);
     OpenReport report;
-    report.codes = aboutCodes;
-    const std::string name = std::filesystem::path(full).filename().string();
-    if (const Status status = readSceneText(fresh, text, name, report); !status)
+    if (const Status status = readSceneFile(full, fresh, report); !status)
         return status;
     fresh.fileName = full;
     fresh.modified = false;
@@ -35,9 +44,7 @@ Status openScene(Session& session, const std::string& path, bool runsScriptNodes
     session.sceneTrusted = runsScriptNodes && (session.trust || isTrustedPlace(full));
     if (session.sceneTrusted)
         report.scripts -= openingScriptCount(session);
-    if (const std::string told = report.text(); !told.empty())
-        session.log().write(report.hasDoubts() ? Channel::Warning : Channel::Info,
-                            name + ": " + told);
+    tellReport(session, report, std::filesystem::path(full).filename().string());
     runOpeningScripts(session);
     return Status::ok();
 }

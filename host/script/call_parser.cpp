@@ -388,8 +388,27 @@ Status noMatch(std::string_view text) {
 
 }  // namespace
 
+namespace {
+
+// Texts end at their first zero byte in names, in files and in the real program.
+bool hasZeroByte(const Value& value) {
+    if (value.isString())
+        return value.string().find('\0') != std::string::npos;
+    return value.isList() && std::any_of(value.list().begin(), value.list().end(), hasZeroByte);
+}
+
+bool haveZeroByte(const std::vector<Value>& values) {
+    return std::any_of(values.begin(), values.end(), hasZeroByte);
+}
+
+}  // namespace
+
 Status parseCall(const Command& command, const std::vector<RawFlag>& flags, std::vector<Value> args,
                  CommandCall& call) {
+    if (haveZeroByte(args) || std::any_of(flags.begin(), flags.end(), [](const RawFlag& raw) {
+            return haveZeroByte(raw.values);
+        }))
+        return call.fail("A text cannot hold a zero byte.");
     for (const RawFlag& raw : flags)
         if (const Status done = readMode(command, raw, call); !done)
             return done;

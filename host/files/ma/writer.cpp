@@ -11,8 +11,10 @@ namespace {
 
 class SceneWriter {
   public:
-    explicit SceneWriter(const Scene& scene)
-        : m_scene(scene), m_units(FileUnits::of(scene.unitsText)) {}
+    using Wanted = std::function<bool(const Node&)>;
+
+    explicit SceneWriter(const Scene& scene, const Wanted* wanted = nullptr)
+        : m_scene(scene), m_wanted(wanted), m_units(FileUnits::of(scene.unitsText)) {}
 
     std::string run();
 
@@ -29,7 +31,11 @@ class SceneWriter {
     const std::string& nodeName(NodeHandle handle);
     std::string connection(const Scene::Connection& c);
 
+    bool isWanted(const Node& node) const { return !m_wanted || (*m_wanted)(node); }
+    bool reaches(NodeHandle handle) const;
+
     const Scene& m_scene;
+    const Wanted* m_wanted;  ///< null: all
     const FileUnits m_units;
     std::string m_out;
     std::vector<const Node*> m_dag;    ///< parents first, siblings in order
@@ -64,7 +70,8 @@ const std::string& SceneWriter::nodeName(NodeHandle handle) {
     std::string& name = m_names[handle.index];
     if (name.empty()) {
         const Node& node = *m_scene.node(handle);
-        name = (node.isDefault && !node.isDag() ? ":" : "") + m_scene.names().shortest(handle);
+        name = (node.isDefault && !node.isDag() ? ":" : "") +
+               (m_wanted ? m_scene.names().fullPath(handle) : m_scene.names().shortest(handle));
     }
     return name;
 }
@@ -84,7 +91,7 @@ void SceneWriter::dagNodes() {
     while (!stack.empty()) {
         const Node& node = *m_scene.node(stack.back());
         stack.pop_back();
-        if (node.self != m_scene.world()) {
+        if (node.self != m_scene.world() && isWanted(node)) {
             m_dag.push_back(&node);
             block(node);
         }
@@ -97,14 +104,15 @@ void SceneWriter::dagNodes() {
 void SceneWriter::instances() {
     for (const Node* node : m_dag)
         for (std::size_t i = 1; i < node->parents.size(); ++i)
-            m_out += "parent -s -nc -r -add " + inQuotes(m_scene.names().fullPath(node->self)) +
-                     " " + inQuotes(nodeName(node->parents[i])) + " ;\n";
+            if (isWanted(*m_scene.node(node->parents[i])))
+                m_out += "parent -s -nc -r -add " + inQuotes(m_scene.names().fullPath(node->self)) +
+                         " " + inQuotes(nodeName(node->parents[i])) + " ;\n";
 }
 
 void SceneWriter::otherNodes() {
     for (NodeHandle handle : m_scene.allNodes()) {
         const Node& node = *m_scene.node(handle);
-        if (!node.isDag() && !isSelected(node))
+        if (!node.isDag() && !isSelected(node) && isWanted(node))
             block(node);
     }
 }
@@ -126,6 +134,12 @@ void SceneWriter::defaultNodes() {
     }
 }
 
+// Whether a connection may name the node; those among nodes that every scene has are no news.
+bool SceneWriter::reaches(NodeHandle handle) const {
+    const Node& node = *m_scene.node(handle);
+    return isWanted(node) || node.isDefault || node.isShared;
+}
+
 std::string SceneWriter::connection(const Scene::Connection& c) {
     const AttrInfo& info = m_scene.info(c.target);
     const bool next = info.is(kNextAvailable) && m_scene.isElement(c.target);
@@ -143,7 +157,8 @@ void SceneWriter::connections() {
         all.begin(), all.end(),
         [](const Scene::Connection& a, const Scene::Connection& b) { return a.order < b.order; });
     for (const Scene::Connection& c : all)
-        m_out += connection(c);
+        if (reaches(c.source.node) && reaches(c.target.node))
+            m_out += connection(c);
 }
 
 std::string SceneWriter::run() {
@@ -152,7 +167,8 @@ std::string SceneWriter::run() {
     dagNodes();
     instances();
     otherNodes();
-    defaultNodes();
+    if (!m_wanted)
+        defaultNodes();
     connections();
     lines(m_scene.trailingText);
     m_out += "// End of scene\n";
@@ -163,6 +179,10 @@ std::string SceneWriter::run() {
 
 std::string sceneToText(const Scene& scene) {
     return SceneWriter(scene).run();
+}
+
+std::string nodesToText(const Scene& scene, const std::function<bool(const Node&)>& wanted) {
+    return SceneWriter(scene, &wanted).run();
 }
 
 }  // namespace torvel
