@@ -195,7 +195,9 @@ Status AttrSetter::setNumbers(const Plug& plug, NumberSource& source) {
         double value = 0.0;
         if (!readNumber(source, value) || (isWhole(info.type) && !std::isfinite(value)))
             return notNumber(here);
-        m_scene.setNumber(plug, value * units.factor(info.type));
+        const std::string_view read =
+            here.substr(0, static_cast<std::size_t>(source.position() - here.data()));
+        m_scene.setNumber(plug, fromUnits(read, value, units.factor(info.type)));
         return Status::ok();
     }
     for (std::size_t i = 0; i < info.children.size(); ++i)

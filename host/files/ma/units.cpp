@@ -38,6 +38,27 @@ void appendShortest(std::string& out, T value) {
     out.append(text, std::to_chars(text, text + sizeof text, value, format).ptr);
 }
 
+constexpr std::size_t kDigitsOfDouble = 17;
+
+// Significant digits of a number's text.
+std::size_t digitsOf(std::string_view text) {
+    if (text.size() <= kDigitsOfDouble)
+        return text.size();
+    text = text.substr(0, text.find_first_of("eE"));
+    const std::size_t first = text.find_first_of("123456789");
+    if (first == text.npos)
+        return 0;
+    text.remove_prefix(first);
+    return text.size() - (text.find('.') == text.npos ? 0 : 1);
+}
+
+void appendExactly(std::string& out, double internal, double factor) {
+    char text[64];
+    const long double exact = static_cast<long double>(internal) / static_cast<long double>(factor);
+    const auto r = std::to_chars(text, text + sizeof text, exact, std::chars_format::general, 21);
+    out.append(text, r.ptr);
+}
+
 double parsed(const char* begin, const char* end) {
     double value = 0.0;
     std::from_chars(begin, end, value);
@@ -87,7 +108,15 @@ void appendInUnits(std::string& out, double internal, double factor) {
         if (above * factor == internal)
             return appendDouble(out, above);
     }
-    appendDouble(out, near);
+    appendExactly(out, internal, factor);
+}
+
+double fromUnits(std::string_view text, double value, double factor) {
+    if (factor == 1.0 || digitsOf(text) <= kDigitsOfDouble)
+        return value * factor;
+    long double exact = value;
+    std::from_chars(text.data(), text.data() + text.size(), exact);
+    return static_cast<double>(exact * static_cast<long double>(factor));
 }
 
 void appendNumber(std::string& out, AttrType type, double value, const FileUnits& units) {

@@ -26,9 +26,11 @@ struct FileUnits {
 void appendDouble(std::string& out, double value);
 /// The same for a value kept in single precision.
 void appendFloat(std::string& out, double value);
-/// Text of an internal value in file units. Where some file number gives exactly this value back,
-/// one of them is taken, the shortest that was found.
+/// Text of an internal value in file units, such that fromUnits gives exactly this value back: a
+/// double where one does (the shortest that was found), else more digits than a double has.
 void appendInUnits(std::string& out, double internal, double factor);
+/// Internal value of a number in file units that was read from `text`.
+double fromUnits(std::string_view text, double value, double factor);
 /// A number as an attribute of this type is written: yes/no, whole numbers, file units.
 void appendNumber(std::string& out, AttrType type, double value, const FileUnits& units);
 

@@ -94,13 +94,9 @@ class BitForBit : public FileTest {
 
     double anyNumber(AttrType type) {
         const double value = any(kNumbers);
-        switch (type) {
-            case AttrType::Angle:
-                return std::fabs(value) > 1e305 && std::isfinite(value)
-                           ? 1.0
-                           : value * FileUnits::kDegreeFactor;
-            default: return value;
-        }
+        if (type != AttrType::Angle || std::fabs(value) < 1e305)
+            return chance(50) ? value : std::uniform_real_distribution<double>(-7.0, 7.0)(random);
+        return std::isfinite(value) ? 1.0 : value;
     }
 
     PayloadPtr anyData(AttrType type) {
