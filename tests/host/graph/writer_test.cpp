@@ -2,6 +2,7 @@
 // node that its message input names.
 #include "graph/writers.h"
 #include "small_graph.h"
+#include "support/scene_script.h"
 
 namespace torvel::test {
 namespace {
@@ -65,85 +66,63 @@ class Writers : public ::testing::Test {
         return types;
     }
     Writers() {
-        top = make("group", "top");
-        middle = make("group", "middle", top);
-        leaf = make("group", "leaf", middle);
-        scene.setNumber(plug(top, "tx"), 100);
-        scene.setNumber(plug(middle, "tx"), 5);
-        scene.setNumber(plug(leaf, "tx"), 1);
+        script.run(R"(
+            group top; group middle top; group leaf middle
+            top.tx 100; middle.tx 5; leaf.tx 1)");
+        middle = script.node("middle"), leaf = script.node("leaf");
     }
-    NodeHandle make(const char* type, const char* name, NodeHandle parent = {}) {
-        NodeHandle made;
-        const Status status = scene.createNode(type, name, parent, made);
-        EXPECT_TRUE(status) << status.text();
-        return made;
-    }
-    void tie() {
-        pusher = make("pusher", "pusher");
-        ASSERT_TRUE(scene.connect(plug(middle, "message"), plug(pusher, "target")));
-        scene.setNumber(plug(pusher, "amount"), 130);
-    }
+    void tie() { script.run("pusher pusher; middle.message -> pusher.target; pusher.amount 130"); }
     Plug plug(NodeHandle node, const char* path) { return scene.findPlug(node, path); }
     double worldX(NodeHandle node) { return scene.matrix(plug(node, "worldMatrix[0]"))[3][0]; }
 
     Log log;
     Scene scene{registry(), log};
-    NodeHandle top, middle, leaf, pusher;
+    SceneScript script{scene};
+    NodeHandle middle, leaf;
 };
 
 TEST_F(Writers, WriteBeforeAnythingBelowIsRead) {
-    EXPECT_EQ(worldX(leaf), 106);
+    script.run("leaf == 106 0 0");
     tie();
-    EXPECT_EQ(worldX(leaf), 131);
-    EXPECT_EQ(scene.number(plug(middle, "tx")), 30);
-    scene.setNumber(plug(pusher, "amount"), 150);
-    EXPECT_EQ(scene.number(plug(middle, "tx")), 50);
-    EXPECT_EQ(worldX(leaf), 151);
-    scene.setNumber(plug(top, "tx"), 120);
-    EXPECT_EQ(worldX(leaf), 151);
+    script.run(R"(
+        leaf == 131 0 0; middle.tx == 30
+        pusher.amount 150; middle.tx == 50; leaf == 151 0 0
+        top.tx 120; leaf == 151 0 0)");
     EXPECT_EQ(scene.storedNumber(plug(middle, "tx")), 30);
 }
 
 TEST_F(Writers, AreEvaluatedOnceForOneChange) {
     tie();
     worldX(leaf);
-    g_evaluations = 0;
-    for (int i = 0; i < 5; ++i)
-        worldX(leaf);
-    EXPECT_EQ(g_evaluations, 0);
-    scene.setNumber(plug(pusher, "amount"), 150);
-    for (int i = 0; i < 5; ++i)
-        worldX(leaf);
-    EXPECT_EQ(g_evaluations, 1);
-    scene.setNumber(plug(leaf, "tx"), 2);  // below the written plug: no reason to write again
-    EXPECT_EQ(worldX(leaf), 152);
-    EXPECT_EQ(g_evaluations, 1);
+    const std::pair<const char*, int> changes[] = {
+        {"leaf == 131 0 0", 0},
+        {"pusher.amount 150; leaf == 151 0 0", 1},
+        {"leaf.tx 2; leaf == 152 0 0", 0}};  // below the written plug: no reason to write again
+    for (const auto& [change, evaluations] : changes) {
+        g_evaluations = 0;
+        script.run(change);
+        for (int i = 0; i < 4; ++i)
+            worldX(leaf);
+        EXPECT_EQ(g_evaluations, evaluations) << change;
+    }
 }
 
 TEST_F(Writers, FeedWhatIsConnectedToTheWrittenPlug) {
     tie();
-    const NodeHandle twice = make("twice", "twice"), end = make("twice", "end");
-    ASSERT_TRUE(scene.connect(plug(middle, "tx"), plug(twice, "input")));
-    ASSERT_TRUE(scene.connect(plug(twice, "output"), plug(end, "input")));
-    EXPECT_EQ(scene.number(plug(end, "output")), 120);
-    scene.setNumber(plug(pusher, "amount"), 101);
-    EXPECT_EQ(scene.number(plug(end, "output")), 4);
+    script.run(R"(
+        twice twice; twice end; middle.tx -> twice.input; twice.output -> end.input
+        end.output == 120
+        pusher.amount 101; end.output == 4)");
 }
 
 TEST_F(Writers, StandBeforeASourceAndGiveWayWhenOff) {
-    const NodeHandle twice = make("twice", "twice");
-    ASSERT_TRUE(scene.connect(plug(twice, "output"), plug(middle, "tx")));
-    EXPECT_EQ(worldX(middle), 102);
+    script.run("twice twice; twice.output -> middle.tx; middle == 102 0 0");
     tie();
-    EXPECT_EQ(worldX(middle), 130);
-    scene.number(plug(twice, "output"));
+    script.run("middle == 130 0 0; twice.output == 2");
     EXPECT_EQ(scene.ownNumber(plug(middle, "tx")), 2);
-    ASSERT_TRUE(scene.disconnect(plug(twice, "output"), plug(middle, "tx")));
+    script.run("twice.output -x middle.tx");
     EXPECT_EQ(scene.ownNumber(plug(middle, "tx")), 2);
-    scene.setNumber(plug(middle, "tx"), 9);
-    EXPECT_EQ(worldX(middle), 130);
-    scene.setNumber(plug(pusher, "on"), 0);
-    EXPECT_EQ(worldX(middle), 109);
+    script.run("middle.tx 9; middle == 130 0 0; pusher.on 0; middle == 109 0 0");
 }
 
 TEST_F(Writers, AreNoConnections) {
@@ -152,29 +131,26 @@ TEST_F(Writers, AreNoConnections) {
     EXPECT_TRUE(scene.incoming(middle).empty());
     EXPECT_EQ(scene.outgoing(middle).size(), 1u);  // the message alone
     EXPECT_TRUE(scene.isSettable(plug(middle, "tx")));
-    EXPECT_EQ(scene.writerOf(plug(middle, "tx")), plug(pusher, "sum"));
+    EXPECT_EQ(scene.writerOf(plug(middle, "tx")), plug(script.node("pusher"), "sum"));
     EXPECT_TRUE(scene.writerOf(plug(leaf, "tx")).isNull());
 }
 
 TEST_F(Writers, FollowTheirTiesAndLeaveTheLastValue) {
     tie();
-    EXPECT_EQ(worldX(leaf), 131);
-    ASSERT_TRUE(scene.disconnect(plug(middle, "message"), plug(pusher, "target")));
-    EXPECT_EQ(worldX(leaf), 131);
-    scene.setNumber(plug(pusher, "amount"), 500);
-    EXPECT_EQ(worldX(leaf), 131);
-    ASSERT_TRUE(scene.connect(plug(leaf, "message"), plug(pusher, "target")));
-    EXPECT_EQ(worldX(leaf), 500);
+    script.run(R"(
+        leaf == 131 0 0
+        middle.message -x pusher.target; leaf == 131 0 0
+        pusher.amount 500; leaf == 131 0 0
+        leaf.message -> pusher.target; leaf == 500 0 0)");
     ASSERT_TRUE(scene.reparent(leaf, {}));
-    EXPECT_EQ(worldX(leaf), 500);
-    EXPECT_EQ(scene.number(plug(leaf, "tx")), 500);
-    scene.deleteNodes({pusher});
-    EXPECT_EQ(worldX(leaf), 500);
+    script.run("leaf == 500 0 0; leaf.tx == 500");
+    scene.deleteNodes({script.node("pusher")});
+    script.run("leaf == 500 0 0");
     EXPECT_TRUE(scene.writerOf(plug(leaf, "tx")).isNull());
     tie();
-    EXPECT_EQ(worldX(middle), 130);
+    script.run("middle == 130 0 0");
     scene.deleteNodes({middle});
-    EXPECT_EQ(scene.number(plug(pusher, "sum")), 0);
+    script.run("pusher.sum == 0");
 }
 
 TEST_F(Writers, GoAlongWhenAnotherScenesContentsComeIn) {
@@ -196,16 +172,10 @@ TEST_F(Writers, GoAlongWhenAnotherScenesContentsComeIn) {
 
 // b does not use what a gives it, so the ring has one answer whichever end is read first.
 TEST_F(Writers, ARingThatIsNoneComesOutRight) {
-    const NodeHandle a = make("twice", "a"), b = make("twice", "b");
-    ASSERT_TRUE(scene.connect(plug(a, "output"), plug(b, "input")));
-    ASSERT_TRUE(scene.connect(plug(b, "output"), plug(a, "input")));
-    scene.setNumber(plug(b, "factor"), 0);
-    scene.setNumber(plug(b, "pointX"), 7);
-    EXPECT_EQ(scene.number(plug(b, "output")), 7);
-    EXPECT_EQ(scene.number(plug(a, "output")), 14);
-    scene.setNumber(plug(b, "pointX"), 8);
-    EXPECT_EQ(scene.number(plug(b, "output")), 8);
-    EXPECT_EQ(scene.number(plug(a, "output")), 16);
+    script.run(R"(
+        twice a; twice b; a.output -> b.input; b.output -> a.input
+        b.factor 0; b.pointX 7; b.output == 7; a.output == 14
+        b.pointX 8; b.output == 8; a.output == 16)");
 }
 
 }  // namespace

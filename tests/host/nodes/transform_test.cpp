@@ -1,23 +1,61 @@
 #include "node_scene.h"
+#include "support/scene_script.h"
 
 namespace torvel::test {
 
-using TransformTest = NodeScene;
+class TransformTest : public NodeScene {
+  protected:
+    SceneScript script{scene};
+};
 
 TEST_F(TransformTest, RotateTurnsAboutItsPivotAndScaleAboutItsOwn) {
-    const NodeHandle n = make("transform", "n");
-    set(n, "rp", 1, 0, 0);
-    setDegrees(n, "r", 0, 0, 90);
-    expectNear(V3d(2, 0, 0) * localMatrix(scene, n), V3d(1, 1, 0));
-    expectNear(V3d(1, 0, 0) * localMatrix(scene, n), V3d(1, 0, 0));
-    setDegrees(n, "r", 0, 0, 0);
-    set(n, "sp", 0, 4, 0);
-    set(n, "s", 1, 2, 1);
-    expectNear(V3d(0, 5, 0) * localMatrix(scene, n), V3d(0, 6, 0));
-    set(n, "rpt", 0, 0, 3);
-    set(n, "spt", 0, 1, 0);
-    set(n, "t", 10, 0, 0);
-    expectNear(V3d(0, 4, 0) * localMatrix(scene, n), V3d(10, 5, 3));
+    // The matrix is compared by where it takes a point.
+    script.run("transform n; transform probe n; n.rp 1 0 0; n.r 0 0 90d");
+    script.run("probe.t 2 0 0; probe == 1 1 0; probe.t 1 0 0; probe == 1 0 0");
+    script.run("n.r 0 0 0; n.sp 0 4 0; n.s 1 2 1; probe.t 0 5 0; probe == 0 6 0");
+    script.run("n.rpt 0 0 3; n.spt 0 1 0; n.t 10 0 0; probe.t 0 4 0; probe == 10 5 3");
+}
+
+TEST_F(TransformTest, WorldsFollowTheirParents) {
+    script.run(R"(
+        transform a; transform b a; transform c b
+        a.t 5 0 0; c.t 0 0 1; c == 5 0 1
+        b.r 0 90d 0; c == 6 0 0
+        a.t 0 7 0; c == 1 7 0)");
+    const NodeHandle c = script.node("c");
+    expectNear(scene.matrix(plug(c, "parentInverseMatrix[0]")) * parentWorldMatrix(scene, c),
+               M44d());
+    expectNear(scene.matrix(plug(c, "worldInverseMatrix[0]")) * worldMatrix(scene, c), M44d());
+    ASSERT_TRUE(scene.reparent(c, script.node("a")));
+    script.run("c == 0 7 1");
+    expectNear(position(c), V3d(0, 7, 1));
+}
+
+TEST_F(TransformTest, OffsetParentMatrixLiesBetweenNodeAndParent) {
+    script.run(R"(
+        transform a; transform b a; a.s 2 2 2; b.t 1 0 0
+        b.opm 1 0 0 0  0 1 0 0  0 0 1 0  0 3 0 1
+        b == 2 6 0; b.m == 1 0 0; b.parentMatrix[0] == 0 6 0)");
+    expectNear(translationOf(parentWorldMatrix(scene, script.node("b"))), V3d(0, 6, 0));
+    script.run("b.inheritsTransform 0; b == 1 3 0");
+}
+
+TEST_F(TransformTest, EachInstanceHasItsWorld) {
+    script.run("transform a; transform b; transform c a; transform leaf c");
+    script.run("a.tx 1; b.tx 2; leaf.ty 4; leaf == 1 4 0");
+    const NodeHandle leaf = script.node("leaf"), c = script.node("c");
+    ASSERT_TRUE(scene.addParent(c, script.node("b")));
+    script.run("leaf == 1 4 0; leaf.wm[1] == 2 4 0; b.tx 9; leaf.wm[1] == 9 4 0");
+    expectNear(worldPosition(scene, leaf, 1), V3d(9, 4, 0));
+    ASSERT_TRUE(scene.removeParent(c, script.node("a")));
+    expectNear(worldPosition(scene, leaf, 0), V3d(9, 4, 0));
+}
+
+TEST_F(TransformTest, ConnectedChannelsDriveTheMatrix) {
+    script.run(R"(
+        transform a; transform b; a.t -> b.t; a.rz -> b.rz; a.t 1 2 3; a.r 0 0 90d
+        b.wm[0] == 0 1 0 0  -1 0 0 0  0 0 1 0  1 2 3 1
+        a.ty 5; b == 1 5 3)");
 }
 
 TEST_F(TransformTest, TheWholeStackInItsOrder) {
@@ -40,64 +78,6 @@ TEST_F(TransformTest, TheWholeStackInItsOrder) {
     expectNear(localMatrix(scene, n), wanted);
     expectNear(scene.matrix(plug(n, "xformMatrix")), wanted);
     expectNear(scene.matrix(plug(n, "inverseMatrix")) * wanted, M44d());
-}
-
-TEST_F(TransformTest, WorldsFollowTheirParents) {
-    const NodeHandle a = make("transform", "a"), b = make("transform", "b", a),
-                     c = make("transform", "c", b);
-    set(a, "t", 5, 0, 0);
-    set(c, "t", 0, 0, 1);
-    expectNear(position(c), V3d(5, 0, 1));
-    setDegrees(b, "r", 0, 90, 0);
-    expectNear(position(c), V3d(6, 0, 0));
-    set(a, "t", 0, 7, 0);
-    expectNear(position(c), V3d(1, 7, 0));
-    expectNear(scene.matrix(plug(c, "parentInverseMatrix[0]")) * parentWorldMatrix(scene, c),
-               M44d());
-    expectNear(scene.matrix(plug(c, "worldInverseMatrix[0]")) * worldMatrix(scene, c), M44d());
-    ASSERT_TRUE(scene.reparent(c, a));
-    expectNear(position(c), V3d(0, 7, 1));
-}
-
-TEST_F(TransformTest, OffsetParentMatrixLiesBetweenNodeAndParent) {
-    const NodeHandle a = make("transform", "a"), b = make("transform", "b", a);
-    set(a, "s", 2, 2, 2);
-    set(b, "t", 1, 0, 0);
-    scene.setMatrix(plug(b, "opm"), translationMatrix({0, 3, 0}));
-    expectNear(position(b), V3d(2, 6, 0));
-    expectNear(translationOf(localMatrix(scene, b)), V3d(1, 0, 0));
-    expectNear(translationOf(parentWorldMatrix(scene, b)), V3d(0, 6, 0));
-    set(b, "inheritsTransform", 0);
-    expectNear(position(b), V3d(1, 3, 0));
-}
-
-TEST_F(TransformTest, EachInstanceHasItsWorld) {
-    const NodeHandle a = make("transform", "a"), b = make("transform", "b"),
-                     c = make("transform", "c", a);
-    const NodeHandle leaf = make("transform", "leaf", c);
-    set(a, "tx", 1);
-    set(b, "tx", 2);
-    set(leaf, "ty", 4);
-    expectNear(position(leaf), V3d(1, 4, 0));
-    ASSERT_TRUE(scene.addParent(c, b));
-    expectNear(worldPosition(scene, leaf, 0), V3d(1, 4, 0));
-    expectNear(worldPosition(scene, leaf, 1), V3d(2, 4, 0));
-    set(b, "tx", 9);
-    expectNear(worldPosition(scene, leaf, 1), V3d(9, 4, 0));
-    ASSERT_TRUE(scene.removeParent(c, a));
-    expectNear(worldPosition(scene, leaf, 0), V3d(9, 4, 0));
-}
-
-TEST_F(TransformTest, ConnectedChannelsDriveTheMatrix) {
-    const NodeHandle a = make("transform", "a"), b = make("transform", "b");
-    link(a, "t", b, "t");
-    link(a, "rz", b, "rz");
-    set(a, "t", 1, 2, 3);
-    setDegrees(a, "r", 0, 0, 90);
-    expectNear(position(b), V3d(1, 2, 3));
-    expectNear(V3d(1, 0, 0) * worldMatrix(scene, b), V3d(1, 3, 3));
-    set(a, "ty", 5);
-    expectNear(position(b), V3d(1, 5, 3));
 }
 
 TEST_F(TransformTest, ALocalMatrixIsWrittenThroughPivotsAndAxis) {
