@@ -125,6 +125,15 @@ TEST_F(Writers, StandBeforeASourceAndGiveWayWhenOff) {
     script.run("middle.tx 9; middle == 130 0 0; pusher.on 0; middle == 109 0 0");
 }
 
+TEST_F(Writers, ASecondWriterLeavesTheOwnNumbersAndWinsWhereBothWrite) {
+    tie();
+    script.run(R"(
+        leaf == 131 0 0
+        pusher other; leaf.message -> other.target; other.amount 200; leaf == 200 0 0
+        pusher.on 0; middle == 105 0 0; pusher.on 1; middle == 130 0 0
+        pusher later; middle.message -> later.target; later.amount 111; middle == 111 0 0)");
+}
+
 TEST_F(Writers, AreNoConnections) {
     tie();
     worldX(leaf);
