@@ -1,9 +1,10 @@
 #include "app/options.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <map>
+
+#include <CLI/CLI.hpp>
 
 #include "base/version.h"
 #include "commands/host/render.h"

@@ -1,4 +1,5 @@
 #include "base/value.h"
+
 #include "base/number_text.h"
 
 namespace torvel {

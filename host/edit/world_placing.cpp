@@ -1,6 +1,6 @@
 #include "edit/world_placing.h"
 
-#include <cmath>
+#include <string_view>
 
 namespace torvel {
 namespace {
@@ -80,21 +80,16 @@ void moveScalePivot(Channels& channels, const V3d& pivot) {
     channels.scalePivotTranslate += offset * inverseOf(turn);
 }
 
-namespace {
-
-constexpr const char* kOrders[] = {"xyz", "yzx", "zxy", "xzy", "yxz", "zyx"};
-
-}  // namespace
-
 int rotateOrderOf(const std::string& name) {
-    for (int i = 0; i < 6; ++i)
-        if (name == kOrders[i])
-            return i;
+    for (int order = kXYZ; order <= kZYX; ++order)
+        if (name == rotateOrderName(order))
+            return order;
     return -1;
 }
 
-const char* rotateOrderName(int order) {
-    return kOrders[order >= 0 && order < 6 ? order : 0];
+std::string rotateOrderName(int order) {
+    const int known = order >= kXYZ && order <= kZYX ? order : kXYZ;
+    return std::string(std::string_view(kRotateOrderNames).substr(4 * known, 3));
 }
 
 void changeRotateOrder(Channels& channels, int order, bool preserve) {

@@ -38,7 +38,8 @@ void moveScalePivot(Channels& channels, const V3d& pivot);
 void changeRotateOrder(Channels& channels, int order, bool preserve);
 /// Number of a rotate order's name ("zxy"); -1 when there is no such order.
 int rotateOrderOf(const std::string& name);
-const char* rotateOrderName(int order);
+/// Its name; a number out of range counts as xyz.
+std::string rotateOrderName(int order);
 
 /// Writes the channels that differ from the node's, passing over locked and driven ones in silence.
 void writeFreeChannels(Scene& scene, NodeHandle node, const Channels& channels);

@@ -1,11 +1,5 @@
 #include "files/file_io.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <charconv>
 #include <climits>
@@ -14,6 +8,12 @@
 #include <filesystem>
 #include <string_view>
 #include <vector>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "base/temporary_files.h"
 

@@ -1,9 +1,10 @@
 #include "mel/value.h"
-#include "base/number_text.h"
 
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+
+#include "base/number_text.h"
 
 namespace torvel::mel {
 

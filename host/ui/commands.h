@@ -17,7 +17,7 @@ namespace torvel {
 extern const Command kUiCommands[];
 extern const std::size_t kUiCommandCount;
 
-// One function for each command; ui_commands.cpp holds their rows.
+// One function for each command; commands.cpp holds their rows.
 Status runSetParent(const CommandCall& call, Value& result);
 Status runMenu(const CommandCall& call, Value& result);
 Status runMenuItem(const CommandCall& call, Value& result);

@@ -1,8 +1,8 @@
 #include "support/test_scene.h"
 
-#include <gtest/gtest.h>
-
 #include <utility>
+
+#include <gtest/gtest.h>
 
 #include "commands/tables.h"
 

@@ -1,11 +1,12 @@
 #include "files/ma/text_codes.h"
 
-#include <QTextCodec>
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <limits>
 #include <string_view>
+
+#include <QTextCodec>
 
 namespace torvel {
 namespace {

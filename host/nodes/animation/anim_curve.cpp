@@ -7,10 +7,10 @@
 
 #include "graph/evaluation.h"
 #include "graph/payload.h"
+#include "nodes/animation/time_units.h"
+#include "nodes/core/base_attrs.h"
 #include "nodes/core/fn_numbers.h"
 #include "nodes/core/quick_node.h"
-#include "nodes/core/base_attrs.h"
-#include "nodes/animation/time_units.h"
 
 namespace torvel {
 namespace {

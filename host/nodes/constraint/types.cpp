@@ -2,10 +2,10 @@
 // before the weight, which the constraint itself feeds: walks look for the driver among the first
 // connected children.
 #include "nodes/constraint/evaluate.h"
-#include "nodes/core/fn_numbers.h"
-#include "nodes/transform/rotation.h"
-#include "nodes/transform/attrs.h"
 #include "nodes/constraint/visit.h"
+#include "nodes/core/fn_numbers.h"
+#include "nodes/transform/attrs.h"
+#include "nodes/transform/rotation.h"
 
 namespace torvel {
 namespace {

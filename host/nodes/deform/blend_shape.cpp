@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include "nodes/core/fn_numbers.h"
-#include "nodes/deform/types.h"
 #include "nodes/core/quick_node.h"
 #include "nodes/core/rows.h"
+#include "nodes/deform/types.h"
 
 namespace torvel {
 

@@ -4,9 +4,9 @@
 
 #include <Imath/ImathMatrixAlgo.h>
 
-#include "nodes/core/fn_numbers.h"
 #include "base/number_text.h"
 #include "nodes/core/base_attrs.h"
+#include "nodes/core/fn_numbers.h"
 
 namespace torvel {
 namespace {

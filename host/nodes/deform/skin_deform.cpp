@@ -1,10 +1,10 @@
 #include "nodes/deform/skin_deform.h"
 
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
-
 #include <algorithm>
 #include <cmath>
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
 
 #include <Imath/ImathMatrixAlgo.h>
 

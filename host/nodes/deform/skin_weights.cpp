@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 
-#include "nodes/shape/mesh_blocks.h"
 #include "nodes/deform/skin_deform.h"
+#include "nodes/shape/mesh_blocks.h"
 
 namespace torvel {
 namespace {

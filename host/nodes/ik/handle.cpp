@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "nodes/ik/solve.h"
 #include "nodes/core/quick_node.h"
+#include "nodes/ik/solve.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {

@@ -5,9 +5,9 @@
 #include <Imath/ImathMatrixAlgo.h>
 
 #include "graph/evaluation.h"
+#include "nodes/core/quick_node.h"
 #include "nodes/ik/chain.h"
 #include "nodes/ik/handle.h"
-#include "nodes/core/quick_node.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {

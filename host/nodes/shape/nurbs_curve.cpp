@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "graph/evaluation.h"
+#include "nodes/core/base_attrs.h"
 #include "nodes/core/fn_numbers.h"
 #include "nodes/shape/nurbs_curve_math.h"
-#include "nodes/core/base_attrs.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {

@@ -1,7 +1,7 @@
 // locator, camera and the measuring shape.
 #include "graph/evaluation.h"
-#include "nodes/core/fn_numbers.h"
 #include "nodes/core/base_attrs.h"
+#include "nodes/core/fn_numbers.h"
 #include "nodes/transform/transform.h"
 
 namespace torvel {

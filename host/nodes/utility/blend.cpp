@@ -1,7 +1,7 @@
 // Nodes that mix or choose between values.
-#include <Imath/ImathMatrixAlgo.h>
-
 #include <algorithm>
+
+#include <Imath/ImathMatrixAlgo.h>
 
 #include "nodes/core/fn_numbers.h"
 #include "nodes/core/quick_node.h"

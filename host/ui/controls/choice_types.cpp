@@ -9,9 +9,9 @@
 
 #include "script/session.h"
 #include "ui/controls/control_type.h"
-#include "ui/desktop/main_window.h"
-#include "ui/controls/option_menu.h"
 #include "ui/controls/lookup.h"
+#include "ui/controls/option_menu.h"
+#include "ui/desktop/main_window.h"
 
 namespace torvel {
 

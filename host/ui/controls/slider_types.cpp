@@ -6,8 +6,8 @@
 #include "ui/controls/control_type.h"
 #include "ui/controls/field_events.h"
 #include "ui/controls/group_widget.h"
-#include "ui/desktop/main_window.h"
 #include "ui/controls/number_field.h"
+#include "ui/desktop/main_window.h"
 
 namespace torvel {
 

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "commands/host/coverage.h"
 #include "app/host_setup.h"
+#include "commands/host/coverage.h"
 #include "script/session.h"
 
 namespace torvel {

@@ -1,12 +1,11 @@
 // The program itself, run as users run it.
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 
 #include <gtest/gtest.h>
-
-#include <csignal>
 
 #include <QFile>
 #include <QImage>

@@ -121,8 +121,7 @@ TEST_F(Attributes, UnknownFlagIsNamed) {
     EXPECT_NE(status.text().find("fancy"), std::string::npos);
 }
 
-// --- connections
-// -------------------------------------------------------------------------------------------------
+// --- connections --------------------------------------------------------------------------------
 
 TEST_F(Attributes, ConnectionErrorsTellBothEnds) {
     scene.make("transform", "b");

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "edit/deletion.h"
 #include "edit/copy.h"
+#include "edit/deletion.h"
 #include "support/test_scene.h"
 
 using namespace torvel;

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
+
+#include <gtest/gtest.h>
 
 #include "files/ma/reader.h"
 #include "files/ma/writer.h"
@@ -222,8 +222,7 @@ TEST_F(IkCommand, TheBlendedPoseSurvivesAFile) {
                 20 * M_PI / 180, 1e-9);
 }
 
-// --- with constraints
-// ------------------------------------------------------------------------------------------------
+// --- with constraints ---------------------------------------------------------------------------
 
 // How far the elbow stands off the side on which the pole control stands, seen along the line from
 // arm to hand; degrees.
@@ -301,8 +300,7 @@ TEST_F(IkCommand, AChainBetweenFkAndIk) {
     EXPECT_EQ(scene.number("blend.armW1"), 0.25);
 }
 
-// --- shadingNode
-// ---------------------------------------------------------------------------------------------------
+// --- shadingNode --------------------------------------------------------------------------------
 
 TEST_F(IkCommand, ShadingNodesStandInTheirList) {
     EXPECT_EQ(scene.text("shadingNode", {"reverse"}, {flag("asUtility")}), "reverse1");

@@ -89,8 +89,7 @@ TEST_F(PathNames, ParentWithTheShapeFlagMovesATransformAsEver) {
               "parent: The shape 'boxShape' can be parented with -shape only.");
 }
 
-// --- the switch
-// ----------------------------------------------------------------------------------------------------
+// --- the switch ---------------------------------------------------------------------------------
 
 class Switch : public PathNames {
   protected:

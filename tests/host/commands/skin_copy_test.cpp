@@ -4,12 +4,12 @@
 #include <gtest/gtest.h>
 
 #include "commands/geometry/box_tree.h"
-#include "script/session.h"
 #include "commands/skin/binding.h"
 #include "commands/skin/copy.h"
 #include "commands/skin/paint.h"
-#include "nodes/shape/mesh.h"
 #include "nodes/deform/skin_weights.h"
+#include "nodes/shape/mesh.h"
+#include "script/session.h"
 #include "support/test_scene.h"
 
 namespace torvel {

@@ -1,9 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <random>
+
+#include <gtest/gtest.h>
 
 #include "files/ma/text_codes.h"
 #include "files/ma/units.h"
