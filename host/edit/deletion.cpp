@@ -258,6 +258,8 @@ void bakeGeometry(Scene& scene, NodeHandle from, NodeHandle to) {
 }
 
 Status deleteHistory(Scene& scene, NodeHandle shape) {
+    if (!scene.isValid(shape))
+        return Status::ok();
     const bool isCurve = scene.isType(shape, "nurbsCurve");
     const Plug input = scene.findPlug(shape, isCurve ? "create" : "inMesh");
     const Plug source = scene.source(input);

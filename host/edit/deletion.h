@@ -13,12 +13,13 @@ namespace torvel {
 /// the order they were found. Default nodes are never among them.
 std::vector<NodeHandle> withDependents(const Scene& scene, const std::vector<NodeHandle>& nodes);
 
-/// Deletes nodes with all that goes along. Refused, before anything happens, for the world, default
-/// and locked nodes. Constraints that lose some of their targets lose those targets' elements and
-/// weights.
+/// Deletes nodes with all that goes along; handles of nodes that are gone are passed over. Refused,
+/// before anything happens, for the world, default and locked nodes. Constraints that lose some of
+/// their targets lose those targets' elements and weights.
 Status deleteWithDependents(Scene& scene, const std::vector<NodeHandle>& nodes);
 
-/// Deletes the history of a shape: what it shows now becomes its own geometry.
+/// Deletes the history of a shape: what it shows now becomes its own geometry. Nothing happens for
+/// a shape that is gone already.
 Status deleteHistory(Scene& scene, NodeHandle shape);
 
 /// Makes what a shape shows now (mesh, curve) the geometry of its own, to be seen once nothing

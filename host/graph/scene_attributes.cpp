@@ -10,6 +10,9 @@ namespace {
 
 const AttrInfo kNoInfo;
 
+// Compounds stand in one another no deeper; what walks them may recurse.
+constexpr int kMostAttrLevels = 64;
+
 // One step of an attribute path: "inputTarget[0]".
 struct Step {
     std::string_view name;
@@ -97,6 +100,12 @@ Status Scene::addAttribute(NodeHandle handle, const AttrInfo& wanted, AttrIndex 
     if (parent != kNoAttr && parent < first)
         return Status::failure("addAttr: the parent of '" + info.longName +
                                "' is no dynamic attribute");
+    int level = 1;
+    for (AttrIndex above = parent; above != kNoAttr; above = n->attr(above).parent)
+        ++level;
+    if (level > kMostAttrLevels)
+        return Status::failure("addAttr: '" + info.longName + "' is nested in more than " +
+                               std::to_string(kMostAttrLevels - 1) + " attributes");
     info.flags |= kDynamic;
     growElements(*n, parent);
     ++m_structure;
@@ -113,10 +122,10 @@ Status Scene::addAttribute(NodeHandle handle, const AttrInfo& wanted, AttrIndex 
 Plug Scene::opaquePlug(NodeHandle handle, std::string_view attrPath) {
     Plug plug(handle, kNoAttr);
     AttrIndex parent = kNoAttr;
-    int depth = 0;
+    int depth = 0, level = 0;
     while (!attrPath.empty() && node(handle)) {
         const Step step = nextStep(attrPath);
-        if (!step.good || depth >= kMaxArrayDepth)
+        if (!step.good || depth >= kMaxArrayDepth || ++level > kMostAttrLevels)
             return {};
         Node* n = node(handle);
         AttrIndex found = kNoAttr;

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "graph/instances.h"
 #include "graph/scene.h"
 #include "graph/writers.h"
 
@@ -30,6 +31,8 @@ Status Scene::reparent(NodeHandle child, NodeHandle newParent) {
         return Status::failure("A shape needs a transform as its parent: " + self->name);
     if (newParent != m_world && above->type->is(kShapeType))
         return Status::failure("A shape cannot be a parent: " + above->name);
+    if (const Status few = checkPaths(*this, child, newParent, false); !few)
+        return few;
     detachFromParents(*self);
     self->parents.push_back(newParent);
     above->children.push_back(child);
@@ -51,6 +54,8 @@ Status Scene::addParent(NodeHandle child, NodeHandle newParent) {
         return Status::failure("Cannot parent an object to itself or one of its children");
     if (std::find(self->parents.begin(), self->parents.end(), newParent) != self->parents.end())
         return Status::ok();
+    if (const Status few = checkPaths(*this, child, newParent, true); !few)
+        return few;
     self->parents.push_back(newParent);
     above->children.push_back(child);
     m_writersStale = m_writersStale || !m_writers->writers.empty();

@@ -2,13 +2,13 @@
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
-#include <regex>
 #include <sstream>
 #include <unordered_map>
 
 #include "graph/names.h"
 #include "script/deferred.h"
 #include "mel/interpreter.h"
+#include "mel/pattern.h"
 #include "mel/value.h"
 #include "script/output.h"
 
@@ -284,33 +284,35 @@ Value runGmatch(Interpreter& in, const Node& call) {
     return Value(Names::matches(textOf(values[1]), textOf(values[0])) ? 1 : 0);
 }
 
-// The library's matcher recurses once for each character; longer texts would use up the stack.
-std::regex pattern(const Node& call, const std::string& text, const std::string& subject) {
-    if (subject.size() > 4096)
-        throw Fault{call.text + ": the text is too long for a pattern.", call.line, 0, {}};
-    try {
-        return std::regex(text, std::regex::extended);
-    } catch (const std::regex_error&) {
-        throw Fault{"Invalid regular expression \"" + text + "\".", call.line, 0, {}};
-    }
+// Where a pattern is found first; false when it is not there.
+bool findPattern(const Node& call, const std::string& pattern, const std::string& text,
+                 std::size_t& begin, std::size_t& end) {
+    Pattern compiled;
+    if (!compiled.parse(pattern))
+        throw Fault{
+            "Invalid regular expression \"" + pattern.substr(0, 80) + "\".", call.line, 0, {}};
+    const Pattern::Result result = compiled.find(text, begin, end);
+    if (result == Pattern::Result::TooCostly)
+        throw Fault{call.text + ": the text is too long for the pattern.", call.line, 0, {}};
+    return result == Pattern::Result::Found;
 }
 
 Value runMatch(Interpreter& in, const Node& call) {
     const std::vector<Value> values = arguments(in, call, 2, 2);
     const std::string text = textOf(values[1]);
-    std::smatch found;
-    const bool any = std::regex_search(text, found, pattern(call, textOf(values[0]), text));
-    return Value(any ? found.str() : std::string());
+    std::size_t begin = 0, end = 0;
+    const bool any = findPattern(call, textOf(values[0]), text, begin, end);
+    return Value(any ? text.substr(begin, end - begin) : std::string());
 }
 
 // The first match only, taken as it stands.
 Value runSubstitute(Interpreter& in, const Node& call) {
     const std::vector<Value> values = arguments(in, call, 3, 3);
     const std::string text = textOf(values[1]);
-    std::smatch found;
-    if (!std::regex_search(text, found, pattern(call, textOf(values[0]), text)))
+    std::size_t begin = 0, end = 0;
+    if (!findPattern(call, textOf(values[0]), text, begin, end))
         return Value(text);
-    return Value(found.prefix().str() + textOf(values[2]) + found.suffix().str());
+    return Value(text.substr(0, begin) + textOf(values[2]) + text.substr(end));
 }
 
 std::vector<std::string> tokensOf(const std::string& text, const std::string& separators) {

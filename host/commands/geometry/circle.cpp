@@ -4,6 +4,7 @@
 #include "edit/curves.h"
 #include "script/session.h"
 #include "commands/tables.h"
+#include "nodes/shape/make_nurb_circle.h"
 #include "nodes/shape/nurbs_curve.h"
 #include "nodes/transform/rotation.h"
 
@@ -53,6 +54,9 @@ Status checkAmounts(const CommandCall& call) {
     if (call.has("sections") && call.integer("sections") < (closed ? 3 : 1))
         return call.fail(closed ? "A full circle needs at least 3 sections."
                                 : "An arc needs at least 1 section.");
+    if (call.number("sections") > kMostCircleSections)
+        return call.fail("A circle has at most " +
+                         std::to_string(static_cast<int>(kMostCircleSections)) + " sections.");
     return Status::ok();
 }
 

@@ -2,6 +2,7 @@
 #include "edit/sets.h"
 #include "commands/skin/commands.h"
 #include "nodes/shape/mesh.h"
+#include "nodes/shape/poly_shapes.h"
 
 namespace torvel {
 namespace {
@@ -17,6 +18,7 @@ struct PolyKind {
     const char* stem;  ///< of the transform: "pCube"
     const SizeFlag* sizes;
     std::size_t sizeCount;
+    double (*faces)(double, double, double);  ///< for the last two or three sizes, the segments
 };
 
 constexpr SizeFlag kCubeSizes[] = {{"width", "width"},
@@ -52,6 +54,8 @@ Status makeNodes(const CommandCall& call, const PolyKind& kind, NodeHandle (&mad
 
 Status setSizes(const CommandCall& call, const PolyKind& kind, NodeHandle maker) {
     Scene& scene = call.scene();
+    double segments[3]{};
+    std::size_t counted = 0;
     for (std::size_t i = 0; i < kind.sizeCount; ++i) {
         const FlagUse* use = call.use(kind.sizes[i].flag);
         if (!use)
@@ -62,6 +66,12 @@ Status setSizes(const CommandCall& call, const PolyKind& kind, NodeHandle maker)
             return call.fail(std::string(kind.sizes[i].flag) + " is too small");
         scene.setNumber(plug, value);
     }
+    for (std::size_t i = 0; i < kind.sizeCount; ++i)
+        if (std::string_view(kind.sizes[i].flag).substr(0, 3) == "sub")
+            segments[counted++] = scene.number(scene.findPlug(maker, kind.sizes[i].attr));
+    if (kind.faces(segments[0], segments[1], segments[2]) > kMostPolyFaces)
+        return call.fail("More than " + std::to_string(static_cast<int>(kMostPolyFaces)) +
+                         " faces cannot be made.");
     if (const FlagUse* axis = call.use("axis"))
         scene.setVec3(
             scene.findPlug(maker, "axis"),
@@ -109,16 +119,20 @@ Status createPoly(const CommandCall& call, const PolyKind& kind, Value& result) 
 }
 
 Status runCube(const CommandCall& call, Value& result) {
-    return createPoly(call, {"polyCube", "pCube", kCubeSizes, std::size(kCubeSizes)}, result);
+    return createPoly(call, {"polyCube", "pCube", kCubeSizes, std::size(kCubeSizes), polyCubeFaces},
+                      result);
 }
 
 Status runPlane(const CommandCall& call, Value& result) {
-    return createPoly(call, {"polyPlane", "pPlane", kPlaneSizes, std::size(kPlaneSizes)}, result);
+    return createPoly(
+        call, {"polyPlane", "pPlane", kPlaneSizes, std::size(kPlaneSizes), polyPlaneFaces}, result);
 }
 
 Status runCylinder(const CommandCall& call, Value& result) {
     return createPoly(
-        call, {"polyCylinder", "pCylinder", kCylinderSizes, std::size(kCylinderSizes)}, result);
+        call,
+        {"polyCylinder", "pCylinder", kCylinderSizes, std::size(kCylinderSizes), polyCylinderFaces},
+        result);
 }
 
 constexpr FlagRow kCubeFlags[] = {

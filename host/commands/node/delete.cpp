@@ -22,16 +22,19 @@ std::vector<NodeHandle> shapesOf(const Scene& scene, NodeHandle node) {
     while (!open.empty()) {
         const NodeHandle at = open.back();
         open.pop_back();
-        const Node& self = *scene.node(at);
-        if (self.type->is(kShapeType) &&
+        const Node* self = scene.node(at);
+        if (!self)
+            continue;
+        if (self->type->is(kShapeType) &&
             scene.number(scene.findPlug(at, "intermediateObject")) == 0.0)
             shapes.push_back(at);
         if (at == node)
-            open.insert(open.end(), self.children.begin(), self.children.end());
+            open.insert(open.end(), self->children.begin(), self->children.end());
     }
     return shapes;
 }
 
+// A node may go with the history of one before it.
 Status deleteHistories(const CommandCall& call, const std::vector<NodeHandle>& nodes) {
     for (NodeHandle node : nodes)
         for (NodeHandle shape : shapesOf(call.scene(), node))

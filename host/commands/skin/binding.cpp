@@ -242,6 +242,8 @@ Status bypass(Scene& scene, NodeHandle cluster, NodeHandle shape) {
 
 Status unbindSkin(Scene& scene, NodeHandle cluster) {
     for (NodeHandle shape : outputShapes(scene, cluster)) {
+        if (!scene.isValid(shape))
+            continue;
         lockGeometryChannels(scene, shape, false);
         if (const Status status = bypass(scene, cluster, shape); !status)
             return status;

@@ -134,7 +134,7 @@ constexpr AttrRow kAttrs[] = {
     attrRow("radius", "r", AttrType::Distance, 1.0, kKeyable, kResult),
     enumRow("degree", "d", "Linear=1:Cubic=3", 3.0, 0, kResult),
     attrRow("useTolerance", "ut", AttrType::Bool),
-    within(attrRow("sections", "s", AttrType::Long, 8.0, 0, kResult), 1.0, 1e5),
+    within(attrRow("sections", "s", AttrType::Long, 8.0, 0, kResult), 1.0, kMostCircleSections),
     attrRow("tolerance", "tol", AttrType::Double, 0.01),
     attrRow("fixCenter", "fc", AttrType::Bool, 1.0),
     attrRow("outputCurve", "oc", AttrType::NurbsCurve, 0.0, kOutput | kNotStored | kGeometryOut),
@@ -153,7 +153,8 @@ void evaluateCircle(Evaluation& e) {
     form.sweep = e.number(kSweep);
     form.radius = e.number(kRadius);
     form.degree = e.number(kDegree) == 1.0 ? 1 : 3;
-    form.sections = static_cast<int>(e.number(kSections));
+    const double sections = e.number(kSections);
+    form.sections = sections > 0.0 ? static_cast<int>(std::min(sections, kMostCircleSections)) : 0;
     e.set(kCurve, PayloadPtr(circleCurve(form)));
 }
 

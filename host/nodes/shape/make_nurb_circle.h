@@ -6,6 +6,9 @@
 
 namespace torvel {
 
+/// The most sections of one circle; a maker that is given more makes so many.
+inline constexpr double kMostCircleSections = 1e5;
+
 /// What a circle is made of. The plane's axes are those of the XY plane after the smallest turn
 /// that brings +Z onto the normal; a normal without length leaves them where they are.
 struct CircleForm {

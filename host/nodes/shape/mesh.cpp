@@ -106,8 +106,15 @@ std::shared_ptr<MeshData> ownMesh(const Scene& scene, NodeHandle shape) {
     const auto* faces = blockOf<FaceBlock>(scene, shape, kFaces);
     if (points)
         mesh->points = points->items();
-    mesh->topology =
-        faces && edges ? faces->topology(*edges) : std::make_shared<const MeshTopology>();
+    if (!faces || !edges) {
+        mesh->topology = std::make_shared<const MeshTopology>();
+        return mesh;
+    }
+    std::string fault;
+    mesh->topology = faces->topology(*edges, mesh->points.size(), fault);
+    if (!fault.empty())
+        scene.log().write(Channel::Warning, "The mesh '" + scene.node(shape)->name +
+                                                "' is kept and not drawn: " + fault + ".");
     return mesh;
 }
 

@@ -258,21 +258,40 @@ void FaceBlock::write(const std::string& attrName, std::string& out) const {
     }
 }
 
-std::shared_ptr<const MeshTopology> FaceBlock::topology(const EdgeBlock& edges) const {
-    if (m_topology && m_topologyEdges == edges.revision())
+bool FaceBlock::addVertices(std::size_t face, const EdgeBlock& edges, std::size_t pointCount,
+                            MeshTopology& made) const {
+    const auto isPoint = [&](std::int32_t vertex) {
+        return vertex >= 0 && static_cast<std::size_t>(vertex) < pointCount;
+    };
+    for (std::size_t i = 0; i < edgeCountOf(face); ++i) {
+        const std::int32_t signedEdge = edgesOf(face)[i];
+        const bool along = signedEdge >= 0;
+        const auto* edge = edges.find(along ? signedEdge : -(signedEdge + 1));
+        if (!edge || !isPoint((*edge)[0]) || !isPoint((*edge)[1]))
+            return false;
+        made.faceVertices.push_back((*edge)[along ? 0u : 1u]);
+    }
+    made.faceCounts.push_back(static_cast<std::int32_t>(edgeCountOf(face)));
+    return true;
+}
+
+std::shared_ptr<const MeshTopology> FaceBlock::topology(const EdgeBlock& edges,
+                                                        std::size_t pointCount,
+                                                        std::string& fault) const {
+    if (m_topology && m_topologyEdges == edges.revision() && m_topologyPoints == pointCount)
         return m_topology;
     auto made = std::make_shared<MeshTopology>();
     made->faceCounts.reserve(size());
     made->faceVertices.reserve(m_edges.size());
     for (std::size_t face = 0; face < size(); ++face)
-        made->faceCounts.push_back(static_cast<std::int32_t>(edgeCountOf(face)));
-    for (std::int32_t signedEdge : m_edges) {
-        const bool along = signedEdge >= 0;
-        const auto* edge = edges.find(along ? signedEdge : -(signedEdge + 1));
-        made->faceVertices.push_back(edge ? (*edge)[along ? 0u : 1u] : 0);
-    }
+        if (!addVertices(face, edges, pointCount, *made)) {
+            fault = "face " + std::to_string(face) + " has an edge or a vertex that does not exist";
+            made = std::make_shared<MeshTopology>();
+            break;
+        }
     m_topology = std::move(made);
     m_topologyEdges = edges.revision();
+    m_topologyPoints = pointCount;
     return m_topology;
 }
 

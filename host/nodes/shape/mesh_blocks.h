@@ -94,12 +94,16 @@ class FaceBlock : public BulkArray {
     /// Edge numbers of a face, signed as in addFace.
     const std::int32_t* edgesOf(std::size_t face) const { return m_edges.data() + m_start[face]; }
     std::size_t edgeCountOf(std::size_t face) const { return m_start[face + 1] - m_start[face]; }
-    /// Vertices of all faces. Kept until faces or edges change; an edge that does not exist counts
-    /// as vertex 0.
-    std::shared_ptr<const MeshTopology> topology(const EdgeBlock& edges) const;
+    /// Vertices of all faces, for a mesh of `pointCount` points. Kept until faces, edges or the
+    /// count change. Without a face, and `fault` telling the first one that is broken, when an edge
+    /// does not exist or its vertex is none of the points.
+    std::shared_ptr<const MeshTopology> topology(const EdgeBlock& edges, std::size_t pointCount,
+                                                 std::string& fault) const;
 
   private:
     bool readFace(NumberSource& source, std::string& error);
+    bool addVertices(std::size_t face, const EdgeBlock& edges, std::size_t pointCount,
+                     MeshTopology& made) const;
 
     std::vector<std::int32_t> m_edges;
     std::vector<std::size_t> m_start{0};  // of each face in m_edges, and the end
@@ -107,6 +111,7 @@ class FaceBlock : public BulkArray {
     std::vector<std::size_t> m_extraStart{0};
     mutable std::shared_ptr<const MeshTopology> m_topology;
     mutable std::uint64_t m_topologyEdges = 0;
+    mutable std::size_t m_topologyPoints = 0;
 };
 
 }  // namespace torvel

@@ -207,4 +207,19 @@ MeshData polyCylinderMesh(double radius, double height, int segmentsAxis, int se
         .run();
 }
 
+double polyCubeFaces(double segmentsWidth, double segmentsHeight, double segmentsDepth) {
+    const double w = std::max(1.0, segmentsWidth), h = std::max(1.0, segmentsHeight),
+                 d = std::max(1.0, segmentsDepth);
+    return 2.0 * (w * h + h * d + w * d);
+}
+
+double polyPlaneFaces(double segmentsWidth, double segmentsHeight, double) {
+    return std::max(1.0, segmentsWidth) * std::max(1.0, segmentsHeight);
+}
+
+double polyCylinderFaces(double segmentsAxis, double segmentsHeight, double segmentsCaps) {
+    return std::max(3.0, segmentsAxis) *
+           (std::max(1.0, segmentsHeight) + 2.0 * std::max(0.0, segmentsCaps));
+}
+
 }  // namespace torvel

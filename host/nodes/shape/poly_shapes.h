@@ -19,4 +19,12 @@ MeshData polyPlaneMesh(double width, double height, int segmentsWidth, int segme
 MeshData polyCylinderMesh(double radius, double height, int segmentsAxis, int segmentsHeight,
                           int segmentsCaps, const V3d& axis);
 
+/// The most faces that one maker makes; with more of them its output is empty and a warning names
+/// it.
+inline constexpr double kMostPolyFaces = 4e6;
+// Faces for these counts; doubles, so that no count is too large to be asked about.
+double polyCubeFaces(double segmentsWidth, double segmentsHeight, double segmentsDepth);
+double polyPlaneFaces(double segmentsWidth, double segmentsHeight, double);
+double polyCylinderFaces(double segmentsAxis, double segmentsHeight, double segmentsCaps);
+
 }  // namespace torvel

@@ -55,15 +55,28 @@ constexpr TypeAttrs kCube("polyCube", kCreator, kPolyCubeAttrs);
 constexpr TypeAttrs kPlane("polyPlane", kCreator, kPolyPlaneAttrs);
 constexpr TypeAttrs kCylinder("polyCylinder", kCreator, kPolyCylinderAttrs);
 
+// Whole, and in a range in which faces can be counted; NaN is none.
 int count(const Evaluation& e, AttrIndex attr) {
-    return static_cast<int>(std::clamp(e.number(attr), 0.0, 10000.0));
+    const double value = e.number(attr);
+    return value > 0.0 ? static_cast<int>(std::min(value, kMostPolyFaces + 1.0)) : 0;
 }
 
 V3d axisOf(const Evaluation& e) {
     return e.vec3(kCreator["axis"]);
 }
 
-void put(Evaluation& e, MeshData mesh) {
+template <class Make>
+void put(Evaluation& e, double faces, Make&& make) {
+    MeshData mesh;
+    if (faces <= kMostPolyFaces) {
+        mesh = make();
+    } else {
+        mesh.topology = std::make_shared<const MeshTopology>();
+        e.scene().log().write(Channel::Warning,
+                              "'" + e.node().name + "' makes more than " +
+                                  std::to_string(static_cast<int>(kMostPolyFaces)) +
+                                  " faces and is not drawn.");
+    }
     e.set(kCreator["output"], std::make_shared<MeshData>(std::move(mesh)));
 }
 
@@ -71,15 +84,19 @@ void evaluateCube(Evaluation& e) {
     constexpr AttrIndex kWidth = kCube["width"], kHeight = kCube["height"], kDepth = kCube["depth"],
                         kAcross = kCube["subdivisionsWidth"], kUp = kCube["subdivisionsHeight"],
                         kDeep = kCube["subdivisionsDepth"];
-    put(e, polyCubeMesh(e.number(kWidth), e.number(kHeight), e.number(kDepth), count(e, kAcross),
-                        count(e, kUp), count(e, kDeep), axisOf(e)));
+    const int w = count(e, kAcross), h = count(e, kUp), d = count(e, kDeep);
+    put(e, polyCubeFaces(w, h, d), [&] {
+        return polyCubeMesh(e.number(kWidth), e.number(kHeight), e.number(kDepth), w, h, d,
+                            axisOf(e));
+    });
 }
 
 void evaluatePlane(Evaluation& e) {
     constexpr AttrIndex kWidth = kPlane["width"], kHeight = kPlane["height"],
                         kAcross = kPlane["subdivisionsWidth"], kUp = kPlane["subdivisionsHeight"];
-    put(e, polyPlaneMesh(e.number(kWidth), e.number(kHeight), count(e, kAcross), count(e, kUp),
-                         axisOf(e)));
+    const int w = count(e, kAcross), h = count(e, kUp);
+    put(e, polyPlaneFaces(w, h, 0.0),
+        [&] { return polyPlaneMesh(e.number(kWidth), e.number(kHeight), w, h, axisOf(e)); });
 }
 
 void evaluateCylinder(Evaluation& e) {
@@ -87,8 +104,11 @@ void evaluateCylinder(Evaluation& e) {
                         kAround = kCylinder["subdivisionsAxis"],
                         kUp = kCylinder["subdivisionsHeight"],
                         kCaps = kCylinder["subdivisionsCaps"];
-    put(e, polyCylinderMesh(e.number(kRadius), e.number(kHeight), count(e, kAround), count(e, kUp),
-                            count(e, kCaps), axisOf(e)));
+    const int around = count(e, kAround), rows = count(e, kUp), caps = count(e, kCaps);
+    put(e, polyCylinderFaces(around, rows, caps), [&] {
+        return polyCylinderMesh(e.number(kRadius), e.number(kHeight), around, rows, caps,
+                                axisOf(e));
+    });
 }
 
 constexpr NodeTypeRow kTypes[] = {

@@ -1,4 +1,5 @@
 // The command of every layout and control: one way to make, edit and ask them all.
+#include <algorithm>
 #include <deque>
 #include <map>
 
@@ -38,7 +39,7 @@ bool fromValue<bool>(const Value& value) {
 }
 template <>
 int fromValue<int>(const Value& value) {
-    return static_cast<int>(value.number());
+    return static_cast<int>(std::clamp(value.number(), -2147483647.0, 2147483647.0));
 }
 template <>
 double fromValue<double>(const Value& value) {
@@ -289,12 +290,28 @@ void place(UiTree& tree, int parent, QWidget* widget) {
         window->setCentralWidget(widget);
 }
 
+bool startsWith(std::string_view text, std::string_view head) {
+    return text.substr(0, head.size()) == head;
+}
+
+// Sizes and places, not what a field shows.
+bool countsPixels(const Kind& kind, const FlagRow& row) {
+    const std::string_view name = row.longName;
+    return kind.type.kind == UiKind::Layout || name == "width" || name == "height" ||
+           startsWith(name, "columnWidth") || startsWith(name, "columnAttach") ||
+           startsWith(name, "columnOffset");
+}
+
 Status apply(const CommandCall& call, const Kind& kind, const Part& part) {
     for (const ControlFlag* flag : kind.flags)
-        for (const FlagUse* use : call.uses(flag->row.longName))
+        for (const FlagUse* use : call.uses(flag->row.longName)) {
+            if (countsPixels(kind, *use->row))
+                if (Status fits = checkPixels(call, *use); !fits)
+                    return fits;
             if (flag->set)
                 if (Status done = flag->set(part, *use); !done)
                     return done;
+        }
     return Status::ok();
 }
 

@@ -56,6 +56,14 @@ Status onGrid(const Part& part, const FlagUse& use) {
     return Status::ok();
 }
 
+// 0: no column gives way.
+Status setGridAdjustable(const Part& part, const FlagUse& use) {
+    if (at(use, 0) < 0)
+        return Status::failure(part.element().type + ": columns and rows count from 1");
+    part.as<GridWidget>()->setAdjustable(at(use, 0));
+    return Status::ok();
+}
+
 template <class Widget>
 Status alignCells(const Part& part, const FlagUse& use) {
     part.as<Widget>()->setColumnAlign(at(use, 0), textAlignment(use.values[1]));
@@ -73,7 +81,7 @@ Status attachCells(const Part& part, const FlagUse& use) {
 constexpr ControlFlag kGridFlags[] = {
     {{"numberOfColumns", "nc", "i"}, nullptr, get<&GridWidget::columnCount>},
     {{"numberOfRows", "nr", "i"}, nullptr, get<&GridWidget::rowCount>},
-    {{"adjustableColumn", "adj", "i"}, put<&GridWidget::setAdjustable>},
+    {{"adjustableColumn", "adj", "i"}, setGridAdjustable},
     {{"columnWidth", "cw", "ii", kAllModes, true}, onGrid<&GridWidget::setColumnWidth>},
     {{"columnSpacing", "cs", "ii", kAllModes, true}, onGrid<&GridWidget::setColumnSpacing>},
     {{"columnAlign", "cal", "is", kAllModes, true}, alignCells<GridWidget>},

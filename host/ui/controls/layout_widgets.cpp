@@ -84,7 +84,8 @@ void GridWidget::setColumnWidth(int column, int width) {
     m_grid->setColumnMinimumWidth(at, width);
     for (int row = 1; row < m_grid->rowCount() && column != m_adjustable; row += 2)
         if (QLayoutItem* item = m_grid->itemAtPosition(row, at))
-            item->widget()->setFixedWidth(width);
+            if (item->widget())
+                item->widget()->setFixedWidth(width);
 }
 
 void GridWidget::setRowHeight(int row, int height) {
@@ -102,6 +103,8 @@ void GridWidget::setRowSpacing(int row, int pixels) {
 
 void GridWidget::setAdjustable(int column) {
     m_adjustable = column;
+    if (column < 1)
+        return;
     m_grid->setAlignment(Qt::AlignTop);
     m_grid->setColumnStretch(2 * column - 1, 1);
 }
@@ -130,8 +133,9 @@ void RowWidget::setColumnWidth(int column, int width) {
     m_widths[column] = width;
     if (column > m_filled || column == m_adjustable)
         return;
-    if (QWidget* child = m_box->itemAt(column - 1)->widget())
-        child->setFixedWidth(width);
+    QLayoutItem* item = m_box->itemAt(column - 1);  // a cell's part may have been deleted
+    if (item && item->widget())
+        item->widget()->setFixedWidth(width);
 }
 
 void RowWidget::take(QWidget* child) {

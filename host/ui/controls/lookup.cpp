@@ -1,5 +1,7 @@
 #include "ui/controls/lookup.h"
 
+#include <cmath>
+
 #include "script/session.h"
 #include "ui/desktop/main_window.h"
 #include "ui/controls/option_menu.h"
@@ -30,6 +32,15 @@ bool namedElementExists(const CommandCall& call, UiTree& tree, UiKind kind) {
     const std::vector<std::string> names = call.texts();
     const UiElement* one = names.size() == 1 ? tree.element(tree.lookUp(names.front())) : nullptr;
     return one && one->kind == kind;
+}
+
+Status checkPixels(const CommandCall& call, const FlagUse& use) {
+    constexpr int kMostPixels = 16384;
+    for (const Value& value : use.values)
+        if (value.isNumber() && !(std::abs(value.number()) <= kMostPixels))
+            return call.fail(std::string("the flag '") + use.row->longName + "' takes at most " +
+                             std::to_string(kMostPixels) + " pixels");
+    return Status::ok();
 }
 
 Status newName(const CommandCall& call, std::string& name) {

@@ -15,6 +15,9 @@ Status uiTree(const CommandCall& call, UiTree*& tree);
 Status namedElement(const CommandCall& call, UiTree& tree, UiKind kind, int& id);
 /// True when the call's one name stands for an element of that kind.
 bool namedElementExists(const CommandCall& call, UiTree& tree, UiKind kind);
+/// Refuses a size or a place beyond what a screen can show: "window: the flag 'width' takes at most
+/// 16384 pixels".
+Status checkPixels(const CommandCall& call, const FlagUse& use);
 /// The positional name for a new element; empty when none was given.
 Status newName(const CommandCall& call, std::string& name);
 

@@ -1,6 +1,7 @@
 #include "ui/controls/tree.h"
 
 #include <set>
+#include <utility>
 
 #include <QAction>
 #include <QMenu>
@@ -76,13 +77,14 @@ void UiTree::remove(int id) {
         return;
     if (id == m_currentParent)
         m_currentParent = it->second.parent;
-    const QPointer<QObject> object = it->second.object;
-    dropCallback(it->second.command);
-    for (const auto& [flag, command] : it->second.commands)
-        dropCallback(command.text);
+    const UiElement gone = std::move(it->second);
     m_elements.erase(it);
-    if (object)
-        retire(object);
+    // Letting a callable go may run a script, which may delete further elements.
+    dropCallback(gone.command);
+    for (const auto& [flag, command] : gone.commands)
+        dropCallback(command.text);
+    if (gone.object)
+        retire(gone.object);
 }
 
 const UiElement* UiTree::element(int id) const {

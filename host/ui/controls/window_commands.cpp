@@ -153,6 +153,9 @@ Status runWindow(const CommandCall& call, Value& result) {
     UiTree* tree = nullptr;
     if (Status ready = uiTree(call, tree); !ready)
         return ready;
+    for (const FlagUse& use : call.m_flags)
+        if (Status fits = checkPixels(call, use); !fits)
+            return fits;
     if (call.isCreate() && !call.has("exists"))
         return makeWindow(call, result);
     const std::vector<std::string> names = call.texts();
