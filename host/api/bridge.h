@@ -21,8 +21,7 @@ MAYA_API_NAMESPACE_OPEN
 struct MApiBridge {
     enum Kind : unsigned int { kNode, kAttribute, kPlugin };
 
-    // --- objects
-    // ---------------------------------------------------------------------------------------------
+    // --- objects ---------------------------------------------------------------------------------
     static MObject make(unsigned int kind, torvel::NodeHandle handle, unsigned int attribute) {
         MObject object;
         if (handle.isNull())
@@ -59,8 +58,7 @@ struct MApiBridge {
         return object.fKind == kPlugin ? object.fIndex : 0;
     }
 
-    // --- plugs
-    // -----------------------------------------------------------------------------------------------
+    // --- plugs -----------------------------------------------------------------------------------
     static torvel::Plug plug(const MPlug& source) {
         torvel::Plug result;
         std::memcpy(static_cast<void*>(&result), source.fData, sizeof(result));
@@ -75,8 +73,7 @@ struct MApiBridge {
         return result;
     }
 
-    // --- paths
-    // -----------------------------------------------------------------------------------------------
+    // --- paths -----------------------------------------------------------------------------------
     static torvel::NodeHandle handle(const MDagPath& path) {
         return path.fState ? torvel::NodeHandle{path.fIndex, path.fGeneration}
                            : torvel::NodeHandle{};
@@ -93,8 +90,7 @@ struct MApiBridge {
         return result;
     }
 
-    // --- texts
-    // -----------------------------------------------------------------------------------------------
+    // --- texts -----------------------------------------------------------------------------------
     static MString text(const std::string& source) {
         MString result;
         result.assign(source.data(), static_cast<unsigned int>(source.size()));

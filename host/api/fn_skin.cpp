@@ -106,8 +106,7 @@ MStatus collectShapes(const MObject& deformer, const char* attribute, Way way,
 
 }  // namespace
 
-// --- MFnGeometryFilter
-// -----------------------------------------------------------------------------------------------
+// --- MFnGeometryFilter ---------------------------------------------------------------------------
 
 MFnGeometryFilter::MFnGeometryFilter() = default;
 
@@ -133,8 +132,7 @@ MStatus MFnGeometryFilter::getOutputGeometry(MObjectArray& objects) const {
     return collectShapes(fObject, "outputGeometry", Way::Out, objects);
 }
 
-// --- MFnSkinCluster
-// --------------------------------------------------------------------------------------------------
+// --- MFnSkinCluster ------------------------------------------------------------------------------
 
 MFnSkinCluster::MFnSkinCluster() = default;
 

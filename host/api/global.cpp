@@ -120,8 +120,7 @@ MString runForText(const Script& script, MStatus* ReturnStatus) {
 
 }  // namespace
 
-// --- messages and selection
-// ------------------------------------------------------------------------------------------
+// --- messages and selection ----------------------------------------------------------------------
 
 void MGlobal::displayInfo(const MString& text) {
     show(Channel::Info, text);
@@ -177,8 +176,7 @@ MStatus MGlobal::getSelectionListByName(const MString& name, MSelectionList& lis
     return list.add(name);
 }
 
-// --- scripts
-// ---------------------------------------------------------------------------------------------------------
+// --- scripts -------------------------------------------------------------------------------------
 
 MStatus MGlobal::executeCommand(const MString& command, bool displayEnabled, bool undoEnabled) {
     return run({kMel, "plain", command, displayEnabled, undoEnabled});

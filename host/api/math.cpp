@@ -19,8 +19,7 @@ bool near(double a, double b, double tolerance) {
 
 }  // namespace
 
-// --- MPoint
-// ----------------------------------------------------------------------------------------------------------
+// --- MPoint --------------------------------------------------------------------------------------
 
 MPoint::MPoint(const MVector& vector) : x(vector.x), y(vector.y), z(vector.z), w(1.0) {}
 
@@ -105,8 +104,7 @@ bool MPoint::isEquivalent(const MPoint& other, double tolerance) const {
            near(z, other.z, tolerance) && near(w, other.w, tolerance);
 }
 
-// --- MVector
-// ---------------------------------------------------------------------------------------------------------
+// --- MVector -------------------------------------------------------------------------------------
 
 MVector::MVector(const MPoint& point) : x(point.x), y(point.y), z(point.z) {}
 
@@ -198,8 +196,7 @@ bool MVector::isEquivalent(const MVector& other, double tolerance) const {
            near(z, other.z, tolerance);
 }
 
-// --- MMatrix
-// ---------------------------------------------------------------------------------------------------------
+// --- MMatrix -------------------------------------------------------------------------------------
 
 MMatrix::MMatrix() {
     setToIdentity();

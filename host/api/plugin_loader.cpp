@@ -104,17 +104,11 @@ std::vector<std::string> Plugins::searchPath() const {
             folders.push_back(text.substr(at, end - at));
         at = end + 1;
     }
-    folders.insert(folders.end(), m_folders.begin(), m_folders.end());
     if (const std::string program = programFolder(); !program.empty()) {
         folders.push_back(program);
         folders.push_back(program + "/plug-ins");
     }
     return folders;
-}
-
-void Plugins::addSearchFolder(const std::string& folder) {
-    if (std::find(m_folders.begin(), m_folders.end(), folder) == m_folders.end())
-        m_folders.push_back(folder);
 }
 
 std::string Plugins::locate(const std::string& nameOrPath) const {

@@ -45,10 +45,9 @@ class Plugins {
     /// In the order of their first load, unloaded ones too.
     const std::vector<std::unique_ptr<PluginRecord>>& all() const { return m_records; }
 
-    /// Folders that plug-ins given by name are looked for in: MAYA_PLUG_IN_PATH, then the added
-    /// ones, then the folder of the program and its sub-folder plug-ins.
+    /// Folders that plug-ins given by name are looked for in: MAYA_PLUG_IN_PATH, then the
+    /// folder of the program and its sub-folder plug-ins.
     std::vector<std::string> searchPath() const;
-    void addSearchFolder(const std::string& folder);
 
   private:
     std::string locate(const std::string& nameOrPath) const;
@@ -56,7 +55,6 @@ class Plugins {
     Status initialise(PluginRecord& record);
 
     std::vector<std::unique_ptr<PluginRecord>> m_records;
-    std::vector<std::string> m_folders;
 };
 
 }  // namespace torvel

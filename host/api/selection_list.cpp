@@ -210,8 +210,7 @@ const std::vector<SelectionItem>& MApiBridge::items(const MSelectionList& list) 
     return list.fData->items;
 }
 
-// --- MItSelectionList
-// ------------------------------------------------------------------------------------------------
+// --- MItSelectionList ----------------------------------------------------------------------------
 
 struct MItSelectionList::Data {
     std::vector<SelectionItem> items;

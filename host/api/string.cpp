@@ -64,8 +64,7 @@ bool readWhole(std::string_view text, Number& value) {
 
 }  // namespace
 
-// --- making and ending
-// -----------------------------------------------------------------------------------------------
+// --- making and ending ---------------------------------------------------------------------------
 
 MString::MString() : fText(nullptr), fLength(0), fCapacity(0), fWide(nullptr) {}
 
@@ -133,8 +132,7 @@ void MString::append(const char* text, unsigned int count) {
     fText[fLength] = '\0';
 }
 
-// --- assigning and joining
-// -------------------------------------------------------------------------------------------
+// --- assigning and joining -----------------------------------------------------------------------
 
 MString& MString::operator=(const MString& other) {
     if (&other != this)
@@ -226,8 +224,7 @@ MString operator+(const char* left, const MString& right) {
     return MString(left) + right;
 }
 
-// --- reading
-// ---------------------------------------------------------------------------------------------------------
+// --- reading -------------------------------------------------------------------------------------
 
 const char* MString::asChar() const {
     return fText ? fText : "";
@@ -272,8 +269,7 @@ bool MString::isEmpty() const {
     return fLength == 0;
 }
 
-// --- setting
-// ---------------------------------------------------------------------------------------------------------
+// --- setting -------------------------------------------------------------------------------------
 
 // The host runs in a UTF-8 locale, so text of the locale and UTF-8 are the same bytes.
 MStatus MString::set(const char* text) {
@@ -321,8 +317,7 @@ void MString::clear() {
     assign("", 0);
 }
 
-// --- searching and cutting
-// -------------------------------------------------------------------------------------------
+// --- searching and cutting -----------------------------------------------------------------------
 
 int MString::index(char c) const {
     return position(view(*this).find(c));

@@ -1,8 +1,6 @@
 #include "app/host_setup.h"
 
 #include "api/plugin_commands.h"
-#include "commands/host/coverage.h"
-#include "commands/host/state.h"
 #include "script/session.h"
 #include "commands/tables.h"
 #include "files/file_commands.h"
@@ -10,7 +8,6 @@
 #include "python/language.h"
 #include "ui/controls/control_type.h"
 #include "ui/controls/dialog_state.h"
-#include "commands/host/render.h"
 #include "ui/tools/commands.h"
 #include "ui/commands.h"
 
@@ -19,7 +16,6 @@ namespace torvel {
 void setUpSession(Session& session) {
     addSceneCommands(session);
     const CommandTable tables[] = {
-        coverageCommands(),
         fileCommands(),
         melCommands(),
         pythonCommands(),
@@ -28,11 +24,9 @@ void setUpSession(Session& session) {
         controlCommands(),
         dialogCommands(),
         toolCommands(),
-        renderCommands(),
-        {kMeasureCommands, kMeasureCommandCount},
     };
     for (const CommandTable& table : tables)
-        session.addCommands(table.rows, table.count);
+        session.addCommands(table);
     setUpMel(session);
     setUpPython(session);
 }

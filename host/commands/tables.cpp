@@ -1,46 +1,55 @@
 #include "commands/tables.h"
 
 #include "script/session.h"
-#include "commands/skin/commands.h"
+
+// The families of commands: each stands in a file of its own, which holds their rows.
+#define TORVEL_COMMAND_FAMILIES(family)                                               \
+    family(attributeCommands)         /* getAttr setAttr */                           \
+        family(attributeEditCommands) /* addAttr deleteAttr */                        \
+        family(attributeInfoCommands) /* attributeQuery listAttr */                   \
+        family(connectionCommands)    /* connectAttr disconnectAttr ... */            \
+        family(createCommands)        /* createNode group */                          \
+        family(deleteCommands)        /* delete */                                    \
+        family(duplicateCommands)     /* duplicate */                                 \
+        family(relationCommands)      /* listRelatives listConnections ... */         \
+        family(renameCommands)        /* rename lockNode namespace ... */             \
+        family(shadingCommands)       /* shadingNode */                               \
+        family(locatorCommands)       /* spaceLocator */                              \
+        family(listCommands)          /* ls objExists nodeType */                     \
+        family(selectCommands)        /* select selectMode hilite */                  \
+        family(setCommands)           /* sets */                                      \
+        family(freezeCommands)        /* makeIdentity */                              \
+        family(matchCommands)         /* matchTransform */                            \
+        family(moveCommands)          /* move rotate scale */                         \
+        family(parentCommands)        /* parent */                                    \
+        family(transformCommands)     /* xform */                                     \
+        family(circleCommands)        /* circle */                                    \
+        family(curveCommands)         /* curve */                                     \
+        family(measureCommands)       /* arclen polyEvaluate pointPosition ... */     \
+        family(polyCommands)          /* polyCube polyPlane polyCylinder */           \
+        family(skinCommands)          /* skinCluster skinPercent dagPose ... */       \
+        family(jointCommands)         /* joint */                                     \
+        family(ikCommands)            /* ikHandle */                                  \
+        family(constraintCommands)    /* parentConstraint ... poleVectorConstraint */ \
+        family(keyCommands)           /* setKeyframe cutKey setDrivenKeyframe */      \
+        family(keyEditCommands)       /* keyframe keyTangent findKeyframe */          \
+        family(timeCommands)          /* currentTime playbackOptions play ... */      \
+        family(aboutCommands)         /* about undoInfo upAxis ... */                 \
+        family(optionVarCommands)     /* optionVar */                                 \
+        family(coverageCommands)      /* hostCoverage */                              \
+        family(renderCommands)        /* hostRender */                                \
+        family(stateCommands)         /* hostState */
 
 namespace torvel {
 
+#define TORVEL_DECLARE(family) CommandTable family();
+TORVEL_COMMAND_FAMILIES(TORVEL_DECLARE)
+#undef TORVEL_DECLARE
+
 void addSceneCommands(Session& session) {
-    const CommandTable tables[] = {
-        attributeCommands(),
-        attributeEditCommands(),
-        connectionCommands(),
-        constraintCommands(),
-        createCommands(),
-        deleteCommands(),
-        duplicateCommands(),
-        freezeCommands(),
-        ikCommands(),
-        jointCommands(),
-        listCommands(),
-        locatorCommands(),
-        matchCommands(),
-        miscCommands(),
-        moveCommands(),
-        parentCommands(),
-        relationCommands(),
-        renameCommands(),
-        selectCommands(),
-        setCommands(),
-        shadingCommands(),
-        transformCommands(),
-        circleCommands(),
-        curveCommands(),
-        measureCommands(),
-        {kSkinCommands, kSkinCommandCount},
-        attributeInfoCommands(),
-        keyCommands(),
-        keyEditCommands(),
-        timeCommands(),
-        {kPolyCommands, kPolyCommandCount},
-    };
-    for (const CommandTable& table : tables)
-        session.addCommands(table.rows, table.count);
+#define TORVEL_ADD(family) session.addCommands(family());
+    TORVEL_COMMAND_FAMILIES(TORVEL_ADD)
+#undef TORVEL_ADD
 }
 
 }  // namespace torvel

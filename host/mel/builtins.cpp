@@ -6,11 +6,9 @@
 #include <unordered_map>
 
 #include "graph/names.h"
-#include "script/deferred.h"
 #include "mel/interpreter.h"
 #include "mel/pattern.h"
 #include "mel/value.h"
-#include "script/output.h"
 
 namespace torvel::mel {
 
@@ -36,8 +34,7 @@ Value::List listOf(const Value& value) {
     return value.isList() ? value.list() : Value::List{value};
 }
 
-// --- running and telling
-// -------------------------------------------------------------------------------------
+// --- running and telling -------------------------------------------------------------------------
 
 std::string joinedText(Interpreter& in, const Node& call) {
     std::string text;
@@ -48,7 +45,7 @@ std::string joinedText(Interpreter& in, const Node& call) {
 
 Value runPrint(Interpreter& in, const Node& call) {
     const std::vector<Value> values = arguments(in, call, 1, 1);
-    writeScriptOutput(textOf(values[0]));
+    in.session().output().write(textOf(values[0]));
     return Value();
 }
 
@@ -114,7 +111,7 @@ Value runEvalDeferred(Interpreter& in, const Node& call) {
         if (child->what != NodeKind::Flag)
             text += (text.empty() ? "" : " ") + textOf(in.evaluate(*child));
     Session* session = &in.session();
-    runLater([session, text] {
+    session->deferred()->add([session, text] {
         Value ignored;
         if (Session::current() == session && session->mel)
             ignore(session->mel->run(text, ignored));
@@ -143,8 +140,7 @@ Value runGetenv(Interpreter& in, const Node& call) {
     return Value(text ? text : "");
 }
 
-// --- arrays
-// ---------------------------------------------------------------------------------------------------
+// --- arrays --------------------------------------------------------------------------------------
 
 Value runSize(Interpreter& in, const Node& call) {
     const Value value = arguments(in, call, 1, 1)[0];
@@ -227,8 +223,7 @@ Value runAppendArray(Interpreter& in, const Node& call) {
     return Value();
 }
 
-// --- texts
-// ----------------------------------------------------------------------------------------------------
+// --- texts ---------------------------------------------------------------------------------------
 
 Value changedCase(Interpreter& in, const Node& call, char from, char to) {
     std::string text = textOf(arguments(in, call, 1, 1)[0]);
@@ -343,8 +338,7 @@ Value runStringToArray(Interpreter& in, const Node& call) {
     return Value::strings(tokensOf(textOf(values[0]), textOf(values[1])));
 }
 
-// --- numbers
-// --------------------------------------------------------------------------------------------------
+// --- numbers -------------------------------------------------------------------------------------
 
 template <double (*F)(double)>
 Value ofOne(Interpreter& in, const Node& call) {

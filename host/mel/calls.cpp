@@ -5,6 +5,7 @@ namespace torvel::mel {
 
 namespace {
 
+// A text such as "-n" is a flag, too, where the command has it.
 bool looksLikeFlag(const Value& value) {
     if (!value.isString() || value.string().size() < 2 || value.string()[0] != '-')
         return false;
@@ -35,7 +36,7 @@ Value Interpreter::call(const Node& node) {
         if (const Command* command = m_session.findCommand(node.text))
             return callCommand(*command, node);
         if (const PluginCommand* command = m_session.findPluginCommand(node.text))
-            return callPlugin(PluginCommand(*command), node);
+            return callPlugin(*command, node);
         throw Fault{"Cannot find procedure \"" + node.text + "\".", node.line, 0, {}};
     } catch (Fault& fault) {
         if (fault.line == 0)
@@ -96,22 +97,26 @@ std::vector<Interpreter::Word> Interpreter::words(const Node& call) {
     return words;
 }
 
+// The flag that a word stands for; empty for a value.
+std::string Interpreter::flagOf(const Command& command, const Word& word) {
+    if (word.isFlag)
+        return word.value.string();
+    if (!looksLikeFlag(word.value))
+        return {};
+    const std::string name = word.value.string().substr(1);
+    return melArgumentCount(command, name, false) >= 0 ? name : std::string();
+}
+
 void Interpreter::split(const Command& command, const std::vector<Word>& words,
                         std::vector<RawFlag>& flags, std::vector<Value>& args) {
     bool query = false;
     for (const Word& word : words)
-        query = query ||
-                (word.isFlag && (word.value.string() == "q" || word.value.string() == "query"));
+        query = query || modeOfFlag(command, flagOf(command, word)) == kQuery;
     for (std::size_t i = 0; i < words.size(); ++i) {
-        const Word& word = words[i];
         RawFlag flag;
-        if (word.isFlag)
-            flag.name = word.value.string();
-        else if (looksLikeFlag(word.value) &&
-                 melArgumentCount(command, word.value.string().substr(1), query) >= 0)
-            flag.name = word.value.string().substr(1);
+        flag.name = flagOf(command, words[i]);
         if (flag.name.empty()) {
-            args.push_back(word.value);
+            args.push_back(words[i].value);
             continue;
         }
         for (int left = melArgumentCount(command, flag.name, query); left > 0; --left) {
@@ -127,12 +132,8 @@ Value Interpreter::callCommand(const Command& command, const Node& call) {
     std::vector<RawFlag> flags;
     std::vector<Value> args;
     split(command, words(call), flags, args);
-    CommandCall parsed(m_session, command.name);
     Value result;
-    Status status = parseCall(command, flags, std::move(args), parsed);
-    if (status)
-        status = command.run(parsed, result);
-    if (!status)
+    if (const Status status = m_session.run(command, flags, std::move(args), result); !status)
         throw Fault{status.text(), call.line, 0, {}};
     return result;
 }
@@ -142,7 +143,7 @@ Value Interpreter::callPlugin(const PluginCommand& command, const Node& call) {
     for (const Word& word : words(call))
         args.push_back(word.isFlag ? Value("-" + word.value.string()) : word.value);
     Value result;
-    if (const Status status = command(args, result); !status)
+    if (const Status status = m_session.run(call.text, command, args, result); !status)
         throw Fault{status.text(), call.line, 0, {}};
     return result;
 }

@@ -19,7 +19,7 @@ const Command kRows[] = {{"eval", nullptr, 0, runEval, "Runs a MEL text and retu
 }  // namespace
 
 CommandTable melCommands() {
-    return {kRows, sizeof kRows / sizeof kRows[0]};
+    return {kRows, std::size(kRows)};
 }
 
 }  // namespace torvel

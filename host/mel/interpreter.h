@@ -85,6 +85,7 @@ class Interpreter {
     Value callCommand(const Command& command, const Node& call);
     Value callPlugin(const PluginCommand& command, const Node& call);
     std::vector<Word> words(const Node& call);
+    static std::string flagOf(const Command& command, const Word& word);
     static void split(const Command& command, const std::vector<Word>& words,
                       std::vector<RawFlag>& flags, std::vector<Value>& args);
 

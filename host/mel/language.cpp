@@ -2,10 +2,8 @@
 
 #include <exception>
 #include <fstream>
-#include <map>
 #include <sstream>
 
-#include "script/deferred.h"
 #include "mel/interpreter.h"
 
 namespace torvel {
@@ -32,7 +30,7 @@ class MelLanguage : public Language {
 
   private:
     Status runText(const std::string& text, const std::string& path, Value& result) {
-        const ScriptDepth depth;
+        const ScriptDepth depth(m_session.deferred());
         try {
             result = m_interpreter.run(text, path);
             return Status::ok();
@@ -51,18 +49,21 @@ class MelLanguage : public Language {
     mel::Interpreter m_interpreter;
 };
 
+struct KeptMel {
+    std::unique_ptr<Language> language;
+};
+
 }  // namespace
 
 std::unique_ptr<Language> makeMelLanguage(Session& session) {
     auto language = std::make_unique<MelLanguage>(session);
     session.mel = language.get();
-    session.addCommands(melCommands().rows, melCommands().count);
+    session.addCommands(melCommands());
     return language;
 }
 
 void setUpMel(Session& session) {
-    static auto* kept = new std::map<Session*, std::unique_ptr<Language>>;
-    (*kept)[&session] = makeMelLanguage(session);
+    session.kept<KeptMel>().language = makeMelLanguage(session);
 }
 
 }  // namespace torvel

@@ -14,7 +14,7 @@ namespace torvel {
 /// What stood before the fault has happened.
 std::unique_ptr<Language> makeMelLanguage(Session& session);
 
-/// The same, kept for the rest of the process or until the session's address is used again.
+/// The same, kept by the session as long as it lives.
 void setUpMel(Session& session);
 
 /// Commands of MEL that other languages may call as well: eval.

@@ -37,7 +37,7 @@ PyObject* callbackObject(long number) {
 namespace {
 
 Status callObject(Session& session, PyObject* callable, const std::vector<Value>& args) {
-    const ScriptDepth depth;
+    const ScriptDepth depth(session.deferred());
     const py::Gil lock;
     const py::Ref kept = py::Ref::borrowed(callable);  // it may remove itself
     const py::Ref tuple(PyTuple_New(static_cast<Py_ssize_t>(args.size())));

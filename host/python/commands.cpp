@@ -56,9 +56,7 @@ Status runCommand(const CommandObject& self, const std::vector<RawFlag>& flags,
     const CallerMark mark(self.command != nullptr);
     if (!self.command)
         return g_session->call(*self.name, flags, std::move(args), result);
-    CommandCall call(*g_session, self.command->name);
-    const Status parsed = parseCall(*self.command, flags, std::move(args), call);
-    return parsed ? self.command->run(call, result) : parsed;
+    return g_session->run(*self.command, flags, std::move(args), result);
 }
 
 PyObject* callCommand(PyObject* object, PyObject* const* values, std::size_t count,

@@ -6,8 +6,6 @@
 #include <QMetaObject>
 
 #include "script/session.h"
-#include "script/deferred.h"
-#include "script/output.h"
 #include "python/callbacks.h"
 #include "python/commands.h"
 #include "python/run.h"
@@ -25,9 +23,12 @@ PyObject* write(PyObject*, PyObject* args) {
     const Ref bytes(PyUnicode_AsEncodedString(text, "utf-8", "replace"));
     if (!bytes)
         return nullptr;
-    writeScriptOutput(
-        {PyBytes_AS_STRING(bytes.get()), static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.get()))},
-        stream == 2);
+    ScriptOutput plain;
+    Session* session = currentSession();
+    (session ? session->output() : plain)
+        .write({PyBytes_AS_STRING(bytes.get()),
+                static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.get()))},
+               stream == 2);
     Py_RETURN_NONE;
 }
 
@@ -64,7 +65,11 @@ std::shared_ptr<PyObject> kept(PyObject* callable) {
 
 PyObject* later(PyObject*, PyObject* callable) {
     const std::shared_ptr<PyObject> task = kept(callable);
-    runLater([task] {
+    if (!currentSession()) {
+        PyErr_SetString(PyExc_RuntimeError, "There is no scene to work on.");
+        return nullptr;
+    }
+    currentSession()->deferred()->add([task] {
         const Gil lock;
         const Ref result(PyObject_CallNoArgs(task.get()));
         Session* session = currentSession();

@@ -4,10 +4,8 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <map>
 #include <sstream>
 
-#include "script/deferred.h"
 #include "python/callbacks.h"
 #include "python/commands.h"
 #include "python/interpreter.h"
@@ -40,7 +38,7 @@ class PythonLanguage : public Language {
 
     Status run(const std::string& text, Value& result) override {
         py::followEventLoop();
-        const ScriptDepth depth;
+        const ScriptDepth depth(m_session.deferred());
         const py::Gil lock;
         const py::CallerMark mark(false);
         return py::runText(m_session, text, "<maya console>", true, result);
@@ -48,7 +46,7 @@ class PythonLanguage : public Language {
 
     Status runFile(const std::string& path) override {
         py::followEventLoop();
-        const ScriptDepth depth;
+        const ScriptDepth depth(m_session.deferred());
         const py::Gil lock;
         std::ifstream file(path, std::ios::binary);
         std::ostringstream text;
@@ -112,7 +110,7 @@ Status runWarning(const CommandCall& call, Value&) {
 Status runEvalDeferred(const CommandCall& call, Value&) {
     Session* session = &call.session();
     const std::string text = joined(call);
-    runLater([session, text] {
+    session->deferred()->add([session, text] {
         Value ignored;
         if (Session::current() == session && session->python)
             ignore(session->python->run(text, ignored));
@@ -135,21 +133,26 @@ const Command kRows[] = {
 }  // namespace
 
 CommandTable pythonCommands() {
-    return {kRows, sizeof kRows / sizeof kRows[0]};
+    return {kRows, std::size(kRows)};
 }
 
+namespace {
+
+struct KeptPython {
+    std::unique_ptr<Language> language;
+};
+
+}  // namespace
+
 std::unique_ptr<Language> makePythonLanguage(Session& session) {
-    session.addCommands(kRows, pythonCommands().count);
+    session.addCommands(pythonCommands());
     auto language = std::make_unique<PythonLanguage>(session);
     session.python = language.get();
     return language;
 }
 
 void setUpPython(Session& session) {
-    static auto* kept = new std::map<Session*, std::unique_ptr<Language>>;
-    std::unique_ptr<Language>& place = (*kept)[&session];
-    place.reset();
-    place = makePythonLanguage(session);
+    session.kept<KeptPython>().language = makePythonLanguage(session);
 }
 
 }  // namespace torvel

@@ -17,7 +17,7 @@ namespace torvel {
 /// sys.argv alone and puts the script's folder on sys.path.
 std::unique_ptr<Language> makePythonLanguage(Session& session);
 
-/// The same, kept for the rest of the process or until the session's address is used again.
+/// The same, kept by the session as long as it lives.
 void setUpPython(Session& session);
 
 /// python, error, warning, evalDeferred.

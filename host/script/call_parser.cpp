@@ -1,9 +1,9 @@
-#include <cstdlib>
 #include <cstdio>
 #include <cstring>
 #include <limits>
 #include <utility>
 
+#include "base/units.h"
 #include "script/command.h"
 #include "script/session.h"
 #include "base/number_text.h"
@@ -12,45 +12,8 @@ namespace torvel {
 
 namespace {
 
-constexpr double kDegreesPerRadian = 57.295779513082320876798;
-
-struct Unit {
-    const char* name;
-    double factor;
-};
-constexpr Unit kAngleUnits[] = {{"", 1.0},
-                                {"deg", 1.0},
-                                {"degree", 1.0},
-                                {"rad", kDegreesPerRadian},
-                                {"radian", kDegreesPerRadian},
-                                {"min", 1.0 / 60.0},
-                                {"sec", 1.0 / 3600.0}};
-constexpr Unit kLengthUnits[] = {{"", 1.0},        {"mm", 0.1},         {"millimeter", 0.1},
-                                 {"cm", 1.0},      {"centimeter", 1.0}, {"m", 100.0},
-                                 {"meter", 100.0}, {"km", 100000.0},    {"kilometer", 100000.0},
-                                 {"in", 2.54},     {"inch", 2.54},      {"ft", 30.48},
-                                 {"foot", 30.48},  {"yd", 91.44},       {"yard", 91.44},
-                                 {"mi", 160934.4}, {"mile", 160934.4}};
-
-template <std::size_t N>
-bool readWithUnit(const std::string& text, const Unit (&units)[N], double& value) {
-    char* end = nullptr;
-    const double number = std::strtod(text.c_str(), &end);
-    if (end == text.c_str())
-        return false;
-    while (*end == ' ')
-        ++end;
-    for (const Unit& unit : units)
-        if (std::strcmp(unit.name, end) == 0) {
-            value = number * unit.factor;
-            return true;
-        }
-    return false;
-}
-
-bool readNumber(const std::string& text, double& value) {
-    static constexpr Unit kNone[] = {{"", 1.0}};
-    return readWithUnit(text, kNone, value);
+bool readPlain(const std::string& text, double& value) {
+    return readMeasure(text, Measure::Number, value);
 }
 
 bool hasStar(const FlagRow& row) {
@@ -71,16 +34,6 @@ const FlagRow* findRow(const Command& command, std::string_view name) {
         if (name == command.flags[i].longName || name == command.flags[i].shortName)
             return &command.flags[i];
     return nullptr;
-}
-
-// The mode that a flag name switches on; kCreate when the name is no mode or is a flag of the
-// command's own.
-Mode modeOf(const Command& command, std::string_view name) {
-    const bool query = name == "q" || name == "query";
-    const bool edit = name == "e" || name == "edit";
-    if ((!query && !edit) || findRow(command, name))
-        return kCreate;
-    return query ? kQuery : kEdit;
 }
 
 const char* letterName(char letter) {
@@ -160,7 +113,7 @@ bool takeText(Value& value, bool strict) {
 
 bool takeInteger(Value& value, bool strict) {
     double number = value.number();
-    if (value.isString() ? strict || !readNumber(value.string(), number) : !value.isNumber())
+    if (value.isString() ? strict || !readPlain(value.string(), number) : !value.isNumber())
         return false;
     if (value.isDouble() && strict)
         return false;
@@ -185,10 +138,9 @@ bool takeBool(Value& value) {
     return true;
 }
 
-template <std::size_t N>
-bool takeMeasure(Value& value, const Unit (&units)[N]) {
+bool takeMeasure(Value& value, Measure kind) {
     double number = value.number();
-    if (value.isString() ? !readWithUnit(value.string(), units, number) : !value.isNumber())
+    if (value.isString() ? !readMeasure(value.string(), kind, number) : !value.isNumber())
         return false;
     value = Value(number);
     return true;
@@ -196,7 +148,7 @@ bool takeMeasure(Value& value, const Unit (&units)[N]) {
 
 bool takeNumber(Value& value, bool strict) {
     double number = value.number();
-    if (value.isString() ? strict || !readNumber(value.string(), number) : !value.isNumber())
+    if (value.isString() ? strict || !readPlain(value.string(), number) : !value.isNumber())
         return false;
     value = Value(number);
     return true;
@@ -209,8 +161,8 @@ bool takeAs(char letter, Value& value, bool strict) {
         case 's': return takeText(value, strict);
         case 'i': return takeInteger(value, strict);
         case 'd': return takeNumber(value, strict);
-        case 'a': return takeMeasure(value, kAngleUnits);
-        case 'l': return takeMeasure(value, kLengthUnits);
+        case 'a': return takeMeasure(value, Measure::Angle);
+        case 'l': return takeMeasure(value, Measure::Length);
         case 'b': return takeBool(value);
         case 't': return value.isNumber() || value.isString();
         default: return true;
@@ -328,7 +280,7 @@ Status addFlag(const Command& command, const RawFlag& raw, CommandCall& call) {
 }
 
 Status readMode(const Command& command, const RawFlag& raw, CommandCall& call) {
-    const Mode mode = modeOf(command, raw.name);
+    const Mode mode = modeOfFlag(command, raw.name);
     if (mode == kCreate)
         return Status::ok();
     if (raw.fromPython &&
@@ -403,6 +355,14 @@ bool haveZeroByte(const std::vector<Value>& values) {
 
 }  // namespace
 
+Mode modeOfFlag(const Command& command, std::string_view flag) {
+    const bool query = flag == "q" || flag == "query";
+    const bool edit = flag == "e" || flag == "edit";
+    if ((!query && !edit) || findRow(command, flag))
+        return kCreate;
+    return query ? kQuery : kEdit;
+}
+
 Status parseCall(const Command& command, const std::vector<RawFlag>& flags, std::vector<Value> args,
                  CommandCall& call) {
     if (haveZeroByte(args) || std::any_of(flags.begin(), flags.end(), [](const RawFlag& raw) {
@@ -414,7 +374,7 @@ Status parseCall(const Command& command, const std::vector<RawFlag>& flags, std:
             return done;
     call.m_flags.reserve(flags.size());
     for (const RawFlag& raw : flags) {
-        if (modeOf(command, raw.name) != kCreate)
+        if (modeOfFlag(command, raw.name) != kCreate)
             continue;
         if (const Status done = addFlag(command, raw, call); !done)
             return done;
@@ -425,7 +385,7 @@ Status parseCall(const Command& command, const std::vector<RawFlag>& flags, std:
 int melArgumentCount(const Command& command, std::string_view flag, bool query) {
     const FlagRow* row = findRow(command, flag);
     if (!row)
-        return modeOf(command, flag) != kCreate ? 0 : -1;
+        return modeOfFlag(command, flag) != kCreate ? 0 : -1;
     if (isSwitch(*row) || (query && !row->queryTakesValue))
         return 0;
     return hasStar(*row) ? std::numeric_limits<int>::max() : static_cast<int>(letterCount(*row));
@@ -466,7 +426,7 @@ double CommandCall::number(std::string_view longName, double fallback, std::size
         return fallback;
     const Value& value = found->values[at];
     double number = value.number();
-    if (value.isString() && !readNumber(value.string(), number))
+    if (value.isString() && !readPlain(value.string(), number))
         return fallback;
     return number;
 }

@@ -112,6 +112,10 @@ struct RawFlag {
 Status parseCall(const Command& command, const std::vector<RawFlag>& flags, std::vector<Value> args,
                  CommandCall& call);
 
+/// kQuery for the flags q and query, kEdit for e and edit, as long as the command has no flag of
+/// its own by that name; kCreate for any other.
+Mode modeOfFlag(const Command& command, std::string_view flag);
+
 /// Number of arguments that a MEL flag eats: -1 unknown flag, given the mode (query flags eat none
 /// unless queryTakesValue).
 int melArgumentCount(const Command& command, std::string_view flag, bool query);

@@ -1,6 +1,5 @@
 #include "script/deferred.h"
 
-#include <deque>
 #include <utility>
 
 #include <QCoreApplication>
@@ -8,40 +7,29 @@
 
 namespace torvel {
 
-namespace {
-
-int g_depth = 0;
-
-std::deque<std::function<void()>>& waiting() {
-    static std::deque<std::function<void()>> tasks;
-    return tasks;
-}
-
-}  // namespace
-
-void runLater(std::function<void()> task) {
+void DeferredTasks::add(std::function<void()> task) {
     if (QCoreApplication* application = QCoreApplication::instance())
         QTimer::singleShot(0, application, std::move(task));
     else
-        waiting().push_back(std::move(task));
+        m_waiting.push_back(std::move(task));
 }
 
-void runDeferred() {
-    while (!waiting().empty()) {
-        const std::function<void()> task = std::move(waiting().front());
-        waiting().pop_front();
+void DeferredTasks::run() {
+    while (!m_waiting.empty()) {
+        const std::function<void()> task = std::move(m_waiting.front());
+        m_waiting.pop_front();
         task();
     }
 }
 
-ScriptDepth::ScriptDepth() {
-    ++g_depth;
+ScriptDepth::ScriptDepth(std::shared_ptr<DeferredTasks> tasks) : m_tasks(std::move(tasks)) {
+    ++m_tasks->m_depth;
 }
 
 ScriptDepth::~ScriptDepth() {
-    if (g_depth == 1)
-        runDeferred();
-    --g_depth;
+    if (m_tasks->m_depth == 1)
+        m_tasks->run();
+    --m_tasks->m_depth;
 }
 
 }  // namespace torvel

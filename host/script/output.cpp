@@ -5,25 +5,16 @@
 
 namespace torvel {
 
-namespace {
-
-ScriptOutput& listener() {
-    static ScriptOutput output;
-    return output;
+void ScriptOutput::listen(Listener listener) {
+    m_listener = std::move(listener);
 }
 
-}  // namespace
-
-void setScriptOutput(ScriptOutput output) {
-    listener() = std::move(output);
-}
-
-void writeScriptOutput(const std::string& text, bool isError) {
+void ScriptOutput::write(const std::string& text, bool isError) {
     std::FILE* stream = isError ? stderr : stdout;
     std::fwrite(text.data(), 1, text.size(), stream);
     std::fflush(stream);
-    if (listener())
-        listener()(text, isError);
+    if (m_listener)
+        m_listener(text, isError);
 }
 
 }  // namespace torvel

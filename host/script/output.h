@@ -5,13 +5,18 @@
 
 namespace torvel {
 
-/// Told everything that scripts print (MEL `print`, Python's sys.stdout and sys.stderr), besides
-/// the real stream.
-using ScriptOutput = std::function<void(const std::string& text, bool isError)>;
+/// Where everything goes that scripts print (MEL `print`, Python's sys.stdout and sys.stderr).
+class ScriptOutput {
+  public:
+    using Listener = std::function<void(const std::string& text, bool isError)>;
 
-/// One listener for the process; an empty one ends the listening.
-void setScriptOutput(ScriptOutput output);
-/// Writes to standard output (or standard error) at once and tells the listener.
-void writeScriptOutput(const std::string& text, bool isError = false);
+    /// One listener besides the real streams; an empty one ends the listening.
+    void listen(Listener listener);
+    /// Writes to standard output (or standard error) at once and tells the listener.
+    void write(const std::string& text, bool isError = false);
+
+  private:
+    Listener m_listener;
+};
 
 }  // namespace torvel

@@ -1,5 +1,8 @@
 #include "script/session.h"
 
+#include <exception>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "nodes/core/default_nodes.h"
@@ -19,6 +22,19 @@ std::vector<Value> argumentsOf(const std::vector<RawFlag>& flags, std::vector<Va
         args.insert(args.end(), flag.values.begin(), flag.values.end());
     }
     return args;
+}
+
+template <class Run>
+Status guarded(const std::string& name, Run&& run) {
+    try {
+        return run();
+    } catch (const std::bad_alloc&) {
+        return Status::failure(name + ": Out of memory.");
+    } catch (const std::length_error&) {
+        return Status::failure(name + ": Out of memory.");
+    } catch (const std::exception& failure) {
+        return Status::failure(name + ": " + failure.what());
+    }
 }
 
 }  // namespace
@@ -45,12 +61,21 @@ Session* Session::current() {
     return g_current;
 }
 
-void Session::addCommands(const Command* rows, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) {
-        m_commands[rows[i].name] = &rows[i];
+bool Session::addCommands(const CommandTable& table) {
+    bool good = true;
+    for (std::size_t i = 0; i < table.count; ++i) {
+        const Command* row = &table.rows[i];
+        const auto [place, fresh] = m_commands.emplace(row->name, row);
+        if (!fresh && place->second != row) {
+            good = false;
+            m_log.write(Channel::Error, "The command '" + place->first +
+                                            "' has a row already; another one is refused.");
+        }
         for (const CommandChange& change : m_changes)
-            change(rows[i].name, true);
+            if (fresh)
+                change(place->first, true);
     }
+    return good;
 }
 
 const Command* Session::findCommand(const std::string& name) const {
@@ -79,17 +104,27 @@ const PluginCommand* Session::findPluginCommand(const std::string& name) const {
     return found == m_pluginCommands.end() ? nullptr : &found->second;
 }
 
+Status Session::run(const Command& command, const std::vector<RawFlag>& flags,
+                    std::vector<Value> args, Value& result) {
+    return guarded(command.name, [&] {
+        CommandCall call(*this, command.name);
+        const Status parsed = parseCall(command, flags, std::move(args), call);
+        return parsed ? command.run(call, result) : parsed;
+    });
+}
+
+Status Session::run(const std::string& name, const PluginCommand& command,
+                    const std::vector<Value>& args, Value& result) {
+    const PluginCommand own = command;  // the command may deregister itself
+    return guarded(name, [&] { return own(args, result); });
+}
+
 Status Session::call(const std::string& name, const std::vector<RawFlag>& flags,
                      std::vector<Value> args, Value& result) {
-    if (const Command* command = findCommand(name)) {
-        CommandCall call(*this, command->name);
-        const Status parsed = parseCall(*command, flags, std::move(args), call);
-        return parsed ? command->run(call, result) : parsed;
-    }
-    if (const PluginCommand* command = findPluginCommand(name)) {
-        const PluginCommand run = *command;  // the command may deregister itself
-        return run(argumentsOf(flags, std::move(args)), result);
-    }
+    if (const Command* command = findCommand(name))
+        return run(*command, flags, std::move(args), result);
+    if (const PluginCommand* command = findPluginCommand(name))
+        return run(name, *command, argumentsOf(flags, std::move(args)), result);
     return Status::failure("Cannot find procedure \"" + name + "\".");
 }
 

@@ -4,14 +4,16 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <typeindex>
+#include <unordered_map>
 #include <vector>
 
 #include "base/log.h"
 #include "script/command.h"
+#include "script/deferred.h"
+#include "script/output.h"
 #include "script/record.h"
 #include "graph/scene.h"
-
-class QWidget;
 
 namespace torvel {
 
@@ -38,6 +40,12 @@ using PluginCommand = std::function<Status(const std::vector<Value>& args, Value
 /// Listens to commands that come and go (the Python module binds them).
 using CommandChange = std::function<void(const std::string& name, bool present)>;
 
+/// The main window, as the rooms below the user interface see it.
+class Desktop {
+  public:
+    virtual ~Desktop() = default;
+};
+
 /// Everything of one running host: scene, commands, languages, log, record, main window.
 class Session {
   public:
@@ -50,8 +58,21 @@ class Session {
     Log& log() { return m_log; }
     Scene& scene() { return *m_scene; }
     ScriptRecord& record() { return m_record; }
+    ScriptOutput& output() { return m_output; }
+    const std::shared_ptr<DeferredTasks>& deferred() const { return m_deferred; }
+    /// What a command, a language or a window keeps in the session: one object of each type, made
+    /// on first use.
+    template <class T>
+    T& kept() {
+        std::shared_ptr<void>& place = m_kept[std::type_index(typeid(T))];
+        if (!place)
+            place = std::make_shared<T>();
+        return *static_cast<T*>(place.get());
+    }
 
-    void addCommands(const Command* rows, std::size_t count);
+    /// False when a name has another row already: that row stays, the table's own is refused and
+    /// told in the log; the table's other rows are added.
+    bool addCommands(const CommandTable& table);
     /// Null when there is none.
     const Command* findCommand(const std::string& name) const;
     const std::map<std::string, const Command*>& commands() const { return m_commands; }
@@ -62,6 +83,12 @@ class Session {
     const std::map<std::string, PluginCommand>& pluginCommands() const { return m_pluginCommands; }
     void onCommandChange(CommandChange change) { m_changes.push_back(std::move(change)); }
 
+    /// Parses and runs one command: the door of every language. What runs out of memory or throws
+    /// fails with the command's name; the scene stays as far as it had come.
+    Status run(const Command& command, const std::vector<RawFlag>& flags, std::vector<Value> args,
+               Value& result);
+    Status run(const std::string& name, const PluginCommand& command,
+               const std::vector<Value>& args, Value& result);
     /// Runs a command by name: table commands are parsed against their rows, plug-in commands take
     /// the arguments.
     Status call(const std::string& name, const std::vector<RawFlag>& flags, std::vector<Value> args,
@@ -69,7 +96,7 @@ class Session {
 
     Language* mel = nullptr;
     Language* python = nullptr;
-    QWidget* mainWindow = nullptr;  ///< set by ui; null without one
+    Desktop* mainWindow = nullptr;  ///< set by ui; null without one
     bool calledFromPython = false;  ///< a command that Python called directly is at work
     bool batch = false;
     bool trust = false;         ///< every scene that is opened may run its own script nodes
@@ -78,10 +105,13 @@ class Session {
   private:
     Log m_log;
     ScriptRecord m_record;
+    ScriptOutput m_output;
+    std::shared_ptr<DeferredTasks> m_deferred = std::make_shared<DeferredTasks>();
     std::unique_ptr<Scene> m_scene;
     std::map<std::string, const Command*> m_commands;
     std::map<std::string, PluginCommand> m_pluginCommands;
     std::vector<CommandChange> m_changes;
+    std::unordered_map<std::type_index, std::shared_ptr<void>> m_kept;  // goes first
 };
 
 }  // namespace torvel

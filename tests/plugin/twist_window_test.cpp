@@ -44,7 +44,7 @@ TEST_F(TwistWindowTest, EachRunOpensAnotherWindow) {
 }
 
 TEST_F(TwistWindowTest, WithoutAMainWindowItStandsAlone) {
-    QWidget* const desktop = session().mainWindow;
+    auto* const desktop = session().mainWindow;
     session().mainWindow = nullptr;
     QPointer<QWidget> alone = openTwist();
     session().mainWindow = desktop;

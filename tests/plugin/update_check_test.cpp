@@ -263,7 +263,7 @@ TEST_F(UpdateCheckTest, TheDialogOfOtherAnswers) {
               (QStringList{"Estás usando la última versión: <b>0.20</b>", "Cerrar"}));
     EXPECT_EQ(dialogs()[1]->findChildren<QPushButton*>().size(), 1);
 
-    QWidget* const desktop = session().mainWindow;
+    auto* const desktop = session().mainWindow;
     session().mainWindow = nullptr;
     showUpdateDialog("0.20", "0.21", "https://torvel.test/x");
     session().mainWindow = desktop;

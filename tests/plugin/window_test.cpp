@@ -40,7 +40,7 @@ TEST_F(WindowTest, TwoWindowsAreIndependent) {
 }
 
 TEST_F(WindowTest, NoMainWindowGivesAPlainWindow) {
-    QWidget* const desktop = session().mainWindow;
+    auto* const desktop = session().mainWindow;
     session().mainWindow = nullptr;
     QPointer<QWidget> window = openTool();
     session().mainWindow = desktop;

@@ -5,7 +5,6 @@
 #include "commands/attribute/value.h"
 #include "commands/animation/key_targets.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "commands/animation/time_range.h"
 #include "nodes/animation/anim_curve.h"
 #include "nodes/animation/time_units.h"
@@ -55,8 +54,7 @@ Value listOrNone(Value::List items) {
     return items.empty() ? Value() : Value(std::move(items));
 }
 
-// --- keyframe
-// ------------------------------------------------------------------------------------------------
+// --- keyframe ------------------------------------------------------------------------------------
 
 const FlagRow kKeyframeFlags[] = {
     {"absolute", "a"},
@@ -157,8 +155,7 @@ Status keyframe(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- keyTangent
-// ----------------------------------------------------------------------------------------------
+// --- keyTangent ----------------------------------------------------------------------------------
 
 const FlagRow kTangentFlags[] = {
     {"absolute", "a"},
@@ -287,8 +284,7 @@ Status keyTangent(const CommandCall& call, Value& result) {
     return done;
 }
 
-// --- findKeyframe
-// --------------------------------------------------------------------------------------------
+// --- findKeyframe --------------------------------------------------------------------------------
 
 const FlagRow kFindFlags[] = {
     {"attribute", "at", "s", kCreate, true},

@@ -5,15 +5,13 @@
 #include "commands/attribute/connections.h"
 #include "commands/animation/key_targets.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "commands/animation/time_range.h"
 #include "nodes/animation/anim_curve.h"
 
 namespace torvel {
 namespace {
 
-// --- keys of one curve
-// ---------------------------------------------------------------------------------------
+// --- keys of one curve ---------------------------------------------------------------------------
 
 struct Tangents {
     int in = -1, out = -1;  ///< -1: as a key that stands there has it, else the scene's default
@@ -60,8 +58,7 @@ bool isDrivenOtherwise(const Scene& scene, const KeyTarget& target) {
     return target.curve.isNull() && !scene.effectiveSource(target.plug).isNull();
 }
 
-// --- setKeyframe
-// ---------------------------------------------------------------------------------------------
+// --- setKeyframe ---------------------------------------------------------------------------------
 
 const FlagRow kSetFlags[] = {
     {"animated", "an"},
@@ -158,8 +155,7 @@ Status setKeyframe(const CommandCall& call, Value& result) {
     return done;
 }
 
-// --- cutKey
-// --------------------------------------------------------------------------------------------------
+// --- cutKey --------------------------------------------------------------------------------------
 
 const FlagRow kCutFlags[] = {
     {"animation", "an", "s"},
@@ -227,8 +223,7 @@ Status cutKey(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- setDrivenKeyframe
-// ---------------------------------------------------------------------------------------
+// --- setDrivenKeyframe ---------------------------------------------------------------------------
 
 const FlagRow kDrivenFlags[] = {
     {"attribute", "at", "s", kAllModes, true, true},

@@ -5,7 +5,6 @@
 
 #include "commands/animation/key_targets.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "commands/animation/time_range.h"
 #include "nodes/animation/anim_curve.h"
 #include "nodes/shape/mesh.h"
@@ -15,14 +14,48 @@
 namespace torvel {
 namespace {
 
-const char* const kSettingNames[] = {
-    "playbackMin",          "playbackMax",   "playbackAnimationStart",
-    "playbackAnimationEnd", "playbackSpeed", "playbackMaxSpeed",
-    "playbackBy",           "playbackLoop",  "playbackView",
-    "newInTangent",         "newOutTangent"};
+const char* const kLoopNames[] = {"once", "continuous", "oscillate"};
+const char* const kViewNames[] = {"all", "active"};
+
+/// A setting, the attribute that keeps it, and playbackOptions' flag for it (null: another command
+/// sets it).
+struct SettingRow {
+    PlaySetting setting;
+    const char* attr;
+    const char* flag = nullptr;
+    const char* fileFlag = nullptr;      ///< of a range: how a file's script node writes it
+    const char* const* names = nullptr;  ///< of one that is chosen by name
+    int nameCount = 0;
+};
+// The outer range before the inner one, so that one call can set both.
+constexpr SettingRow kSettings[] = {
+    {PlaySetting::AnimationStart, "playbackAnimationStart", "animationStartTime", " -ast "},
+    {PlaySetting::AnimationEnd, "playbackAnimationEnd", "animationEndTime", " -aet "},
+    {PlaySetting::MinTime, "playbackMin", "minTime", " -min "},
+    {PlaySetting::MaxTime, "playbackMax", "maxTime", " -max "},
+    {PlaySetting::By, "playbackBy", "by"},
+    {PlaySetting::MaxSpeed, "playbackMaxSpeed", "maxPlaybackSpeed"},
+    {PlaySetting::Speed, "playbackSpeed", "playbackSpeed"},
+    {PlaySetting::Loop, "playbackLoop", "loop", nullptr, kLoopNames, 3},
+    {PlaySetting::View, "playbackView", "view", nullptr, kViewNames, 2},
+    {PlaySetting::InTangent, "newInTangent"},
+    {PlaySetting::OutTangent, "newOutTangent"},
+};
+
+constexpr bool standAtTheirNumbers() {
+    for (std::size_t i = 0; i < std::size(kSettings); ++i)
+        if (static_cast<std::size_t>(kSettings[i].setting) != i)
+            return false;
+    return true;
+}
+static_assert(standAtTheirNumbers());
+
+const SettingRow& rowOf(PlaySetting setting) {
+    return kSettings[static_cast<int>(setting)];
+}
 
 Plug settingPlug(const Scene& scene, PlaySetting setting) {
-    return scene.findPlug(scene.timeNode(), kSettingNames[static_cast<int>(setting)]);
+    return scene.findPlug(scene.timeNode(), rowOf(setting).attr);
 }
 
 // Files keep their range in a script node; nothing of the script is run. False when it says nothing
@@ -40,19 +73,14 @@ bool rangeInFile(const Scene& scene, const char* flag, double& value) {
     return readNumber(begin, value) != begin;
 }
 
-const char* const kRangeFlags[] = {" -min ", " -max ", " -ast ", " -aet "};
-
-const char* const kLoopNames[] = {"once", "continuous", "oscillate"};
-const char* const kViewNames[] = {"all", "active"};
-
 }  // namespace
 
 double playSetting(const Scene& scene, PlaySetting setting) {
     const Plug plug = settingPlug(scene, setting);
     const Slot* slot = scene.peekSlot(plug);
     double value = 0.0;
-    if (setting <= PlaySetting::AnimationEnd && !(slot && (slot->state & kSet)) &&
-        rangeInFile(scene, kRangeFlags[static_cast<int>(setting)], value))
+    const char* fileFlag = rowOf(setting).fileFlag;
+    if (fileFlag && !(slot && (slot->state & kSet)) && rangeInFile(scene, fileFlag, value))
         return value;
     return scene.storedNumber(plug);
 }
@@ -63,8 +91,7 @@ void setPlaySetting(Scene& scene, PlaySetting setting, double value) {
 
 namespace {
 
-// --- currentTime
-// ---------------------------------------------------------------------------------------------
+// --- currentTime ---------------------------------------------------------------------------------
 
 const FlagRow kTimeFlags[] = {{"update", "u", "b"}};
 
@@ -81,8 +108,7 @@ Status currentTime(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- currentUnit
-// ---------------------------------------------------------------------------------------------
+// --- currentUnit ---------------------------------------------------------------------------------
 
 const FlagRow kUnitFlags[] = {{"angle", "a", "s"},
                               {"fullName", "f"},
@@ -168,8 +194,7 @@ Status currentUnit(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- playbackOptions
-// -----------------------------------------------------------------------------------------
+// --- playbackOptions -----------------------------------------------------------------------------
 
 const FlagRow kPlaybackFlags[] = {
     {"animationEndTime", "aet", "t"},
@@ -182,22 +207,6 @@ const FlagRow kPlaybackFlags[] = {
     {"minTime", "min", "t"},
     {"playbackSpeed", "ps", "d"},
     {"view", "v", "s"},
-};
-
-struct PlayFlag {
-    const char* flag;
-    PlaySetting setting;
-    bool isTime;
-};
-// Outer range before the inner one, so that one call can set both.
-constexpr PlayFlag kPlayFlags[] = {
-    {"animationStartTime", PlaySetting::AnimationStart, true},
-    {"animationEndTime", PlaySetting::AnimationEnd, true},
-    {"minTime", PlaySetting::MinTime, true},
-    {"maxTime", PlaySetting::MaxTime, true},
-    {"by", PlaySetting::By, false},
-    {"maxPlaybackSpeed", PlaySetting::MaxSpeed, false},
-    {"playbackSpeed", PlaySetting::Speed, false},
 };
 
 // The inner range never leaves the outer one: setting one moves the other along.
@@ -226,57 +235,49 @@ void keepRangesNested(Scene& scene, PlaySetting changed, double value) {
     }
 }
 
-template <std::size_t N>
-Status setByName(const CommandCall& call, const char* flag, PlaySetting setting,
-                 const char* const (&names)[N]) {
-    for (std::size_t i = 0; i < N; ++i)
-        if (call.text(flag) == names[i]) {
-            setPlaySetting(call.scene(), setting, static_cast<double>(i));
+Status settingOfCall(const CommandCall& call, const SettingRow& row, double& value) {
+    value = call.number(row.flag);
+    if (row.fileFlag && !timeOf(call.scene(), call.use(row.flag)->values[0], value))
+        return call.fail(std::string("The flag '") + row.flag + "' needs a time.");
+    if (!row.names)
+        return Status::ok();
+    const std::string name = call.text(row.flag);
+    for (int i = 0; i < row.nameCount; ++i)
+        if (name == row.names[i]) {
+            value = i;
             return Status::ok();
         }
-    return call.fail(std::string("Invalid value for the flag '") + flag + "': " + call.text(flag));
+    return call.fail(std::string("Invalid value for the flag '") + row.flag + "': " + name);
 }
 
-Status queryPlayback(const CommandCall& call, Value& result) {
-    const Scene& scene = call.scene();
-    const auto nameOf = [&](const char* const* names, PlaySetting setting) {
-        return Value(names[static_cast<int>(playSetting(scene, setting))]);
-    };
-    for (const PlayFlag& row : kPlayFlags)
-        if (call.has(row.flag))
-            result = Value(playSetting(scene, row.setting));
-    if (call.has("framesPerSecond"))
-        result = Value(framesPerSecond(scene));
-    if (call.has("loop"))
-        result = nameOf(kLoopNames, PlaySetting::Loop);
-    if (call.has("view"))
-        result = nameOf(kViewNames, PlaySetting::View);
-    return Status::ok();
+Value settingValue(const Scene& scene, const SettingRow& row) {
+    const double value = playSetting(scene, row.setting);
+    if (!row.names)
+        return Value(value);
+    return Value(row.names[value > 0.0 && value < row.nameCount ? static_cast<int>(value) : 0]);
 }
 
 Status playbackOptions(const CommandCall& call, Value& result) {
-    if (call.isQuery())
-        return queryPlayback(call, result);
     Scene& scene = call.scene();
-    for (const PlayFlag& row : kPlayFlags) {
-        if (!call.has(row.flag))
+    if (call.isQuery() && call.has("framesPerSecond"))
+        result = Value(framesPerSecond(scene));
+    for (const SettingRow& row : kSettings) {
+        if (!row.flag || !call.has(row.flag))
             continue;
-        double value = call.number(row.flag);
-        if (row.isTime && !timeOf(scene, call.use(row.flag)->values[0], value))
-            return call.fail(std::string("The flag '") + row.flag + "' needs a time.");
+        if (call.isQuery()) {
+            result = settingValue(scene, row);
+            continue;
+        }
+        double value = 0.0;
+        if (Status read = settingOfCall(call, row, value); !read)
+            return read;
         setPlaySetting(scene, row.setting, value);
         keepRangesNested(scene, row.setting, value);
     }
-    Status done;
-    if (call.has("loop"))
-        done = setByName(call, "loop", PlaySetting::Loop, kLoopNames);
-    if (done && call.has("view"))
-        done = setByName(call, "view", PlaySetting::View, kViewNames);
-    return done;
+    return Status::ok();
 }
 
-// --- play
-// ----------------------------------------------------------------------------------------------------
+// --- play ----------------------------------------------------------------------------------------
 
 const FlagRow kPlayFlagsOfPlay[] = {{"forward", "f", "b"}, {"state", "st", "b"}, {"wait", "w"}};
 

@@ -7,13 +7,13 @@
 namespace torvel {
 
 enum class PlaySetting {
-    MinTime,
-    MaxTime,
     AnimationStart,
     AnimationEnd,
-    Speed,
-    MaxSpeed,
+    MinTime,
+    MaxTime,
     By,
+    MaxSpeed,
+    Speed,
     Loop,
     View,
     InTangent,

@@ -2,7 +2,6 @@
 
 #include "commands/attribute/value.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "nodes/shape/nurbs_curve.h"
 #include "nodes/animation/time_units.h"
 

@@ -3,7 +3,6 @@
 #include "commands/attribute/info.h"
 #include "commands/attribute/value.h"
 #include "script/session.h"
-#include "commands/tables.h"
 
 namespace torvel {
 namespace {
@@ -184,8 +183,7 @@ Status addAttr(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- deleteAttr
-// ----------------------------------------------------------------------------------------------
+// --- deleteAttr ----------------------------------------------------------------------------------
 
 const FlagRow kDeleteFlags[] = {{"attribute", "at", "s"}};
 

@@ -3,7 +3,6 @@
 #include "commands/attribute/value.h"
 #include "edit/components.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "nodes/animation/anim_curve.h"
 
 namespace torvel {
@@ -112,8 +111,7 @@ Status getAttr(const CommandCall& call, Value& result) {
                             : readValue(call, plug, call.flag("asString"), result);
 }
 
-// --- setAttr
-// -------------------------------------------------------------------------------------------------
+// --- setAttr -------------------------------------------------------------------------------------
 
 const FlagRow kSetFlags[] = {
     {"alteredValue", "av"},    {"caching", "ca", "b"}, {"capacityHint", "ch", "i"},

@@ -6,13 +6,11 @@
 
 #include "commands/attribute/value.h"
 #include "script/session.h"
-#include "commands/tables.h"
 
 namespace torvel {
 namespace {
 
-// --- facts
-// ---------------------------------------------------------------------------------------------------
+// --- facts ---------------------------------------------------------------------------------------
 
 std::string niceName(const AttrInfo& info) {
     if (!info.niceName.empty())
@@ -129,8 +127,7 @@ Value attributeFact(const CommandCall& call, const AttrInfo& info) {
 
 namespace {
 
-// --- attributeQuery
-// ------------------------------------------------------------------------------------------
+// --- attributeQuery ------------------------------------------------------------------------------
 
 const FlagRow kQueryFlags[] = {
     {"attributeType", "at"},
@@ -265,8 +262,7 @@ Status attributeQuery(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- listAttr
-// ------------------------------------------------------------------------------------------------
+// --- listAttr ------------------------------------------------------------------------------------
 
 const FlagRow kListAttrFlags[] = {
     {"array", "a"},

@@ -4,7 +4,6 @@
 
 #include "commands/attribute/value.h"
 #include "commands/attribute/connections.h"
-#include "commands/tables.h"
 #include "script/session.h"
 #include "nodes/constraint/math.h"
 #include "nodes/transform/transform.h"

@@ -3,7 +3,6 @@
 
 #include "edit/curves.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "nodes/shape/make_nurb_circle.h"
 #include "nodes/shape/nurbs_curve.h"
 #include "nodes/transform/rotation.h"

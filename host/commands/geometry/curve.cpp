@@ -1,6 +1,5 @@
 // The command curve.
 #include "script/session.h"
-#include "commands/tables.h"
 #include "edit/curves.h"
 #include "nodes/shape/nurbs_curve.h"
 #include "nodes/shape/nurbs_curve_math.h"

@@ -6,7 +6,6 @@
 #include "edit/components.h"
 #include "edit/curves.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "commands/selection/targets.h"
 #include "nodes/shape/mesh.h"
 #include "nodes/shape/nurbs_curve.h"

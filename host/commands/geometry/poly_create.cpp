@@ -1,6 +1,5 @@
 #include "script/session.h"
 #include "edit/sets.h"
-#include "commands/skin/commands.h"
 #include "nodes/shape/mesh.h"
 #include "nodes/shape/poly_shapes.h"
 
@@ -63,7 +62,7 @@ Status setSizes(const CommandCall& call, const PolyKind& kind, NodeHandle maker)
         const Plug plug = scene.findPlug(maker, kind.sizes[i].attr);
         const double value = use->values[0].number();
         if (value < scene.info(plug).minimum)
-            return call.fail(std::string(kind.sizes[i].flag) + " is too small");
+            return call.fail(std::string(kind.sizes[i].flag) + " is too small.");
         scene.setNumber(plug, value);
     }
     for (std::size_t i = 0; i < kind.sizeCount; ++i)
@@ -101,7 +100,7 @@ Status finish(const CommandCall& call, NodeHandle (&made)[3], std::vector<NodeHa
 Status createPoly(const CommandCall& call, const PolyKind& kind, Value& result) {
     Scene& scene = call.scene();
     if (!call.args().empty())
-        return call.fail("takes no objects");
+        return call.fail("Takes no objects.");
     NodeHandle made[3];
     Status status = makeNodes(call, kind, made);
     status = status ? setSizes(call, kind, made[2]) : status;
@@ -160,13 +159,16 @@ constexpr FlagRow kCylinderFlags[] = {
     {"constructionHistory", "ch", "b", kCreate},
 };
 
-}  // namespace
-
 const Command kPolyCommands[] = {
     {"polyCube", kCubeFlags, countOf(kCubeFlags), runCube, "Makes a box."},
     {"polyPlane", kPlaneFlags, countOf(kPlaneFlags), runPlane, "Makes a plane."},
     {"polyCylinder", kCylinderFlags, countOf(kCylinderFlags), runCylinder, "Makes a cylinder."},
 };
-const std::size_t kPolyCommandCount = sizeof kPolyCommands / sizeof *kPolyCommands;
+
+}  // namespace
+
+CommandTable polyCommands() {
+    return {kPolyCommands, std::size(kPolyCommands)};
+}
 
 }  // namespace torvel

@@ -70,27 +70,6 @@ Status about(const CommandCall& call, Value& result) {
     return call.fail("Needs a flag that tells what to look for.");
 }
 
-std::string joinedTexts(const CommandCall& call) {
-    std::string text;
-    for (const Value& value : call.args()) {
-        const std::string part = value.isString() ? value.string() : textOfDouble(value.number());
-        text += (text.empty() ? "" : " ") + part;
-    }
-    return text;
-}
-
-const FlagRow kMessageFlags[] = {{"noContext", "n"}, {"showLineNumber", "sl", "b"}};
-
-Status warning(const CommandCall& call, Value&) {
-    call.session().log().write(Channel::Warning, joinedTexts(call), true);
-    return Status::ok();
-}
-
-// The language that runs the script prints the text with the failure.
-Status error(const CommandCall& call, Value&) {
-    return Status::failure(joinedTexts(call));
-}
-
 const FlagRow kUndoInfoFlags[] = {
     {"chunkName", "cn", "s"},
     {"closeChunk", "cck"},
@@ -129,20 +108,18 @@ Status upAxis(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-const Command kMiscCommands[] = {
+const Command kAboutCommands[] = {
     {"about", kAboutFlags, countOf(kAboutFlags), about, "Facts about the program."},
-    {"error", kMessageFlags, countOf(kMessageFlags), error, "Stops a script with a text."},
     {"redo", nullptr, 0, undo, "Refused: there is no undo."},
     {"undo", nullptr, 0, undo, "Refused: there is no undo."},
     {"undoInfo", kUndoInfoFlags, countOf(kUndoInfoFlags), undoInfo, "Takes undo chunks."},
     {"upAxis", kUpAxisFlags, countOf(kUpAxisFlags), upAxis, "The up axis."},
-    {"warning", kMessageFlags, countOf(kMessageFlags), warning, "Shows a warning."},
 };
 
 }  // namespace
 
-CommandTable miscCommands() {
-    return {kMiscCommands, std::size(kMiscCommands)};
+CommandTable aboutCommands() {
+    return {kAboutCommands, std::size(kAboutCommands)};
 }
 
 }  // namespace torvel

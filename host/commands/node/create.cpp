@@ -1,7 +1,6 @@
 #include "edit/bounds.h"
 #include "edit/placing.h"
 #include "script/session.h"
-#include "commands/tables.h"
 
 namespace torvel {
 namespace {
@@ -59,8 +58,7 @@ Status createNode(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- group
-// -------------------------------------------------------------------------------------------------------
+// --- group ---------------------------------------------------------------------------------------
 
 const FlagRow kGroupFlags[] = {{"absolute", "a"},    {"empty", "em"},   {"name", "n", "s"},
                                {"parent", "p", "s"}, {"relative", "r"}, {"world", "w"}};

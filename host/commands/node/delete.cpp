@@ -4,7 +4,6 @@
 #include "edit/components.h"
 #include "edit/deletion.h"
 #include "script/session.h"
-#include "commands/tables.h"
 
 namespace torvel {
 namespace {

@@ -1,7 +1,6 @@
 #include "edit/placing.h"
 #include "edit/copy.h"
 #include "script/session.h"
-#include "commands/tables.h"
 
 namespace torvel {
 namespace {

@@ -3,7 +3,6 @@
 
 #include "commands/attribute/value.h"
 #include "script/session.h"
-#include "commands/tables.h"
 
 namespace torvel {
 namespace {
@@ -16,8 +15,7 @@ Value listOrNone(const std::vector<std::string>& names) {
     return names.empty() ? Value() : Value::strings(names);
 }
 
-// --- listRelatives
-// -------------------------------------------------------------------------------------------
+// --- listRelatives -------------------------------------------------------------------------------
 
 const FlagRow kRelativeFlags[] = {
     {"allDescendents", "ad"}, {"allParents", "ap"},     {"children", "c"},
@@ -95,8 +93,7 @@ Status listRelatives(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- listConnections
-// -----------------------------------------------------------------------------------------
+// --- listConnections -----------------------------------------------------------------------------
 
 const FlagRow kConnectionFlags[] = {
     {"connections", "c", "b"}, {"destination", "d", "b"}, {"exactType", "et", "b"},
@@ -206,8 +203,7 @@ Status listConnections(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- listHistory
-// -----------------------------------------------------------------------------------------------
+// --- listHistory ---------------------------------------------------------------------------------
 
 const FlagRow kHistoryFlags[] = {
     {"allFuture", "af"},          {"breadthFirst", "bf"}, {"future", "f", "b"},

@@ -1,7 +1,6 @@
 #include <algorithm>
 
 #include "script/session.h"
-#include "commands/tables.h"
 
 namespace torvel {
 namespace {
@@ -88,8 +87,7 @@ Status rename(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- lockNode
-// ----------------------------------------------------------------------------------------------
+// --- lockNode ------------------------------------------------------------------------------------
 
 const FlagRow kLockFlags[] = {{"ignoreComponents", "ic"}, {"lock", "l", "b"}};
 
@@ -108,8 +106,7 @@ Status lockNode(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- namespaces
-// ----------------------------------------------------------------------------------------------
+// --- namespaces ----------------------------------------------------------------------------------
 
 std::string bare(std::string name) {
     while (!name.empty() && name.front() == ':')

@@ -1,6 +1,5 @@
 // The command shadingNode: a node that also stands in one of the scene's render lists.
 #include "script/session.h"
-#include "commands/tables.h"
 
 namespace torvel {
 namespace {

@@ -1,6 +1,5 @@
 // The command spaceLocator: a transform with a locator shape below it.
 #include "script/session.h"
-#include "commands/tables.h"
 
 namespace torvel {
 namespace {

@@ -1,5 +1,4 @@
 #include "script/session.h"
-#include "commands/tables.h"
 #include "edit/world_placing.h"
 
 namespace torvel {

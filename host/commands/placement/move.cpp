@@ -1,6 +1,5 @@
 #include "edit/bounds.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "commands/selection/targets.h"
 #include "edit/world_placing.h"
 
@@ -120,8 +119,7 @@ Status onTargets(const CommandCall& call, ForNode&& forNode, ForPoints&& forPoin
     return Status::ok();
 }
 
-// --- move
-// --------------------------------------------------------------------------------------------------------
+// --- move ----------------------------------------------------------------------------------------
 
 Status moveNode(const CommandCall& call, const Amount& amount, NodeHandle node) {
     const Scene& scene = call.scene();
@@ -165,8 +163,7 @@ Status move(const CommandCall& call, Value&) {
         [&](const Target& t) { return movePointsOf(call, amount, t); });
 }
 
-// --- rotate
-// ------------------------------------------------------------------------------------------------------
+// --- rotate --------------------------------------------------------------------------------------
 
 // World rotation of the node after the call.
 M44d rotatedWorld(const CommandCall& call, const Amount& amount, const Channels& now,
@@ -227,8 +224,7 @@ Status rotate(const CommandCall& call, Value&) {
         [&](const Target& t) { return rotatePointsOf(call, amount, t); });
 }
 
-// --- scale
-// -------------------------------------------------------------------------------------------------------
+// --- scale ---------------------------------------------------------------------------------------
 
 Status scaleNode(const CommandCall& call, const Amount& amount, const Target& target) {
     const Scene& scene = call.scene();

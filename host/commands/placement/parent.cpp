@@ -2,7 +2,6 @@
 
 #include "edit/placing.h"
 #include "script/session.h"
-#include "commands/tables.h"
 
 namespace torvel {
 namespace {

@@ -1,6 +1,5 @@
 #include "edit/bounds.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "commands/selection/targets.h"
 #include "edit/world_placing.h"
 
@@ -44,8 +43,7 @@ Value listOf(const M44d& m) {
     return Value::doubles(numbers);
 }
 
-// --- query
-// -------------------------------------------------------------------------------------------------------
+// --- query ---------------------------------------------------------------------------------------
 
 Value boxValue(const CommandCall& call, NodeHandle node) {
     Box3d box = worldBounds(call.scene(), node);
@@ -120,8 +118,7 @@ Status queryTargets(const CommandCall& call, const std::vector<Target>& targets,
     return Status::ok();
 }
 
-// --- set
-// ---------------------------------------------------------------------------------------------------------
+// --- set -----------------------------------------------------------------------------------------
 
 void placePivots(const CommandCall& call, NodeHandle node, Channels& c) {
     const bool preserve = call.flag("preserve", true);

@@ -4,7 +4,6 @@
 #include "commands/attribute/value.h"
 #include "edit/components.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "nodes/transform/visibility.h"
 
 namespace torvel {
@@ -25,6 +24,7 @@ const FlagRow kLsFlags[] = {
     {"invisible", "iv"},
     {"long", "l"},
     {"lockedNodes", "ln"},
+    {"materials", "mat"},
     {"noIntermediate", "ni"},
     {"objectsOnly", "o"},
     {"recursive", "r"},
@@ -158,6 +158,18 @@ bool matchesType(const CommandCall& call, NodeHandle node) {
            std::any_of(exact.begin(), exact.end(), equals);
 }
 
+// What shades a surface, or stands in the list of shaders.
+bool isMaterial(const Scene& scene, NodeHandle node) {
+    for (const Scene::Connection& c : scene.outgoing(node)) {
+        const std::string& type = scene.typeName(c.target.node);
+        const std::string& attr = scene.info(c.target).shortName;
+        if (type == "defaultShaderList" ||
+            (type == "shadingEngine" && (attr == "ss" || attr == "vs" || attr == "ds")))
+            return true;
+    }
+    return scene.isType(node, "lambert") || scene.isType(node, "standardSurface");
+}
+
 // Kinds of nodes add up: `-transforms -shapes` gives both.
 bool matchesKind(const CommandCall& call, const Node& node) {
     const NodeType& type = *node.type;
@@ -174,6 +186,7 @@ bool matchesKind(const CommandCall& call, const Node& node) {
         {"geometry", type.derivesFrom("geometryShape")},
         {"sets", type.derivesFrom("objectSet")},
         {"lockedNodes", node.locked},
+        {"materials", call.has("materials") && isMaterial(call.scene(), node.self)},
     };
     bool asked = false;
     for (const Kind& kind : kinds) {

@@ -4,7 +4,6 @@
 #include "edit/components.h"
 #include "script/session.h"
 #include "edit/sets.h"
-#include "commands/tables.h"
 #include "nodes/transform/visibility.h"
 
 namespace torvel {
@@ -141,8 +140,7 @@ Status select(const CommandCall& call, Value&) {
     return Status::ok();
 }
 
-// --- selectMode, hilite
-// ----------------------------------------------------------------------------------------
+// --- selectMode, hilite --------------------------------------------------------------------------
 
 const FlagRow kModeFlags[] = {{"component", "co"}, {"object", "o"}};
 

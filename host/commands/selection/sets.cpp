@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "commands/tables.h"
 #include "edit/sets.h"
 #include "script/session.h"
 

@@ -1,32 +1,17 @@
 #include "commands/selection/targets.h"
 
-#include <cstdlib>
-
+#include "base/units.h"
 #include "edit/placing.h"
 #include "script/session.h"
 
 namespace torvel {
 namespace {
 
-struct Unit {
-    const char* name;
-    double factor;
-};
-
-constexpr Unit kUnits[] = {{"", 1.0},   {"deg", 1.0}, {"rad", kRadToDeg}, {"cm", 1.0},
-                           {"mm", 0.1}, {"m", 100.0}, {"in", 2.54},       {"ft", 30.48}};
-
+// "inf" and "nan" are names, too.
 bool textNumber(const std::string& text, double& value) {
-    if (text.empty() || std::string("+-.0123456789").find(text.front()) == std::string::npos)
-        return false;
-    char* end = nullptr;
-    value = std::strtod(text.c_str(), &end);
-    for (const Unit& unit : kUnits)
-        if (end != text.c_str() && std::string(end) == unit.name) {
-            value *= unit.factor;
-            return true;
-        }
-    return false;
+    return !text.empty() &&
+           std::string_view("+-.0123456789").find(text.front()) != std::string::npos &&
+           readMeasure(text, Measure::Any, value);
 }
 
 Target targetOfNode(const Scene& scene, NodeHandle node) {

@@ -1,7 +1,6 @@
 // The command ikHandle.
 #include "commands/skeleton/ik_create.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "nodes/ik/handle.h"
 #include "nodes/transform/transform.h"
 
@@ -79,8 +78,7 @@ Status setPlain(const CommandCall& call, NodeHandle handle) {
     return Status::ok();
 }
 
-// --- create
-// --------------------------------------------------------------------------------------------------------
+// --- create --------------------------------------------------------------------------------------
 
 // The ends by flag; those missing from the objects named or selected, in order.
 Status endsOf(const CommandCall& call, IkWish& wish) {
@@ -126,8 +124,7 @@ Status createHandle(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- edit
-// ----------------------------------------------------------------------------------------------------------
+// --- edit ----------------------------------------------------------------------------------------
 
 Status handlesOf(const CommandCall& call, std::vector<NodeHandle>& handles) {
     if (Status found = call.objectsOrSelection(handles); !found)
@@ -203,8 +200,7 @@ Status edit(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- query
-// ---------------------------------------------------------------------------------------------------------
+// --- query ---------------------------------------------------------------------------------------
 
 Value nameOf(const Scene& scene, NodeHandle node) {
     return node.isNull() ? Value() : Value(scene.names().shortest(node));
@@ -235,7 +231,9 @@ Status query(const CommandCall& call, Value& result) {
     else if (call.has("positionWeight"))
         result = Value(number("poWeight"));
     else if (call.has("sticky"))
-        result = Value(kStickiness[static_cast<int>(number("stickiness")) % 3]);
+        result = Value(kStickiness[number("stickiness") == 1.0   ? 1
+                                   : number("stickiness") == 2.0 ? 2
+                                                                 : 0]);
     else if (call.has("snapHandleFlagToggle"))
         result = Value(number("snapEnable") != 0.0);
     else if (call.has("enableHandles"))

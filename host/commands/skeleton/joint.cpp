@@ -2,7 +2,6 @@
 
 #include "commands/skeleton/joint_orient.h"
 #include "script/session.h"
-#include "commands/tables.h"
 #include "edit/world_placing.h"
 
 namespace torvel {
@@ -89,8 +88,7 @@ Status checkPlain(const CommandCall& call, NodeHandle joint) {
     return Status::ok();
 }
 
-// --- create
-// ----------------------------------------------------------------------------------------------------
+// --- create --------------------------------------------------------------------------------------
 
 NodeHandle selectedTransform(const Scene& scene) {
     NodeHandle found;
@@ -121,8 +119,7 @@ Status createJoint(const CommandCall& call, Value& result) {
     return Status::ok();
 }
 
-// --- edit
-// ------------------------------------------------------------------------------------------------------
+// --- edit ----------------------------------------------------------------------------------------
 
 // Joints below the given ones follow them, parents first.
 std::vector<NodeHandle> withChildJoints(const Scene& scene, const std::vector<NodeHandle>& tops) {
@@ -183,8 +180,7 @@ Status editJoints(const CommandCall& call, std::vector<NodeHandle> joints) {
     return Status::ok();
 }
 
-// --- query
-// -----------------------------------------------------------------------------------------------------
+// --- query ---------------------------------------------------------------------------------------
 
 Value listOf(const V3d& v) {
     return Value::doubles({v.x, v.y, v.z});

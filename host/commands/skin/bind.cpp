@@ -63,8 +63,7 @@ std::vector<NodeHandle> nodesOf(const std::vector<Influence>& influences) {
     return out;
 }
 
-// --- a new cluster
-// ---------------------------------------------------------------------------------------------
+// --- a new cluster -------------------------------------------------------------------------------
 
 class Binder {
   public:
@@ -179,8 +178,7 @@ class Binder {
     NodeHandle m_cluster;
 };
 
-// --- a dormant cluster
-// -----------------------------------------------------------------------------------------
+// --- a dormant cluster ---------------------------------------------------------------------------
 
 void refreshBindMatrices(Scene& scene, NodeHandle cluster) {
     for (const Influence& influence : influencesOf(scene, cluster)) {

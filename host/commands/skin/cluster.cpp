@@ -51,7 +51,7 @@ Status sortTargets(const CommandCall& call, BindTargets& out) {
     for (NodeHandle node : given) {
         const NodeHandle shape = isJoint(scene, node) ? NodeHandle() : bindableShape(scene, node);
         if (!shape.isNull() && !out.shape.isNull() && shape != out.shape)
-            return call.fail("only one geometry can be bound at a time");
+            return call.fail("Only one geometry can be bound at a time.");
         if (!shape.isNull())
             out.shape = shape;
         else if (!isTransform(scene, node))
@@ -64,7 +64,7 @@ Status sortTargets(const CommandCall& call, BindTargets& out) {
                         out.influences);
     }
     if (out.shape.isNull())
-        return call.fail("no geometry to bind was given");
+        return call.fail("No geometry to bind was given.");
     return Status::ok();
 }
 
@@ -85,9 +85,9 @@ Status readOptions(const CommandCall& call, BindOptions& options) {
                          " is not supported; use 0 or 1");
     if (options.bindMethod < 0 || options.bindMethod > 3 || options.skinMethod < 0 ||
         options.skinMethod > 2 || options.normalize < 0 || options.normalize > 2)
-        return call.fail("bindMethod, skinMethod or normalizeWeights is out of range");
+        return call.fail("One of bindMethod, skinMethod and normalizeWeights is out of range.");
     return options.maxInfluences >= 1 ? Status::ok()
-                                      : call.fail("maximumInfluences must be 1 or more");
+                                      : call.fail("The flag 'maximumInfluences' needs 1 or more.");
 }
 
 Status create(const CommandCall& call, Value& result) {
@@ -120,7 +120,7 @@ Status namedClusters(const CommandCall& call, std::vector<NodeHandle>& clusters)
             for (NodeHandle cluster : findSkinClusters(scene, shape))
                 addOnce(clusters, cluster);
     }
-    return clusters.empty() ? call.fail("no skinCluster was found on the given objects")
+    return clusters.empty() ? call.fail("No skinCluster was found on the given objects.")
                             : Status::ok();
 }
 

@@ -1,18 +1,10 @@
 #pragma once
 
-#include <cstddef>
-
 #include "script/command.h"
 
 namespace torvel {
 
-extern const Command
-    kSkinCommands[];  ///< skinCluster skinPercent copySkinWeights copyDeformerWeights dagPose
-extern const std::size_t kSkinCommandCount;
-extern const Command kPolyCommands[];  ///< polyCube polyPlane polyCylinder
-extern const std::size_t kPolyCommandCount;
-
-// The commands themselves.
+// The skin commands; table.cpp holds their rows.
 Status runSkinCluster(const CommandCall& call, Value& result);
 Status runSkinPercent(const CommandCall& call, Value& result);
 Status runCopySkinWeights(const CommandCall& call, Value& result);

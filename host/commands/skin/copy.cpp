@@ -95,7 +95,7 @@ Status readSkins(const CommandCall& call, NodeHandle (&skins)[2]) {
             at < nodes.size() ? findSkinClusters(scene, bindableShape(scene, nodes[at]))
                               : std::vector<NodeHandle>();
         if (found.empty())
-            return call.fail("a source and a destination skin are needed");
+            return call.fail("A source and a destination skin are needed.");
         skins[i] = found.front();
     }
     return Status::ok();
@@ -118,7 +118,7 @@ Status readMatches(const CommandCall& call, std::vector<InfluenceMatch>& matches
                                         [&](const Name& n) { return kind == n.text; });
         if (known == std::end(kNames))
             return call.fail("influenceAssociation '" + kind +
-                             "' is not supported; use oneToOne, name or closestJoint");
+                             "' is not supported; use oneToOne, name or closestJoint.");
         matches.push_back(known->match);
     }
     return Status::ok();
@@ -137,7 +137,7 @@ Status readPlane(const CommandCall& call, CopyOptions& options) {
     else if (plane == "XY")
         options.plane = MirrorPlane::XY;
     else
-        return call.fail("mirrorMode '" + plane + "' is no plane; use YZ, XZ or XY");
+        return call.fail("mirrorMode '" + plane + "' is no plane; use YZ, XZ or XY.");
     return Status::ok();
 }
 
@@ -149,7 +149,7 @@ Status runCopySkinWeights(const CommandCall& call, Value&) {
     const std::string association = call.text("surfaceAssociation", "closestComponent");
     if (association != "closestPoint" && association != "closestComponent")
         return call.fail("surfaceAssociation '" + association +
-                         "' is not supported; use closestPoint or closestComponent");
+                         "' is not supported; use closestPoint or closestComponent.");
     options.closestPoint = association == "closestPoint";
     options.normalize = call.flag("normalize");
     Status status = readSkins(call, skins);
@@ -163,7 +163,7 @@ Status runCopySkinWeights(const CommandCall& call, Value&) {
 
 // Weights of other deformers are kept with them as a file has them and are not worked on.
 Status runCopyDeformerWeights(const CommandCall& call, Value&) {
-    return call.fail("weights of deformers other than skinCluster cannot be copied");
+    return call.fail("Weights of deformers other than skinCluster cannot be copied.");
 }
 
 }  // namespace torvel

@@ -40,7 +40,7 @@ Status findPose(const CommandCall& call, NodeHandle& pose) {
             return Status::ok();
         }
     }
-    return call.fail("no pose was found for the given objects");
+    return call.fail("No pose was found for the given objects.");
 }
 
 Status save(const CommandCall& call, Value& result) {
@@ -58,7 +58,7 @@ Status save(const CommandCall& call, Value& result) {
             addHierarchy(scene, node, members);
     }
     if (members.empty())
-        return call.fail("nothing to save a pose of");
+        return call.fail("There is nothing to save a pose of.");
     NodeHandle pose;
     if (const Status made =
             createPose(scene, members, call.has("bindPose"), call.text("name"), pose);
@@ -88,14 +88,14 @@ Status reset(const CommandCall& call) {
         for (NodeHandle pose : posesOf(scene, node, call.has("bindPose")))
             if (call.text("name").empty() || scene.names().shortest(pose) == call.text("name"))
                 any = resetMember(scene, pose, node) || any;
-    return any ? Status::ok() : call.fail("none of the objects is a member of a pose");
+    return any ? Status::ok() : call.fail("None of the objects is a member of a pose.");
 }
 
 Status add(const CommandCall& call) {
     NodeHandle pose;
     std::vector<NodeHandle> nodes;
     if (call.text("name").empty())
-        return call.fail("addToPose needs the name of a pose");
+        return call.fail("The flag 'addToPose' needs the name of a pose.");
     if (const Status status = findPose(call, pose); !status)
         return status;
     if (const Status status = call.objectsOrSelection(nodes); !status)
@@ -157,7 +157,7 @@ Status runDagPose(const CommandCall& call, Value& result) {
         return reset(call);
     if (call.has("addToPose"))
         return add(call);
-    return call.fail("one of save, restore, reset or addToPose is needed");
+    return call.fail("Needs one of the flags save, restore, reset and addToPose.");
 }
 
 }  // namespace torvel

@@ -42,13 +42,13 @@ Status readPoints(const CommandCall& call, std::size_t pointCount, std::vector<i
     points.erase(std::unique(points.begin(), points.end()), points.end());
     while (!points.empty() && static_cast<std::size_t>(points.back()) >= pointCount)
         points.pop_back();
-    return points.empty() ? call.fail("no points of the skin were given") : Status::ok();
+    return points.empty() ? call.fail("No points of the skin were given.") : Status::ok();
 }
 
 Status readTarget(const CommandCall& call, Target& out) {
     const std::vector<std::string> texts = call.texts();
     if (texts.empty())
-        return call.fail("the name of a skinCluster is needed");
+        return call.fail("Needs the name of a skinCluster.");
     if (const Status status = call.resolve(texts[0], out.cluster); !status)
         return status;
     const WeightList* weights = weightsOf(call.scene(), out.cluster);
@@ -67,8 +67,7 @@ Status readInfluence(const CommandCall& call, const Target& target, const std::s
                         : call.fail("'" + text + "' is not an influence of the skin");
 }
 
-// --- query
-// -----------------------------------------------------------------------------------------------------
+// --- query ---------------------------------------------------------------------------------------
 
 Value oneOrList(const std::vector<double>& values) {
     return values.size() == 1 ? Value(values[0]) : Value::doubles(values);
@@ -113,8 +112,7 @@ Status ask(const CommandCall& call, const Target& target, Value& result) {
     return Status::ok();
 }
 
-// --- edit
-// ------------------------------------------------------------------------------------------------------
+// --- edit ----------------------------------------------------------------------------------------
 
 struct Wanted {
     std::int32_t logical;
@@ -190,7 +188,7 @@ Status readChange(const CommandCall& call, const Target& target, Change& change)
             !status)
             return status;
         if (isOn(change.locked, wanted.logical))
-            return call.fail("the weights of '" + use->values[0].string() + "' are locked");
+            return call.fail("The weights of '" + use->values[0].string() + "' are locked.");
         change.wanted.push_back(wanted);
     }
     return Status::ok();
@@ -205,7 +203,8 @@ Status runSkinPercent(const CommandCall& call, Value& result) {
     if (call.isQuery())
         return ask(call, target, result);
     if (call.has("transform") || call.has("value"))
-        return call.fail("transform and value are for queries; use transformValue to set weights");
+        return call.fail(
+            "The flags transform and value are for queries; transformValue sets weights.");
     Change change;
     if (const Status status = readChange(call, target, change); !status)
         return status;
@@ -215,8 +214,8 @@ Status runSkinPercent(const CommandCall& call, Value& result) {
     });
     return change.refused == 0
                ? Status::ok()
-               : call.fail("the weights of " + std::to_string(change.refused) +
-                           " points stay: all other influences are locked or have no weight");
+               : call.fail("The weights of " + std::to_string(change.refused) +
+                           " points stay: all other influences are locked or have no weight.");
 }
 
 }  // namespace torvel

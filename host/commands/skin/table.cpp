@@ -72,8 +72,6 @@ constexpr FlagRow kDagPoseFlags[] = {
     {"atPose", "ap", "", kQuery},
 };
 
-}  // namespace
-
 const Command kSkinCommands[] = {
     {"skinCluster", kSkinClusterFlags, countOf(kSkinClusterFlags), runSkinCluster,
      "Binds a shape to joints, edits and asks a skin."},
@@ -86,6 +84,11 @@ const Command kSkinCommands[] = {
     {"dagPose", kDagPoseFlags, countOf(kDagPoseFlags), runDagPose,
      "Saves, restores and asks poses of a skeleton."},
 };
-const std::size_t kSkinCommandCount = sizeof kSkinCommands / sizeof *kSkinCommands;
+
+}  // namespace
+
+CommandTable skinCommands() {
+    return {kSkinCommands, std::size(kSkinCommands)};
+}
 
 }  // namespace torvel

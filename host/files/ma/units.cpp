@@ -4,30 +4,11 @@
 #include <cmath>
 #include <limits>
 
+#include "base/units.h"
 #include "files/ma/statement.h"
 
 namespace torvel {
 namespace {
-
-struct UnitRow {
-    const char* shortName;
-    const char* longName;
-    double factor;
-};
-
-const UnitRow kLengths[] = {{"mm", "millimeter", 0.1}, {"cm", "centimeter", 1.0},
-                            {"m", "meter", 100.0},     {"km", "kilometer", 100000.0},
-                            {"in", "inch", 2.54},      {"ft", "foot", 30.48},
-                            {"yd", "yard", 91.44},     {"mi", "mile", 160934.4}};
-const UnitRow kAngles[] = {{"deg", "degree", FileUnits::kDegreeFactor}, {"rad", "radian", 1.0}};
-
-template <std::size_t N>
-double factorOf(const UnitRow (&rows)[N], std::string_view name, double fallback) {
-    for (const UnitRow& row : rows)
-        if (name == row.shortName || name == row.longName)
-            return row.factor;
-    return fallback;
-}
 
 template <class T>
 void appendShortest(std::string& out, T value) {
@@ -59,6 +40,16 @@ void appendExactly(std::string& out, double internal, double factor) {
     out.append(text, r.ptr);
 }
 
+double lengthFactor(std::string_view name) {
+    const LengthUnit* unit = findLengthUnit(name);
+    return unit ? unit->centimetres : 1.0;
+}
+
+double angleFactor(std::string_view name) {
+    const AngleUnit* unit = findAngleUnit(name);
+    return unit ? unit->radians : FileUnits::kDegreeFactor;
+}
+
 double parsed(const char* begin, const char* end) {
     double value = 0.0;
     std::from_chars(begin, end, value);
@@ -72,9 +63,9 @@ FileUnits FileUnits::of(std::string_view statement) {
     TokenCursor cursor(statement);
     for (Token token = cursor.next(); !token.isEnd(); token = cursor.next()) {
         if (token.text == "-l" || token.text == "-linear")
-            units.length = factorOf(kLengths, cursor.next().text, 1.0);
+            units.length = lengthFactor(cursor.next().text);
         else if (token.text == "-a" || token.text == "-angle")
-            units.angle = factorOf(kAngles, cursor.next().text, kDegreeFactor);
+            units.angle = angleFactor(cursor.next().text);
     }
     return units;
 }

@@ -268,7 +268,7 @@ Status findParent(const CommandCall& call, UiTree& tree, UiKind kind, int& id) {
     const UiElement* one = tree.element(id);
     if (!one || (one->kind != UiKind::Window && one->kind != UiKind::Layout))
         return call.fail("the parent must be a window or a layout");
-    if (one->object == call.session().mainWindow)
+    if (one->object == mainWindowOf(call.session()))
         return call.fail("the main window takes no controls; make a window first");
     if (one->kind == UiKind::Layout)
         return Status::ok();
@@ -384,7 +384,7 @@ Status runControl(const CommandCall& call, Value& result) {
     UiTree* tree = nullptr;
     if (Status ready = uiTree(call, tree); !ready)
         return ready;
-    auto& window = *qobject_cast<MainWindow*>(call.session().mainWindow);
+    auto& window = *mainWindowOf(call.session());
     const Kind& kind = kinds().at(call.name());
     if (call.has("exists")) {
         const std::vector<std::string> names = call.texts();

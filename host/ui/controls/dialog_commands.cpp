@@ -147,7 +147,7 @@ Status runConfirmDialog(const CommandCall& call, Value& result) {
     bool asked = false;
     if (Status ready = uiTree(call, tree); !ready)
         return ready;
-    auto& window = *qobject_cast<MainWindow*>(call.session().mainWindow);
+    auto& window = *mainWindowOf(call.session());
     if (Status read = readQuestion(call, window, question); !read)
         return read;
     if (Status taken = readyAnswer(call, window, question, answer, asked); !taken)
@@ -176,7 +176,7 @@ Status runPromptDialog(const CommandCall& call, Value& result) {
     bool asked = false;
     if (Status ready = uiTree(call, tree); !ready)
         return ready;
-    auto& window = *qobject_cast<MainWindow*>(call.session().mainWindow);
+    auto& window = *mainWindowOf(call.session());
     if (call.isQuery()) {
         result = window.dialogs().promptText;
         return Status::ok();
@@ -201,7 +201,7 @@ Status runDialogAnswer(const CommandCall& call, Value& result) {
     UiTree* tree = nullptr;
     if (Status ready = uiTree(call, tree); !ready)
         return ready;
-    DialogState& state = qobject_cast<MainWindow*>(call.session().mainWindow)->dialogs();
+    DialogState& state = mainWindowOf(call.session())->dialogs();
     if (call.flag("clear"))
         state.answers.clear();
     if (call.has("button"))
@@ -285,7 +285,7 @@ Status runProgressWindow(const CommandCall& call, Value& result) {
     UiTree* tree = nullptr;
     if (Status ready = uiTree(call, tree); !ready)
         return ready;
-    auto& window = *qobject_cast<MainWindow*>(call.session().mainWindow);
+    auto& window = *mainWindowOf(call.session());
     DialogState& state = window.dialogs();
     if (call.isQuery())
         return askProgress(call, state, result);

@@ -9,7 +9,7 @@
 namespace torvel {
 
 Status uiTree(const CommandCall& call, UiTree*& tree) {
-    auto* window = qobject_cast<MainWindow*>(call.session().mainWindow);
+    auto* window = mainWindowOf(call.session());
     if (!window)
         return call.fail("there is no user interface (--no-ui)");
     tree = &window->tree();
@@ -53,7 +53,7 @@ Status newName(const CommandCall& call, std::string& name) {
 
 QWidget* foreignWindow(const Session& session, const std::string& name) {
     const auto wanted = QString::fromStdString(name);
-    for (QObject* child : session.mainWindow->children()) {
+    for (QObject* child : mainWindowOf(session)->children()) {
         auto* widget = qobject_cast<QWidget*>(child);
         if (widget && widget->isWindow() && !wanted.isEmpty() && widget->objectName() == wanted)
             return widget;

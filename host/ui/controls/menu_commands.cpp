@@ -187,7 +187,7 @@ Status createItem(const CommandCall& call, UiTree& tree, Value& result) {
     if (!made.divider)
         setLabel(made, made.name);
     applyItemFlags(call, made);
-    wire(*qobject_cast<MainWindow*>(call.session().mainWindow), id);
+    wire(*mainWindowOf(call.session()), id);
     if (call.flag("subMenu"))
         tree.setCurrentMenu(id);
     result = tree.fullPath(id);

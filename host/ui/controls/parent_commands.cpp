@@ -88,7 +88,7 @@ Status deleteOne(const CommandCall& call, UiTree& tree, const std::string& name)
     const UiElement* one = tree.element(id);
     if (!isAsked(call, one->kind))
         return Status::failure("Object '" + name + "' not found.");
-    if (one->object == call.session().mainWindow)
+    if (one->object == mainWindowOf(call.session()))
         return call.fail("the main window cannot be deleted");
     tree.remove(id);
     return Status::ok();

@@ -89,9 +89,7 @@ Status runRadioCollection(const CommandCall& call, Value& result) {
     if (call.isQuery())
         return askCollection(call, *tree, group, result);
     if (call.has("select"))
-        if (Status done =
-                selectButton(call, *qobject_cast<MainWindow*>(call.session().mainWindow), group);
-            !done)
+        if (Status done = selectButton(call, *mainWindowOf(call.session()), group); !done)
             return done;
     result = tree->fullPath(id);
     return Status::ok();

@@ -15,7 +15,7 @@ namespace {
 constexpr const char* kEvents[] = {"closeCommand", "minimizeCommand", "restoreCommand"};
 
 MainWindow& desktop(const CommandCall& call) {
-    return *qobject_cast<MainWindow*>(call.session().mainWindow);
+    return *mainWindowOf(call.session());
 }
 
 void keepEvents(const CommandCall& call, const Part& part) {

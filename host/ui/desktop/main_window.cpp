@@ -207,4 +207,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->setAccepted(m_session.batch || mayDiscard());
 }
 
+MainWindow* mainWindowOf(const Session& session) {
+    return static_cast<MainWindow*>(session.mainWindow);
+}
+
 }  // namespace torvel

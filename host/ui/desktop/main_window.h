@@ -3,6 +3,7 @@
 #include <QMainWindow>
 
 #include "base/value.h"
+#include "script/session.h"
 #include "ui/controls/dialog_state.h"
 #include "ui/tools/commands.h"
 #include "ui/controls/tree.h"
@@ -17,7 +18,7 @@ class Session;
 /// The host's desktop: menu bar, outliner, view, Script Editor. Its object name is "MayaWindow", by
 /// which scripts know it. The constructor makes it the session's main window, the destructor takes
 /// it back.
-class MainWindow : public QMainWindow {
+class MainWindow : public QMainWindow, public Desktop {
     Q_OBJECT
 
   public:
@@ -77,5 +78,8 @@ class MainWindow : public QMainWindow {
     int m_sink = 0;
     int m_scripted = 0;
 };
+
+/// The main window of a session; null when it has none.
+MainWindow* mainWindowOf(const Session& session);
 
 }  // namespace torvel

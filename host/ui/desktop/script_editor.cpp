@@ -9,7 +9,6 @@
 #include <QVBoxLayout>
 
 #include "script/session.h"
-#include "script/output.h"
 #include "ui/desktop/log_text.h"
 
 namespace torvel {
@@ -79,13 +78,14 @@ ScriptEditor::ScriptEditor(Session& session, QWidget* parent)
     m_sink = m_session.log().addSink([this](const LogLine& line) { show(line); });
     m_listens = !m_session.batch;
     if (m_listens)
-        setScriptOutput([this](const std::string& text, bool isError) { print(text, isError); });
+        m_session.output().listen(
+            [this](const std::string& text, bool isError) { print(text, isError); });
 }
 
 ScriptEditor::~ScriptEditor() {
     m_session.log().removeSink(m_sink);
     if (m_listens)
-        setScriptOutput({});
+        m_session.output().listen({});
 }
 
 void ScriptEditor::show(const LogLine& line) {

@@ -41,7 +41,7 @@ Status toolState(const CommandCall& call, ToolState*& state) {
     UiTree* tree = nullptr;
     if (Status ready = uiTree(call, tree); !ready)
         return ready;
-    state = &qobject_cast<MainWindow*>(call.session().mainWindow)->tools();
+    state = &mainWindowOf(call.session())->tools();
     return Status::ok();
 }
 
@@ -49,7 +49,7 @@ Status toolState(const CommandCall& call, ToolState*& state) {
 template <class Window>
 Window& toolWindow(const CommandCall& call, QPointer<QWidget>& place) {
     if (!place)
-        place = new Window(call.session(), call.session().mainWindow);
+        place = new Window(call.session(), mainWindowOf(call.session()));
     return *static_cast<Window*>(place.data());
 }
 
@@ -78,7 +78,7 @@ Status runCurrentCtx(const CommandCall& call, Value& result) {
 // For tools that have nothing to set.
 void showPlain(const CommandCall& call, ToolState& state) {
     if (!state.plain) {
-        auto* window = new QWidget(call.session().mainWindow, Qt::Window);
+        auto* window = new QWidget(mainWindowOf(call.session()), Qt::Window);
         window->setObjectName(QStringLiteral("toolSettings"));
         window->setWindowTitle(QObject::tr("Tool Settings"));
         auto* box = new QVBoxLayout(window);

@@ -13,7 +13,7 @@ const std::string kFolder = TEST_PLUGIN_FOLDER;
 class PluginLoaderTest : public ApiTest {
   protected:
     void SetUp() override {
-        scene.session().addCommands(kPluginCommands, kPluginCommandCount);
+        scene.session().addCommands({kPluginCommands, kPluginCommandCount});
         setenv("MAYA_PLUG_IN_PATH", ("/no/such/folder::" + kFolder).c_str(), 1);
     }
     void TearDown() override { unsetenv("MAYA_PLUG_IN_PATH"); }

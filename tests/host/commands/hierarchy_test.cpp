@@ -161,6 +161,18 @@ TEST_F(Hierarchy, RenameFollowsTheRulesOfNames) {
     EXPECT_EQ(scene.error("rename", {"leg", "x"}), "Cannot rename a locked node.");
 }
 
+TEST_F(Hierarchy, MaterialsAreWhatShadesOrStandsInTheList) {
+    scene.call("shadingNode", {"lambert"}, {flag("as"), flag("n", {"red"})});
+    scene.make("multiplyDivide", "listed");
+    scene.make("multiplyDivide", "shades");
+    scene.make("multiplyDivide", "other");
+    scene.call("connectAttr", {"listed.message", "defaultShaderList1.shaders[7]"});
+    scene.call("connectAttr", {"shades.output", "initialShadingGroup.surfaceShader"});
+    EXPECT_EQ(scene.text("ls", {}, {flag("materials")}),
+              "lambert1 standardSurface1 red listed shades");
+    EXPECT_EQ(scene.text("ls", {"other", "red"}, {flag("mat")}), "red");
+}
+
 TEST_F(Hierarchy, AmbiguousNamesAreRefusedButExist) {
     scene.make("transform", "P");
     scene.make("transform", "x", "P");

@@ -2,7 +2,6 @@
 
 #include "script/session.h"
 #include "commands/skin/binding.h"
-#include "commands/skin/commands.h"
 #include "commands/skin/distance.h"
 #include "edit/bounds.h"
 #include "nodes/shape/mesh.h"
@@ -18,12 +17,6 @@ using test::flag;
 // Joints and shapes of one session, by name.
 class Skin : public ::testing::Test {
   protected:
-    Skin() {
-        if (session.findCommand("skinCluster"))
-            return;
-        session.addCommands(kSkinCommands, kSkinCommandCount);
-        session.addCommands(kPolyCommands, kPolyCommandCount);
-    }
     NodeHandle joint(const std::string& name, const V3d& at, NodeHandle parent = {}) {
         NodeHandle made;
         EXPECT_TRUE(scene.createNode("joint", name, parent, made).isOk());

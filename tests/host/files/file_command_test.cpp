@@ -9,7 +9,7 @@ namespace {
 
 class FileCommand : public FileTest {
   protected:
-    FileCommand() { session.addCommands(fileCommands().rows, fileCommands().count); }
+    FileCommand() { session.addCommands(fileCommands()); }
 
     std::string run(std::vector<RawFlag> flags, std::vector<Value> args = {}) {
         result = Value();

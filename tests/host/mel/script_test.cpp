@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "mel/language.h"
-#include "script/output.h"
 #include "host/mel/probe_commands.h"
 
 namespace torvel::test {
@@ -14,12 +13,12 @@ namespace {
 class Mel : public testing::Test {
   protected:
     Mel() {
-        m_session.addCommands(kProbeCommands, 3);
+        m_session.addCommands({kProbeCommands, 3});
         m_mel = makeMelLanguage(m_session);
         m_session.log().addSink([this](const LogLine& line) { m_shown += line.text + "\n"; });
-        setScriptOutput([this](const std::string& text, bool) { m_printed += text; });
+        m_session.output().listen([this](const std::string& text, bool) { m_printed += text; });
     }
-    ~Mel() override { setScriptOutput({}); }
+    ~Mel() override { m_session.output().listen({}); }
 
     static std::string show(const Value& value) {
         if (value.isNone())

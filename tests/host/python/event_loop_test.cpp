@@ -45,7 +45,7 @@ class PythonEventLoop : public Python {
     PythonEventLoop() {
         application();
         m_python.reset();
-        m_session.addCommands(kLoopCommands, 2);
+        m_session.addCommands({kLoopCommands, 2});
         m_python = makePythonLanguage(m_session);
         run("from maya import cmds, mel, utils\nimport threading, time, ctypes\nseen = []");
     }

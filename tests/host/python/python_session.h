@@ -7,7 +7,6 @@
 
 #include "host/mel/probe_commands.h"
 #include "mel/language.h"
-#include "script/output.h"
 #include "python/language.h"
 
 namespace torvel::test {
@@ -16,14 +15,14 @@ namespace torvel::test {
 class Python : public testing::Test {
   protected:
     Python() {
-        m_session.addCommands(kProbeCommands, 3);
+        m_session.addCommands({kProbeCommands, 3});
         m_mel = makeMelLanguage(m_session);
         m_python = makePythonLanguage(m_session);
         m_session.log().addSink([this](const LogLine& line) { m_shown += line.text + "\n"; });
-        setScriptOutput([this](const std::string& text, bool) { m_printed += text; });
+        m_session.output().listen([this](const std::string& text, bool) { m_printed += text; });
         run("from maya import cmds, mel");
     }
-    ~Python() override { setScriptOutput({}); }
+    ~Python() override { m_session.output().listen({}); }
 
     static std::string show(const Value& value) {
         if (value.isNone())

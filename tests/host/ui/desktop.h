@@ -42,7 +42,7 @@ struct Desktop {
     Desktop() {
         application();
         if (!host.session().findCommand("menu"))
-            host.session().addCommands(kUiCommands, kUiCommandCount);
+            host.session().addCommands({kUiCommands, kUiCommandCount});
         host.session().python = &python;
         host.session().mel = &mel;
         window = std::make_unique<MainWindow>(host.session());

@@ -97,5 +97,43 @@ TEST_F(Layouts, ARingOfTiesEnds) {
           "'w' is no child of the form");
 }
 
+TEST_F(Layouts, SizesAndColumnsHaveLimits) {
+    const char* const kRefused[][2] = {
+        {"cmds.window(w=2000000000)", "the flag 'width' takes at most 16384 pixels"},
+        {"cmds.rowLayout(cw=(1, 2000000000))", "the flag 'columnWidth' takes at most 16384 pixels"},
+        {"cmds.rowColumnLayout(cw=(2000000000, 1))",
+         "the flag 'columnWidth' takes at most 16384 pixels"},
+        {"cmds.rowColumnLayout(adj=-3)", "columns and rows count from 1"},
+        {"cmds.button(h=2000000000)", "the flag 'height' takes at most 16384 pixels"},
+    };
+    py("cmds.window('w')\ncmds.columnLayout('column')");
+    for (const auto& [text, error] : kRefused) {
+        py("cmds.setParent('column')");
+        fails(text, error);
+    }
+    EXPECT_EQ(py("cmds.intField('count', v=2000000000)\ncmds.intField('count', q=True, v=True)"),
+              "2000000000");
+}
+
+TEST_F(Layouts, PartsThatAreDeletedUnderThemAreGone) {
+    py("cmds.window('w')\ncmds.columnLayout('column')\ncmds.rowLayout('row', nc=2)\n"
+       "cmds.button('a')\ncmds.button('b')\ncmds.setParent('column')\n"
+       "cmds.rowColumnLayout('grid', nc=2)\ncmds.button('c')\ncmds.showWindow()");
+    for (const char* name : {"a", "b", "c"})
+        delete find(name);
+    EXPECT_EQ(py("cmds.rowLayout('row', e=True, cw=[(1, 50), (2, 60)])\n"
+                 "cmds.rowColumnLayout('grid', e=True, cw=(1, 50), adj=1)\n"
+                 "cmds.button('a', exists=True)"),
+              "False");
+    fails("cmds.deleteUI('a')", "Object 'a' not found.");
+    // Letting a callable go may delete the rest.
+    py("class Last:\n"
+       "    def __call__(self, *_): pass\n"
+       "    def __del__(self): cmds.deleteUI('w')\n"
+       "cmds.setParent('row')\ncmds.button('d', c=Last())\ncmds.deleteUI('d')");
+    settle();
+    EXPECT_EQ(py("cmds.window('w', exists=True)"), "False");
+}
+
 }  // namespace
 }  // namespace torvel

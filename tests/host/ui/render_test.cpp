@@ -57,7 +57,6 @@ class RenderTest : public ::testing::Test {
   protected:
     RenderTest() {
         application();
-        host.session().addCommands(renderCommands().rows, renderCommands().count);
         options.grid = false;
     }
     QImage draw(const ViewFrame& frame = frontFrame()) {
