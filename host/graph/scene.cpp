@@ -22,6 +22,7 @@ void Scene::clear() {
     m_nodes.clear();
     ++m_structure;
     m_selection.clear();
+    m_selection.hilited.clear();
     *m_writers = WriterTable();
     m_writersStale = false;
     for (std::uint32_t& generation : m_generations)

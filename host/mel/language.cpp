@@ -30,7 +30,7 @@ class MelLanguage : public Language {
 
   private:
     Status runText(const std::string& text, const std::string& path, Value& result) {
-        const ScriptDepth depth(m_session.deferred());
+        const ScriptDepth depth(m_interpreter.session().deferred());
         try {
             result = m_interpreter.run(text, path);
             return Status::ok();

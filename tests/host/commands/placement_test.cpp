@@ -223,14 +223,8 @@ TEST_F(Placing, JointCommandCreatesBelowTheSelection) {
                {0, 2, 0});
 }
 
-TEST_F(Placing, MessagesAndFacts) {
+TEST_F(Placing, Facts) {
     EXPECT_EQ(scene.text("about", {}, {flag("v")}), "2024");
-    scene.clearLines();
-    scene.call("warning", {"careful"});
-    ASSERT_EQ(scene.lines().size(), 1u);
-    EXPECT_EQ(scene.lines()[0].text, "careful");
-    EXPECT_TRUE(scene.lines()[0].fromScript);
-    EXPECT_EQ(scene.error("error", {"stop"}), "stop");
     EXPECT_EQ(scene.error("undoInfo", {}, {flag("ock"), flag("cn", {"step"})}), "ok");
     EXPECT_NE(scene.error("undo"), "ok");
     EXPECT_EQ(scene.text("currentUnit", {}, {flag("q"), flag("linear")}), "cm");

@@ -2,6 +2,7 @@
 
 #include "script/session.h"
 #include "commands/skin/binding.h"
+#include "commands/tables.h"
 #include "commands/skin/distance.h"
 #include "edit/bounds.h"
 #include "nodes/shape/mesh.h"
@@ -17,6 +18,7 @@ using test::flag;
 // Joints and shapes of one session, by name.
 class Skin : public ::testing::Test {
   protected:
+    Skin() { addSceneCommands(session); }
     NodeHandle joint(const std::string& name, const V3d& at, NodeHandle parent = {}) {
         NodeHandle made;
         EXPECT_TRUE(scene.createNode("joint", name, parent, made).isOk());
@@ -153,7 +155,7 @@ TEST_F(Skin, ALiveClusterRefusesASecondBind) {
     const std::size_t nodes = scene.nodeCount();
     EXPECT_NE(refusal("skinCluster", {"low", "box"}).find("skinCluster1"), std::string::npos);
     EXPECT_EQ(scene.nodeCount(), nodes);
-    EXPECT_NE(refusal("skinCluster", {"low"}).find("no geometry"), std::string::npos);
+    EXPECT_NE(refusal("skinCluster", {"low"}).find("No geometry"), std::string::npos);
     EXPECT_NE(refusal("skinCluster", {"low", "box"}, {flag("bindMethod", {2})}).find("heat map"),
               std::string::npos);
 }
@@ -339,7 +341,7 @@ TEST_F(Skin, PoseRestoresAndRefusesWhenDriven) {
     EXPECT_NE(refusal("dagPose", {"low"}, {flag("restore"), flag("bindPose")}).find("cannot reach"),
               std::string::npos);
     EXPECT_EQ(scene.number(plug("low", "tx")), 4.0);  // nothing moved
-    EXPECT_NE(refusal("dagPose", {"box"}, {flag("restore")}).find("no pose"), std::string::npos);
+    EXPECT_NE(refusal("dagPose", {"box"}, {flag("restore")}).find("No pose"), std::string::npos);
 }
 
 TEST_F(Skin, PoseResetTakesThePresentStateButNotTheSkin) {
