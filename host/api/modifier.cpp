@@ -7,10 +7,12 @@
 #include <maya/MTypeId.h>
 
 #include "api/bridge.h"
+#include "graph/journal.h"
 
 MAYA_API_NAMESPACE_OPEN
 
 using namespace torvel::api;
+using torvel::EditScope;
 using torvel::NodeHandle;
 using torvel::Plug;
 using torvel::Scene;
@@ -38,10 +40,12 @@ MStatus MDGModifier::Data::run() {
     if (steps.empty())
         return MStatus::kSuccess;
     done.clear();
+    if (!scene())
+        return MStatus::kFailure;
+    const EditScope scope(*scene(), "MDGModifier");
     MStatus result;
     for (Step& step : steps) {
-        const MStatus status =
-            scene() ? statusOf(step.apply(*scene())) : MStatus(MStatus::kFailure);
+        const MStatus status = statusOf(step.apply(*scene()));
         if (status)
             done.push_back(std::move(step));
         else if (result)
@@ -58,6 +62,7 @@ MStatus MDGModifier::Data::revert() {
         return MStatus::kNotImplemented;
     std::vector<Step> steps;
     steps.swap(done);
+    const EditScope scope(*scene(), "MDGModifier");
     MStatus result;
     for (std::size_t i = steps.size(); i-- > 0;)
         if (!statusOf(steps[i].revert(*scene())))

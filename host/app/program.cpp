@@ -174,7 +174,7 @@ bool Program::runSteps() {
 bool Program::maySave(bool scriptsDone) {
     if (m_options.save.empty() || scriptsDone)
         return true;
-    for (const std::string& opened : {m_options.scene, m_session->scene().fileName})
+    for (const std::string& opened : {m_options.scene, m_session->scene().document().fileName})
         if (sameFile(m_options.save, opened)) {
             complain("a script failed: not saved over " + m_options.save +
                      ", the scene it came from");

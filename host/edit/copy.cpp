@@ -12,9 +12,6 @@
 namespace torvel {
 namespace {
 
-constexpr std::uint32_t kCopiedStates =
-    kLocked | kSet | kKeyableOn | kKeyableOff | kChannelBoxOn | kChannelBoxOff;
-
 using AttrMap = std::unordered_map<AttrIndex, AttrIndex>;
 
 // Places of deleted attributes stay empty in the original, so added attributes may get other
@@ -42,12 +39,7 @@ AttrMap copyAddedAttributes(Scene& scene, const Node& from, NodeHandle to) {
 void copySlot(Scene& scene, const Plug& from, const Slot& slot, Plug to) {
     if (scene.info(from).is(kOutput))
         return;
-    Slot* target = scene.slotFor(to);
-    if (!target)
-        return;
-    target->number = slot.number;
-    target->data = slot.data;
-    target->state = (target->state & ~kCopiedStates) | (slot.state & kCopiedStates);
+    scene.takeValue(to, slot);
 }
 
 // Driven plugs give the copy the value they have now.
@@ -88,10 +80,11 @@ void copyValues(Scene& scene, NodeHandle from, NodeHandle to) {
         if (mapped(c.target, target))
             copyDrivenValue(scene, c.target, target);
     }
-    Node& copy = *scene.node(to);
-    copy.keptText = source.keptText;
-    copy.keptHead = source.keptHead;
-    copy.unknownType = source.unknownType;
+    scene.changeFacts(to, [&](NodeFacts& facts) {
+        facts.keptText = source.keptText;
+        facts.keptHead = source.keptHead;
+        facts.unknownType = source.unknownType;
+    });
 }
 
 namespace {

@@ -83,19 +83,20 @@ class Import {
 
 // Reads the nodes of a text that fits the scene: it keeps its own units, file infos and references.
 Status addNodes(Scene& scene, const std::string& text, const std::string& name) {
-    const std::string units = scene.unitsText;
-    const std::vector<std::string> infos = scene.fileInfoText, references = scene.referenceText;
-    std::vector<std::string> needs = scene.requiresText;
+    const Document before = scene.document();
+    std::vector<std::string> needs = before.requiresText;
     OpenReport ignored;
     const Status status = readSceneText(scene, text, name, ignored);
-    for (const std::string& need : scene.requiresText)
+    for (const std::string& need : scene.document().requiresText)
         if (std::find(needs.begin(), needs.end(), need) == needs.end())
             needs.push_back(need);
-    scene.unitsText = units;
-    scene.fileInfoText = infos;
-    scene.referenceText = references;
-    scene.requiresText = needs;
-    scene.modified = true;
+    scene.changeDocument([&](Document& document) {
+        document.unitsText = before.unitsText;
+        document.fileInfoText = before.fileInfoText;
+        document.referenceText = before.referenceText;
+        document.requiresText = needs;
+        document.modified = true;
+    });
     return status;
 }
 

@@ -59,13 +59,13 @@ Status checkType(const CommandCall& call) {
 }
 
 Status query(const CommandCall& call, Value& result) {
-    const std::string& path = call.scene().fileName;
+    const std::string& path = call.scene().document().fileName;
     if (call.has("sceneName"))
         result = Value(path);
     else if (call.has("shortName"))
         result = Value(std::filesystem::path(path).filename().string());
     else if (call.has("modified") || call.has("anyModified"))
-        result = Value(call.scene().modified);
+        result = Value(call.scene().document().modified);
     else if (call.has("type"))
         result = Value(Value::List{Value("mayaAscii")});
     else if (call.has("exists"))
@@ -83,17 +83,17 @@ Status open(const CommandCall& call, Value& result) {
             openScene(call.session(), path, call.flag("executeScriptNodes", true));
         !status)
         return status;
-    result = Value(call.scene().fileName);
+    result = Value(call.scene().document().fileName);
     return Status::ok();
 }
 
 Status save(const CommandCall& call, Value& result) {
-    const std::string path = call.scene().fileName;
+    const std::string path = call.scene().document().fileName;
     if (path.empty())
         return call.fail("the scene has no name; give it one with rename");
     if (const Status status = saveScene(call.scene(), path); !status)
         return status;
-    result = Value(call.scene().fileName);
+    result = Value(call.scene().document().fileName);
     return Status::ok();
 }
 
@@ -145,7 +145,7 @@ Status run(const CommandCall& call, Value& result) {
     if (call.has("exportAll") || call.has("exportSelected"))
         return exportTo(call, result);
     const bool replaces = call.has("newFile") || call.has("open");
-    if (replaces && call.scene().modified && !call.has("force"))
+    if (replaces && call.scene().document().modified && !call.has("force"))
         return Status::failure("Unsaved changes.");
     if (call.has("open"))
         return open(call, result);
@@ -155,11 +155,12 @@ Status run(const CommandCall& call, Value& result) {
         return Status::ok();
     }
     if (call.has("rename")) {
-        call.scene().fileName = absolutePath(call.text("rename"));
-        result = Value(call.scene().fileName);
+        call.scene().changeDocument(
+            [&](Document& document) { document.fileName = absolutePath(call.text("rename")); });
+        result = Value(call.scene().document().fileName);
     }
     if (call.has("modified"))
-        call.scene().modified = call.flag("modified");
+        call.scene().setModified(call.flag("modified"));
     if (call.has("save"))
         return save(call, result);
     const bool did = call.has("rename") || call.has("modified") || call.has("type");

@@ -6,6 +6,7 @@
 #include "files/file_io.h"
 #include "files/ma/reader.h"
 #include "files/ma/writer.h"
+#include "graph/journal.h"
 #include "files/ma/text_codes.h"
 #include "files/script_nodes.h"
 #include "files/trusted_folders.h"
@@ -37,8 +38,8 @@ Status openScene(Session& session, const std::string& path, bool runsScriptNodes
     OpenReport report;
     if (const Status status = readSceneFile(full, fresh, report); !status)
         return status;
-    fresh.fileName = full;
-    fresh.modified = false;
+    fresh.changeDocument([&](Document& document) { document.fileName = full; });
+    fresh.setModified(false);
     runClosingScripts(session);
     scene.takeContents(fresh);
     session.sceneTrusted = runsScriptNodes && (session.trust || isTrustedPlace(full));
@@ -54,7 +55,8 @@ void newScene(Session& session) {
     Scene& scene = session.scene();
     scene.clear();
     createDefaultNodes(scene);
-    scene.modified = false;
+    scene.setModified(false);
+    scene.journal().clear();
 }
 
 Status saveScene(Scene& scene, const std::string& path) {
@@ -64,8 +66,8 @@ Status saveScene(Scene& scene, const std::string& path) {
         return status;
     if (!loss.empty())
         scene.log().write(Channel::Warning, full + " was saved, but " + loss);
-    scene.fileName = full;
-    scene.modified = false;
+    scene.changeDocument([&](Document& document) { document.fileName = full; });
+    scene.setModified(false);
     return Status::ok();
 }
 

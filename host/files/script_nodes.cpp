@@ -46,7 +46,7 @@ void runScripts(Session& session, const std::vector<NodeScript>& scripts) {
         // One before it may have deleted it, or opened another scene.
         if (!scene.isValid(script.node) || scene.typeName(script.node) != "script")
             continue;
-        const std::string file = std::filesystem::path(scene.fileName).filename().string();
+        const std::string file = std::filesystem::path(scene.document().fileName).filename().string();
         session.log().write(Channel::Info, (file.empty() ? "untitled" : file) +
                                                ": running its script node '" +
                                                scene.names().shortest(script.node) + "' (" +

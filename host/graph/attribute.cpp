@@ -1,5 +1,7 @@
 #include "graph/attribute.h"
 
+#include <cmath>
+
 namespace torvel {
 namespace {
 
@@ -50,10 +52,30 @@ const TypeName kTypeNames[] = {{AttrType::Bool, "bool"},
                                {AttrType::Text, "data"},
                                {AttrType::Any, "any"}};
 
+// Whole numbers have 32 bits; no number counts as 0.
+double whole(double value) {
+    if (std::isnan(value))
+        return 0.0;
+    const double rounded = value > 0 ? std::floor(value + 0.5) : std::ceil(value - 0.5);
+    return std::fmin(std::fmax(rounded, -2147483648.0), 2147483647.0) + 0.0;  // no -0
+}
+
 }  // namespace
 
 bool isNumeric(AttrType type) {
     return type <= AttrType::Time;
+}
+
+double asAttrType(AttrType type, double value) {
+    switch (type) {
+        case AttrType::Bool: return value != 0.0 ? 1.0 : 0.0;
+        case AttrType::Byte:
+        case AttrType::Short:
+        case AttrType::Long:
+        case AttrType::Enum: return whole(value);
+        case AttrType::Float: return static_cast<double>(static_cast<float>(value));
+        default: return value;
+    }
 }
 
 bool isCompound(AttrType type) {

@@ -46,7 +46,9 @@ enum class AttrType : std::uint8_t {
     Any    ///< opaque: made on demand for attributes the host does not know; takes every connection
 };
 
-bool isNumeric(AttrType type);   ///< one number
+bool isNumeric(AttrType type);  ///< one number
+/// What a plug of this type makes of a number: rounded, cut to float, 0 or 1.
+double asAttrType(AttrType type, double value);
 bool isCompound(AttrType type);  ///< has children
 /// Spelling in addAttr -at and getAttr -type: "doubleLinear", "double3", "matrix" ...
 const char* attrTypeName(AttrType type);

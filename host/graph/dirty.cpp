@@ -45,7 +45,7 @@ class DirtySpread {
         for (AttrIndex a = plug.attr; a != kNoAttr; a = node.attr(a).parent)
             markOutputs(node, node.attr(a).affects);
         affectsOfChildren(node, plug.attr);
-        const WorldAttrs& world = worldAttrs(*node.type);
+        const WorldAttrs& world = node.type->world;
         if (plug.attr == world.parent && world.parent != kNoAttr)
             markParentMoved(node);
         tellTargets(node, plug);
@@ -75,7 +75,7 @@ class DirtySpread {
         queueTargetsBelow(node, Plug(node.self, output));
         if (node.writerLinks)
             tellWriterLinks(node, output);
-        if (output == worldAttrs(*node.type).world)
+        if (output == node.type->world.world)
             for (NodeHandle child : node.children)
                 markParentMoved(*m_scene.node(child));
     }
@@ -94,7 +94,7 @@ class DirtySpread {
     }
 
     void markParentMoved(Node& child) {
-        const WorldAttrs& world = worldAttrs(*child.type);
+        const WorldAttrs& world = child.type->world;
         const AttrIndex all[] = {world.parent, world.parentInverse, world.world,
                                  world.worldInverse};
         for (AttrIndex attr : all)
@@ -165,17 +165,17 @@ class DirtySpread {
 }  // namespace
 
 void Scene::changed(const Plug& plug) {
-    if (m_reading)
-        return;
-    DirtySpread(*this).run(plug);
+    if (m_everEvaluated && !m_reading)
+        DirtySpread(*this).run(plug);
 }
 
 void Scene::endReading() {
     m_reading = false;
-    for (const std::unique_ptr<Node>& n : m_nodes)
-        for (AttrIndex attr = 0; n && attr < n->attrCount(); ++attr)
-            if (n->attr(attr).is(kOutput | kOpaque) && n->peek(attr))
-                n->slot(attr).state &= ~kClean;
+    forEachNode([](Node& n) {
+        for (AttrIndex attr = 0; attr < n.attrCount(); ++attr)
+            if (n.attr(attr).is(kOutput | kOpaque) && n.peek(attr))
+                n.slot(attr).state &= ~kClean;
+    });
 }
 
 void Scene::outputChanged(const Plug& output) {

@@ -1,7 +1,6 @@
 #include "graph/evaluator.h"
 
 #include <algorithm>
-#include <unordered_map>
 
 #include "graph/evaluation.h"
 #include "graph/slot_walk.h"
@@ -24,7 +23,7 @@ bool isOneOf(const std::string& name, const char* const* names, std::size_t coun
 
 // First connected geometry input of an unknown node; for several, the element of the output's own
 // index.
-Plug passThroughInput(const Scene& scene, const Plug& output) {
+Plug passThroughInput(const Connections& scene, const Plug& output) {
     const Node* node = scene.node(output.node);
     if (!node || !node->attr(output.attr).is(kOpaque) || node->unknownType.empty() ||
         !isOneOf(node->attr(output.attr).longName, kGeometryOutputs, std::size(kGeometryOutputs)))
@@ -64,25 +63,7 @@ AttrIndex outputRoot(const Node& node, AttrIndex attr) {
     return attr;
 }
 
-const WorldAttrs& worldAttrs(const NodeType& type) {
-    static const WorldAttrs kNoWorld;
-    if (!type.is(kDagType))
-        return kNoWorld;
-    static std::unordered_map<const NodeType*, WorldAttrs> known;
-    const auto it = known.find(&type);
-    if (it != known.end())
-        return it->second;
-    WorldAttrs found;
-    const auto look = [&](const char* name) {
-        const auto at = type.byName.find(name);
-        return at == type.byName.end() ? kNoAttr : at->second;
-    };
-    found = {look("worldMatrix"), look("worldInverseMatrix"), look("parentMatrix"),
-             look("parentInverseMatrix")};
-    return known.emplace(&type, found).first->second;
-}
-
-Plug Evaluator::resolve(const Scene& scene, const Plug& plug) {
+Plug Evaluator::resolve(const Connections& scene, const Plug& plug) {
     Plug at = plug, mark = plug;
     // A ring meets its mark again: Brent, "An improved Monte Carlo factorization algorithm", 1980.
     for (std::size_t hop = 1, nextMark = 1;; ++hop) {
@@ -214,13 +195,12 @@ const std::vector<EvaluationPlan::Need>& Evaluator::needsOf(Node& node, AttrInde
 
 void Evaluator::gatherNeeds(Node& node, AttrIndex output) {
     const NodeHandle self = node.self;
-    const WorldAttrs& world = worldAttrs(*node.type);
+    const WorldAttrs& world = node.type->world;
     const bool needsParent = output == world.world || output == world.worldInverse ||
                              output == world.parent || output == world.parentInverse;
     if (node.isDag() && needsParent && world.world != kNoAttr)
         for (NodeHandle parent : node.parents)
-            if (const AttrIndex attr = worldAttrs(*m_scene.node(parent)->type).world;
-                attr != kNoAttr)
+            if (const AttrIndex attr = m_scene.node(parent)->type->world.world; attr != kNoAttr)
                 pushOutput(parent, attr);
     if (node.writerLinks)
         pushWriterLinks(node, output);
@@ -307,16 +287,22 @@ void Evaluator::workOff() {
     }
 }
 
-void Scene::evaluate(const Plug& plug) const {
-    if (m_writersStale)
-        const_cast<Scene*>(this)->refreshWriters();
+void Values::evaluate(const Plug& plug) const {
     const Node* n = node(plug.node);
     if (!n || plug.attr >= n->attrCount())
         return;
-    const AttrInfo& attr = n->attr(plug.attr);
-    if (!attr.is(kOutput) && !n->linkedInputs && n->unknownType.empty() && !n->writerLinks)
-        return;
-    Evaluator(const_cast<Scene&>(*this)).bringUpToDate(plug);
+    const bool plain = !n->attr(plug.attr).is(kOutput) && !n->linkedInputs &&
+                       n->unknownType.empty() && !n->writerLinks;
+    if (!plain || m_writersStale)
+        bringUpToDate(plug);
+}
+
+void Scene::bringUpToDate(const Plug& plug) const {
+    Scene& self = const_cast<Scene&>(*this);
+    m_everEvaluated = true;
+    if (m_writersStale)
+        self.refreshWriters();
+    Evaluator(self).bringUpToDate(plug);
 }
 
 }  // namespace torvel

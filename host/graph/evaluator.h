@@ -17,7 +17,7 @@ class Evaluator {
 
     void bringUpToDate(const Plug& plug);
     /// The plug whose stored value a read of `plug` delivers: the end of its chain of sources.
-    static Plug resolve(const Scene& scene, const Plug& plug);
+    static Plug resolve(const Connections& scene, const Plug& plug);
 
   private:
     struct Step {
@@ -55,11 +55,5 @@ AttrIndex outputRoot(const Node& node, AttrIndex attr);
 
 /// Whether geometry of an unknown node goes in or out by the attribute (by its name).
 bool isHandedOn(const Node& node, AttrIndex attr);
-
-/// DAG attributes that the core ties to the parent's world matrix; all kNoAttr on other nodes.
-struct WorldAttrs {
-    AttrIndex world = kNoAttr, worldInverse = kNoAttr, parent = kNoAttr, parentInverse = kNoAttr;
-};
-const WorldAttrs& worldAttrs(const NodeType& type);
 
 }  // namespace torvel

@@ -56,26 +56,30 @@ struct AttrTable {
     std::unordered_map<std::string, AttrIndex> byName;
 };
 
-/// A node. Slots come in pages that are made on first use: untouched attributes cost nothing and
-/// read as defaults.
-struct Node {
-    static constexpr std::uint32_t kPageSize = 8;
-
-    NodeHandle self;
-    const NodeType* type = nullptr;
-    std::string name;  ///< with namespace, without path
+/// What a node carries for files and users beside its name, its place and its values.
+struct NodeFacts {
     std::string uuid;
     std::string unknownType;  ///< real type name of an `unknown` node
     std::vector<std::string>
         keptText;  ///< file statements for attributes the host does not know, in order
     std::vector<std::string> keptHead;  ///< lockNode and other statements to write after the block
+    bool locked = false;
+    bool isDefault = false;  ///< made by the scene itself (time1, persp ...)
+    bool isShared = false;   ///< files make it with -s: one that exists already is used instead
+};
+
+/// A node. Slots come in pages that are made on first use: untouched attributes cost nothing and
+/// read as defaults.
+struct Node : NodeFacts {
+    static constexpr std::uint32_t kPageSize = 8;
+
+    NodeHandle self;
+    const NodeType* type = nullptr;
+    std::string name;  ///< with namespace, without path
     std::vector<std::unique_ptr<Slot[]>> pages;
     std::unique_ptr<AttrTable> dynamic;
     std::uint64_t created = 0;        ///< ascends with creation
     mutable std::uint64_t visit = 0;  ///< generation stamp of the last walk that saw it
-    bool locked = false;
-    bool isDefault = false;  ///< made by the scene itself (time1, persp ...)
-    bool isShared = false;   ///< files make it with -s: one that exists already is used instead
     std::uint32_t linkedInputs =
         0;  ///< incoming connections: nodes without any need no search for sources
     std::vector<Plug> feeding;  ///< plugs that feed others, in the order they began to

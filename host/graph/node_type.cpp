@@ -142,6 +142,9 @@ std::unique_ptr<NodeType> makeType(const NodeTypeRow& row, const NodeType* base)
         builder.addAffect(row.attrs[i].longName, row.attrs[i].affects);
     for (std::size_t i = 0; i < row.affectCount; ++i)
         builder.addAffect(row.affects[i].from, row.affects[i].to);
+    if (type->is(kDagType))
+        type->world = {type->find("worldMatrix"), type->find("worldInverseMatrix"),
+                       type->find("parentMatrix"), type->find("parentInverseMatrix")};
     return type;
 }
 
@@ -167,6 +170,11 @@ AttrIndex layOutAttribute(std::vector<AttrInfo>& attrs, std::uint32_t& slotCount
         info.bulkOwner = index;
     attrs.push_back(std::move(info));
     return index;
+}
+
+AttrIndex NodeType::find(const std::string& attrName) const {
+    const auto it = byName.find(attrName);
+    return it == byName.end() ? kNoAttr : it->second;
 }
 
 bool NodeType::derivesFrom(std::string_view typeName) const {

@@ -53,6 +53,11 @@ struct NodeTypeRow {
     DeclareWrites declareWrites = nullptr;
 };
 
+/// DAG attributes that the core ties to the parent's world matrix; all kNoAttr on other nodes.
+struct WorldAttrs {
+    AttrIndex world = kNoAttr, worldInverse = kNoAttr, parent = kNoAttr, parentInverse = kNoAttr;
+};
+
 struct NodeType {
     std::string name;
     const NodeType* base = nullptr;
@@ -65,8 +70,10 @@ struct NodeType {
     void (*evaluate)(Evaluation&) = nullptr;
     std::vector<void (*)(Scene&, Node&)> created;
     DeclareWrites declareWrites = nullptr;
+    WorldAttrs world;
 
     bool is(std::uint32_t flag) const { return (flags & flag) != 0; }
+    AttrIndex find(const std::string& attrName) const;  ///< kNoAttr when there is none
     /// This type or one of its bases bears the name.
     bool derivesFrom(std::string_view typeName) const;
     /// This type or one of its bases has the MFn number.

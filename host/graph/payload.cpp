@@ -51,4 +51,8 @@ bool putPayload(const AttrInfo& attr, Slot& slot, PayloadPtr payload) {
     return true;
 }
 
+void putBlock(Node& node, AttrIndex attr, PayloadPtr block) {
+    putPayload(node.attr(attr), node.slot(attr), std::move(block));
+}
+
 }  // namespace torvel

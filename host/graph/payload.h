@@ -7,6 +7,7 @@
 
 namespace torvel {
 
+struct Node;
 struct Slot;
 
 /// The payload as a T or a type derived from it; null for null and for every other kind. The exact
@@ -27,5 +28,7 @@ bool payloadFits(const AttrInfo& attr, const Payload& payload);
 /// Puts a payload (or none) into a slot of the attribute, the one way in. False when it does not
 /// fit or is a block of another kind than the slot's: nothing has changed then.
 bool putPayload(const AttrInfo& attr, Slot& slot, PayloadPtr payload);
+/// The first block of a bulk array, for the hooks of new nodes.
+void putBlock(Node& node, AttrIndex attr, PayloadPtr block);
 
 }  // namespace torvel

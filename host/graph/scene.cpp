@@ -2,44 +2,28 @@
 
 #include <algorithm>
 
+#include "graph/journal.h"
 #include "graph/writers.h"
 
 namespace torvel {
 
 Scene::Scene(const TypeRegistry& types, Log& log)
-    : m_types(types),
-      m_log(log),
-      m_names(*this),
-      m_selection(*this),
-      m_writers(std::make_unique<WriterTable>()) {
+    : Values(types, log), m_selection(*this), m_journal(std::make_unique<Journal>(*this)) {
     clear();
 }
 
 Scene::~Scene() = default;
 
 void Scene::clear() {
+    m_journal->clear();
     m_names.clear();
-    m_nodes.clear();
-    ++m_structure;
+    dropNodes();
     m_selection.clear();
     m_selection.hilited.clear();
     *m_writers = WriterTable();
-    m_writersStale = false;
-    for (std::uint32_t& generation : m_generations)
-        ++generation;  // handles of the former scene stay invalid
-    m_free.clear();
-    for (std::size_t i = m_generations.size(); i-- > 0;)
-        m_free.push_back(static_cast<std::uint32_t>(i));
-    m_nodes.resize(m_generations.size());
-    m_alive = 0;
-    m_creations = 0;
+    m_writersStale = m_everEvaluated = false;
     m_connections = 0;
-    m_world = m_time = NodeHandle();
-    fileName.clear();
-    for (std::vector<std::string>* kept :
-         {&requiresText, &fileInfoText, &referenceText, &trailingText})
-        kept->clear();
-    unitsText.clear();
+    m_document = Document();
     auto world = std::make_unique<Node>();
     world->type = m_types.find("world") ? m_types.find("world") : m_types.all().front().get();
     world->name = "world";
@@ -49,29 +33,20 @@ void Scene::clear() {
         ignore(createNode("time", "time1", {}, m_time));
         node(m_time)->isDefault = true;
     }
-    modified = false;
+    m_journal->clear();
+    m_document.modified = false;
     tell([](SceneListener& l) { l.sceneCleared(); });
 }
 
 NodeHandle Scene::add(std::unique_ptr<Node> made) {
-    std::uint32_t index;
-    if (m_free.empty()) {
-        index = static_cast<std::uint32_t>(m_nodes.size());
-        m_nodes.emplace_back();
-        m_generations.push_back(1);
-    } else {
-        index = m_free.back();
-        m_free.pop_back();
-    }
-    made->self = {index, m_generations[index]};
-    made->created = ++m_creations;
-    ++m_alive;
-    const NodeHandle handle = made->self;
-    if (made->type->declareWrites) {
-        m_writers->writers.push_back(handle);
+    const bool writes = made->type->declareWrites != nullptr;
+    const NodeHandle handle = put(std::move(made));
+    if (writes) {
+        std::vector<NodeHandle>& all = m_writers->writers;
+        if (std::find(all.begin(), all.end(), handle) == all.end())  // one that comes back
+            all.push_back(handle);
         m_writersStale = true;
     }
-    m_nodes[index] = std::move(made);
     return handle;
 }
 
@@ -110,17 +85,16 @@ Status Scene::createNode(std::string_view typeName, std::string_view wantedName,
         fresh->name = m_names.unique(defaultStem(*type, above), parent, isDag, {});
     else
         fresh->name = m_names.numbered(type->name);
-    const std::string name = fresh->name;
     made = add(std::move(fresh));
-    m_names.added(made, name);
     Node& self = *node(made);
-    if (isDag) {
-        self.parents.push_back(parent);
-        node(parent)->children.push_back(made);
-    }
+    m_names.added(self);
+    if (m_recorder)
+        m_recorder->add(edit::Exists{made, nullptr});
+    if (isDag)
+        setParents(self, {parent});
     for (const auto& hook : type->created)
         hook(*this, self);
-    modified = true;
+    m_document.modified = true;
     tell([made](SceneListener& l) { l.nodeCreated(made); });
     return Status::ok();
 }
@@ -158,7 +132,7 @@ void Scene::deleteNodes(const std::vector<NodeHandle>& nodes) {
         leaveValues(handle, stamp);
     for (std::size_t i = doomed.size(); i-- > 0;)
         removeOne(doomed[i]);
-    modified = modified || !doomed.empty();
+    m_document.modified = m_document.modified || !doomed.empty();
 }
 
 // Numbers that nodes outside the walk `stamp` get from this one stay as they are: taken before any
@@ -174,38 +148,28 @@ void Scene::leaveValues(NodeHandle handle, std::uint64_t stamp) {
     }
 }
 
-void Scene::detachFromParents(Node& self) {
-    for (NodeHandle parent : self.parents) {
-        Node* above = node(parent);
-        if (above)
-            above->children.erase(
-                std::remove(above->children.begin(), above->children.end(), self.self),
-                above->children.end());
-    }
-    self.parents.clear();
-}
-
 void Scene::removeOne(NodeHandle handle) {
     Node* doomed = node(handle);
     if (!doomed)
         return;
     breakLinks(*doomed);
-    detachFromParents(*doomed);
     const std::vector<NodeHandle> instances = doomed->children;  // those that may live on elsewhere
     for (NodeHandle child : instances) {
-        std::vector<NodeHandle>& parents = node(child)->parents;
-        parents.erase(std::remove(parents.begin(), parents.end(), handle), parents.end());
-        if (parents.empty())
+        std::vector<edit::Place> places = placesOf(*node(child));
+        places.erase(std::remove_if(places.begin(), places.end(),
+                                    [&](const edit::Place& p) { return p.parent == handle; }),
+                     places.end());
+        recordParents(placeUnder(*node(child), places));
+        if (places.empty())
             removeOne(child);
     }
+    setParents(*doomed, {});
     m_selection.forget(handle);
-    m_names.removed(handle, doomed->name);
+    m_names.removed(*doomed);
     m_writersStale = m_writersStale || doomed->writerLinks || doomed->type->declareWrites;
-    ++m_structure;
-    m_nodes[handle.index].reset();
-    ++m_generations[handle.index];
-    m_free.push_back(handle.index);
-    --m_alive;
+    std::unique_ptr<Node> body = takeOut(handle);
+    if (m_recorder)
+        m_recorder->add(edit::Exists{handle, std::move(body)});
 }
 
 std::string Scene::rename(NodeHandle handle, std::string_view wantedName) {
@@ -218,43 +182,38 @@ std::string Scene::rename(NodeHandle handle, std::string_view wantedName) {
     const std::string name = m_names.unique(legal, parent, self->isDag(), handle);
     if (name == old)
         return old;
-    m_names.removed(handle, old);
-    self->name = name;
-    m_names.added(handle, name);
-    modified = true;
-    tell([&](SceneListener& l) { l.nodeRenamed(handle, old); });
+    setName(*self, name);
+    if (m_recorder)
+        m_recorder->add(edit::Name{handle, old});
     return name;
 }
 
-std::vector<NodeHandle> Scene::allNodes() const {
-    std::vector<const Node*> nodes;
-    nodes.reserve(m_alive);
-    forEachNode([&](const Node& n) { nodes.push_back(&n); });
-    std::sort(nodes.begin(), nodes.end(),
-              [](const Node* a, const Node* b) { return a->created < b->created; });
-    std::vector<NodeHandle> out;
-    out.reserve(nodes.size());
-    for (const Node* n : nodes)
-        out.push_back(n->self);
-    return out;
+// Returns the former name.
+std::string Scene::setName(Node& self, std::string name) {
+    m_names.removed(self);
+    self.name.swap(name);
+    m_names.added(self);
+    m_document.modified = true;
+    tell([&](SceneListener& l) { l.nodeRenamed(self.self, name); });
+    return name;
 }
 
-bool Scene::hasFn(NodeHandle handle, int fn) const {
-    const Node* n = node(handle);
-    return n && n->type->hasFn(fn);
+void Scene::changeFacts(NodeHandle handle, const std::function<void(NodeFacts&)>& change) {
+    Node* self = node(handle);
+    if (!self)
+        return;
+    if (m_recorder)
+        m_recorder->add(edit::Facts{handle, *self});
+    change(*self);
+    m_document.modified = true;
+    tell([handle](SceneListener& l) { l.nodeFactsChanged(handle); });
 }
 
-bool Scene::isType(NodeHandle handle, std::string_view typeName) const {
-    const Node* n = node(handle);
-    return n && (n->type->derivesFrom(typeName) ||
-                 (!n->unknownType.empty() && n->unknownType == typeName));
-}
-
-std::string Scene::typeName(NodeHandle handle) const {
-    const Node* n = node(handle);
-    if (!n)
-        return {};
-    return n->unknownType.empty() ? n->type->name : n->unknownType;
+void Scene::changeDocument(const std::function<void(Document&)>& change) {
+    if (m_recorder)
+        m_recorder->add(edit::Text{m_document});
+    change(m_document);
+    tell([](SceneListener& l) { l.documentChanged(); });
 }
 
 void Scene::addListener(SceneListener* listener) {

@@ -1,22 +1,59 @@
 #include <algorithm>
 
 #include "graph/instances.h"
+#include "graph/journal.h"
 #include "graph/scene.h"
 #include "graph/writers.h"
 
 namespace torvel {
 
-bool Scene::isAncestor(NodeHandle ancestor, NodeHandle handle) const {
-    std::vector<NodeHandle> stack{handle};
-    while (!stack.empty()) {
-        const NodeHandle at = stack.back();
-        stack.pop_back();
-        if (at == ancestor)
-            return true;
-        if (const Node* n = node(at))
-            stack.insert(stack.end(), n->parents.begin(), n->parents.end());
+void Scene::setParents(Node& self, const std::vector<NodeHandle>& parents) {
+    std::vector<edit::Place> places;
+    for (NodeHandle parent : parents)
+        places.push_back({parent, edit::kLast});
+    recordParents(placeUnder(self, places));
+}
+
+void Scene::recordParents(edit::Parents former) {
+    if (m_recorder)
+        m_recorder->add(std::move(former));
+}
+
+std::vector<edit::Place> Scene::placesOf(const Node& self) const {
+    std::vector<edit::Place> places;
+    for (NodeHandle parent : self.parents) {
+        const std::vector<NodeHandle>& children = node(parent)->children;
+        const auto at = std::find(children.rbegin(), children.rend(), self.self);
+        places.push_back({parent, static_cast<std::size_t>(children.rend() - at) - 1});
     }
-    return false;
+    return places;
+}
+
+// Hangs the node where it is told; the answer leads back.
+edit::Parents Scene::placeUnder(Node& self, const std::vector<edit::Place>& places) {
+    edit::Parents former{self.self, placesOf(self)};
+    m_names.parentsLeft(self);
+    for (const edit::Place& place : former.other) {
+        std::vector<NodeHandle>& children = node(place.parent)->children;
+        children.erase(children.begin() + static_cast<std::ptrdiff_t>(place.place));
+    }
+    self.parents.clear();
+    for (const edit::Place& place : places) {
+        self.parents.push_back(place.parent);
+        std::vector<NodeHandle>& children = node(place.parent)->children;
+        const std::size_t at = std::min(place.place, children.size());
+        children.insert(children.begin() + static_cast<std::ptrdiff_t>(at), self.self);
+    }
+    m_names.parentsTaken(self);
+    ++m_structure;
+    return former;
+}
+
+void Scene::parentsChanged(Node& self) {
+    m_writersStale = m_writersStale || !m_writers->writers.empty();
+    setDirty(Plug(self.self, self.findAttr("parentMatrix")));
+    m_document.modified = true;
+    tell([&self](SceneListener& l) { l.nodeReparented(self.self); });
 }
 
 Status Scene::reparent(NodeHandle child, NodeHandle newParent) {
@@ -33,15 +70,9 @@ Status Scene::reparent(NodeHandle child, NodeHandle newParent) {
         return Status::failure("A shape cannot be a parent: " + above->name);
     if (const Status few = checkPaths(*this, child, newParent, false); !few)
         return few;
-    detachFromParents(*self);
-    self->parents.push_back(newParent);
-    above->children.push_back(child);
+    setParents(*self, {newParent});
     rename(child, self->name);  // numbered when a sibling bears the name
-    m_writersStale = m_writersStale || !m_writers->writers.empty();
-    ++m_structure;
-    setDirty(Plug(child, self->findAttr("parentMatrix")));
-    modified = true;
-    tell([child](SceneListener& l) { l.nodeReparented(child); });
+    parentsChanged(*self);
     return Status::ok();
 }
 
@@ -56,13 +87,10 @@ Status Scene::addParent(NodeHandle child, NodeHandle newParent) {
         return Status::ok();
     if (const Status few = checkPaths(*this, child, newParent, true); !few)
         return few;
-    self->parents.push_back(newParent);
-    above->children.push_back(child);
-    m_writersStale = m_writersStale || !m_writers->writers.empty();
-    ++m_structure;
-    setDirty(Plug(child, self->findAttr("parentMatrix")));
-    modified = true;
-    tell([child](SceneListener& l) { l.nodeReparented(child); });
+    std::vector<edit::Place> places = placesOf(*self);
+    places.push_back({newParent, edit::kLast});
+    recordParents(placeUnder(*self, places));
+    parentsChanged(*self);
     return Status::ok();
 }
 
@@ -71,64 +99,13 @@ Status Scene::removeParent(NodeHandle child, NodeHandle oldParent) {
     Node* above = node(oldParent);
     if (!self || !above || self->parents.size() < 2)
         return Status::failure("Only one of several parents can be taken away");
-    self->parents.erase(std::remove(self->parents.begin(), self->parents.end(), oldParent),
-                        self->parents.end());
-    above->children.erase(std::remove(above->children.begin(), above->children.end(), child),
-                          above->children.end());
-    m_writersStale = m_writersStale || !m_writers->writers.empty();
-    ++m_structure;
-    setDirty(Plug(child, self->findAttr("parentMatrix")));
-    tell([child](SceneListener& l) { l.nodeReparented(child); });
+    std::vector<edit::Place> places = placesOf(*self);
+    places.erase(std::remove_if(places.begin(), places.end(),
+                                [&](const edit::Place& p) { return p.parent == oldParent; }),
+                 places.end());
+    recordParents(placeUnder(*self, places));
+    parentsChanged(*self);
     return Status::ok();
-}
-
-int Scene::instanceCount(NodeHandle handle) const {
-    const Node* n = node(handle);
-    int count = 1;
-    while (n && n->parents.size() == 1)  // the usual case, however deep
-        n = node(n->parents.front());
-    if (!n || n->parents.empty())
-        return count;
-    count = 0;
-    for (NodeHandle parent : n->parents)
-        count += instanceCount(parent);
-    return count;
-}
-
-std::vector<NodeHandle> Scene::path(NodeHandle handle, int instance) const {
-    std::vector<NodeHandle> steps;
-    const Node* n = node(handle);
-    if (!n || !n->isDag())
-        return steps;
-    while (n && n->self != m_world) {
-        steps.push_back(n->self);
-        if (n->parents.size() == 1) {
-            n = node(n->parents.front());
-            continue;
-        }
-        const Node* above = nullptr;
-        for (NodeHandle parent : n->parents) {
-            const int count = instanceCount(parent);
-            if (instance < count) {
-                above = node(parent);
-                break;
-            }
-            instance -= count;
-        }
-        n = above;
-    }
-    std::reverse(steps.begin(), steps.end());
-    return steps;
-}
-
-int Scene::instanceNumber(const std::vector<NodeHandle>& steps) const {
-    if (steps.empty())
-        return 0;
-    const int count = instanceCount(steps.back());
-    for (int i = 0; i < count; ++i)
-        if (path(steps.back(), i) == steps)
-            return i;
-    return 0;
 }
 
 }  // namespace torvel

@@ -1,42 +1,31 @@
-#include <algorithm>
 #include <utility>
 
+#include "graph/journal.h"
 #include "graph/scene.h"
+#include "graph/writers.h"
 
 namespace torvel {
 
 void Scene::succeed(const Scene& former) {
-    m_generations = former.m_generations;
+    m_lastGeneration = former.m_lastGeneration;
     clear();
 }
 
 void Scene::takeContents(Scene& other) {
+    m_journal->clear();
+    other.m_journal->clear();
     m_selection.clear();
     m_selection.hilited.clear();
-    m_nodes.swap(other.m_nodes);
-    m_generations.swap(other.m_generations);
-    m_free.swap(other.m_free);
-    std::swap(m_alive, other.m_alive);
-    std::swap(m_creations, other.m_creations);
+    exchangeNodes(other);
     std::swap(m_connections, other.m_connections);
-    std::swap(m_visit, other.m_visit);
-    m_structure = other.m_structure =
-        std::max(m_structure, other.m_structure) + 1;  // no plan of either one holds
-    std::swap(m_world, other.m_world);
-    std::swap(m_time, other.m_time);
-    fileName.swap(other.fileName);
-    std::swap(modified, other.modified);
-    requiresText.swap(other.requiresText);
-    fileInfoText.swap(other.fileInfoText);
-    referenceText.swap(other.referenceText);
-    unitsText.swap(other.unitsText);
-    trailingText.swap(other.trailingText);
+    std::swap(m_document, other.m_document);
     m_writers.swap(other.m_writers);
     m_writersStale = other.m_writersStale = true;
+    m_everEvaluated = other.m_everEvaluated = true;
     m_names.clear();
     for (NodeHandle handle : allNodes())
         if (handle != m_world)
-            m_names.added(handle, node(handle)->name);
+            m_names.added(*node(handle));
     tell([](SceneListener& l) { l.sceneCleared(); });
 }
 

@@ -161,21 +161,4 @@ void Scene::keepOwn(Node& node, const Plug& plug, double value) {
             w.own = value;
 }
 
-double Scene::ownNumber(const Plug& plug) const {
-    const Node* n = node(plug.node);
-    const WriterLinks::Written* written =
-        n && n->writerLinks ? n->writerLinks->find(plug.attr) : nullptr;
-    if (!written)
-        return storedNumber(plug);
-    const Plug from = n->linkedInputs ? effectiveSource(plug) : Plug();
-    return from.isNull() ? written->own : storedNumber(Evaluator::resolve(*this, from));
-}
-
-Plug Scene::writerOf(const Plug& plug) const {
-    const Node* n = node(plug.node);
-    const WriterLinks::Written* written =
-        n && n->writerLinks ? n->writerLinks->find(plug.attr) : nullptr;
-    return written ? written->writer : Plug();
-}
-
 }  // namespace torvel

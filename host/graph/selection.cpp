@@ -2,12 +2,17 @@
 
 #include <algorithm>
 
-#include "graph/scene.h"
+#include "graph/journal.h"
 
 namespace torvel {
 
 void Selection::tell() {
     m_scene.tell([](SceneListener& l) { l.selectionChanged(); });
+}
+
+void Selection::record() const {
+    if (m_scene.journal().isOn())
+        m_scene.journal().add(edit::Chosen{m_items});
 }
 
 std::vector<NodeHandle> Selection::nodes() const {
@@ -19,6 +24,7 @@ std::vector<NodeHandle> Selection::nodes() const {
 }
 
 void Selection::replace(std::vector<SelectionItem> items) {
+    record();
     m_items.clear();
     for (SelectionItem& item : items)
         if (m_scene.isValid(item.node) &&
@@ -39,6 +45,7 @@ void Selection::add(const SelectionItem& item) {
     if (!m_scene.isValid(item.node) ||
         std::find(m_items.begin(), m_items.end(), item) != m_items.end())
         return;
+    record();
     m_items.push_back(item);
     tell();
 }
@@ -47,6 +54,7 @@ void Selection::remove(const SelectionItem& item) {
     const auto it = std::find(m_items.begin(), m_items.end(), item);
     if (it == m_items.end())
         return;
+    record();
     m_items.erase(it);
     tell();
 }
@@ -54,17 +62,18 @@ void Selection::remove(const SelectionItem& item) {
 void Selection::clear() {
     if (m_items.empty())
         return;
+    record();
     m_items.clear();
     tell();
 }
 
 void Selection::forget(NodeHandle node) {
-    const auto gone = [node](const SelectionItem& item) { return item.node == node; };
-    const auto end = std::remove_if(m_items.begin(), m_items.end(), gone);
     hilited.erase(std::remove(hilited.begin(), hilited.end(), node), hilited.end());
-    if (end == m_items.end())
+    const auto gone = [node](const SelectionItem& item) { return item.node == node; };
+    if (std::none_of(m_items.begin(), m_items.end(), gone))
         return;
-    m_items.erase(end, m_items.end());
+    record();
+    m_items.erase(std::remove_if(m_items.begin(), m_items.end(), gone), m_items.end());
     tell();
 }
 

@@ -42,6 +42,7 @@ class Selection {
 
   private:
     void tell();
+    void record() const;
     Scene& m_scene;
     std::vector<SelectionItem> m_items;
 };

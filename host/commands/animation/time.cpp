@@ -158,8 +158,10 @@ Status setTimeUnit(const CommandCall& call, const std::string& unit) {
     for (const NodeHandle node : scene.allNodes())
         if (isTimeCurve(scene, node))
             curves.emplace_back(node, keysOf(scene, node));
-    scene.unitsText = withTimeWord(scene.unitsText, unit);
-    scene.modified = true;
+    scene.changeDocument([&](Document& document) {
+        document.unitsText = withTimeWord(document.unitsText, unit);
+        document.modified = true;
+    });
     for (const auto& [curve, keys] : curves)
         setKeys(scene, curve, keys);  // slopes stand by the second in the node
     if (rate != former && call.flag("updateAnimation", true))

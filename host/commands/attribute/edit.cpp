@@ -131,23 +131,23 @@ Status addToNode(const CommandCall& call, NodeHandle handle, const AttrInfo& inf
 
 // Ranges and names of an attribute made earlier.
 Status editAttribute(const CommandCall& call, NodeHandle handle, const std::string& attr) {
-    Node& node = *call.scene().node(handle);
+    const Node& node = *call.scene().node(handle);
     const AttrIndex index = node.findAttr(attr),
                     first = static_cast<AttrIndex>(node.type->attrs.size());
     if (index == kNoAttr || index < first)
         return call.fail("'" + attr + "' is no attribute added to '" + node.name + "'.");
-    AttrInfo& info = node.dynamic->attrs[index - first];
-    readRange(call, info);
-    if (call.has("enumName"))
-        info.enumNames = enumEntries(call.text("enumName"));
-    if (call.has("niceName"))
-        info.niceName = call.text("niceName");
-    if (call.has("keyable"))
-        setFlag(info.flags, kKeyable, call.flag("keyable"));
-    if (call.has("hidden"))
-        setFlag(info.flags, kHidden, call.flag("hidden"));
-    info.addAttrText.clear();
-    call.scene().modified = true;
+    call.scene().changeAttribute(Plug(handle, index), [&](AttrInfo& info) {
+        readRange(call, info);
+        if (call.has("enumName"))
+            info.enumNames = enumEntries(call.text("enumName"));
+        if (call.has("niceName"))
+            info.niceName = call.text("niceName");
+        if (call.has("keyable"))
+            setFlag(info.flags, kKeyable, call.flag("keyable"));
+        if (call.has("hidden"))
+            setFlag(info.flags, kHidden, call.flag("hidden"));
+        info.addAttrText.clear();
+    });
     return Status::ok();
 }
 

@@ -26,11 +26,11 @@ Status missing(const CommandCall& call, const std::string& text) {
 Status readAtTime(const CommandCall& call, const Plug& plug, Value& out) {
     Scene& scene = call.scene();
     const double now = sceneTime(scene);
-    const bool modified = scene.modified;
+    const bool modified = scene.document().modified;
     setSceneTime(scene, call.number("time"));
     const Status status = readValue(call, plug, call.flag("asString"), out);
     setSceneTime(scene, now);
-    scene.modified = modified;
+    scene.setModified(modified);
     return status;
 }
 

@@ -172,7 +172,7 @@ bool removeTargets(Scene& scene, const Named& what) {
     return true;
 }
 
-Status edit(const CommandCall& call, Value& result) {
+Status editConstraint(const CommandCall& call, Value& result) {
     Scene& scene = call.scene();
     Named what;
     if (Status found = named(call, what); !found)
@@ -244,7 +244,7 @@ Status constrain(const CommandCall& call, Value& result) {
         return usable;
     if (call.isQuery())
         return query(call, result);
-    return call.isEdit() ? edit(call, result) : create(call, result);
+    return call.isEdit() ? editConstraint(call, result) : create(call, result);
 }
 
 }  // namespace torvel

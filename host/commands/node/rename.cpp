@@ -98,7 +98,8 @@ Status lockNode(const CommandCall& call, Value& result) {
     Value::List states;
     for (NodeHandle node : nodes) {
         if (!call.isQuery())
-            call.scene().node(node)->locked = call.flag("lock", true);
+            call.scene().changeFacts(
+                node, [&](NodeFacts& facts) { facts.locked = call.flag("lock", true); });
         states.emplace_back(call.scene().node(node)->locked);
     }
     if (call.isQuery())

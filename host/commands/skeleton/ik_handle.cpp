@@ -186,7 +186,7 @@ Status editHandle(const CommandCall& call, NodeHandle handle) {
     return Status::ok();
 }
 
-Status edit(const CommandCall& call, Value& result) {
+Status editHandle(const CommandCall& call, Value& result) {
     std::vector<NodeHandle> handles;
     if (Status found = handlesOf(call, handles); !found)
         return found;
@@ -258,7 +258,7 @@ Status ikHandle(const CommandCall& call, Value& result) {
         return allowed;
     if (call.isQuery())
         return query(call, result);
-    return call.isEdit() ? edit(call, result) : createHandle(call, result);
+    return call.isEdit() ? editHandle(call, result) : createHandle(call, result);
 }
 
 const Command kIkCommands[] = {

@@ -195,7 +195,7 @@ Status editCluster(const CommandCall& call, NodeHandle cluster) {
     return call.has("unbind") ? unbindSkin(scene, cluster) : Status::ok();
 }
 
-Status edit(const CommandCall& call) {
+Status editCluster(const CommandCall& call) {
     std::vector<NodeHandle> clusters;
     if (const Status status = namedClusters(call, clusters); !status)
         return status;
@@ -259,7 +259,7 @@ Status query(const CommandCall& call, Value& result) {
 Status runSkinCluster(const CommandCall& call, Value& result) {
     if (call.isQuery())
         return query(call, result);
-    return call.isEdit() ? edit(call) : create(call, result);
+    return call.isEdit() ? editCluster(call) : create(call, result);
 }
 
 }  // namespace torvel

@@ -260,7 +260,9 @@ Status readAddAttr(Scene& scene, NodeHandle current, std::string_view statement,
     const bool hasPlace = wanted.parent.empty() || parent != kNoAttr;
     AttrIndex made = kNoAttr;
     if (!hasPlace || !scene.addAttribute(current, wanted.info, parent, made))
-        node->keptText.push_back("addAttr " + wanted.info.addAttrText + ";");
+        scene.changeFacts(current, [&](NodeFacts& facts) {
+            facts.keptText.push_back("addAttr " + wanted.info.addAttrText + ";");
+        });
     return Status::ok();
 }
 

@@ -88,9 +88,9 @@ class SceneReader {
     Status lockNode(std::string_view text);
     Status parent(std::string_view text);
     Status fileReference(std::string_view text);
-    Status requiresPlugin(std::string_view text) { return keep(m_scene.requiresText, text); }
-    Status fileInfo(std::string_view text) { return keep(m_scene.fileInfoText, text); }
-    Status trailing(std::string_view text) { return keep(m_scene.trailingText, text); }
+    Status requiresPlugin(std::string_view text) { return keep(&Document::requiresText, text); }
+    Status fileInfo(std::string_view text) { return keep(&Document::fileInfoText, text); }
+    Status trailing(std::string_view text) { return keep(&Document::trailingText, text); }
     Status currentUnit(std::string_view text);
     Status skipped(std::string_view text);
 
@@ -105,7 +105,7 @@ class SceneReader {
     const char* standIn(const Creation& wanted, NodeHandle parent);
     bool isParentLater(std::string_view name);
 
-    Status keep(std::vector<std::string>& list, std::string_view text);
+    Status keep(std::vector<std::string> Document::*list, std::string_view text);
     void skip(const std::string& why) { m_report.skip(line(), why); }
     NodeHandle find(std::string_view name);
     NodeHandle defaultNode(std::string_view name);
@@ -215,8 +215,9 @@ Status SceneReader::statement(std::string_view text) {
                      "' is no statement of a scene file; nothing of it was run");
 }
 
-Status SceneReader::keep(std::vector<std::string>& list, std::string_view text) {
-    list.push_back(withoutReturns(text) + ";");
+Status SceneReader::keep(std::vector<std::string> Document::*list, std::string_view text) {
+    m_scene.changeDocument(
+        [&](Document& document) { (document.*list).push_back(withoutReturns(text) + ";"); });
     return Status::ok();
 }
 
@@ -259,7 +260,7 @@ Status SceneReader::readCreation(std::string_view text, Creation& wanted) {
 // The node that a statement means when the scene has it already: a shared one, or a default node.
 NodeHandle SceneReader::existing(const Creation& wanted, NodeHandle parent) const {
     const std::string_view name = wanted.name;
-    NodeHandle found = m_scene.names().lookUp(m_scene.names().fullPath(parent) + "|" + wanted.name);
+    NodeHandle found = m_scene.names().childNamed(parent.isNull() ? m_scene.world() : parent, name);
     if (found.isNull() && parent.isNull())
         found = m_scene.names().lookUp(name);
     const Node* node = m_scene.node(found);
@@ -311,7 +312,7 @@ Status SceneReader::make(const Creation& wanted, NodeHandle parent) {
             m_scene.createNode(standIn(wanted, parent), wanted.name, parent, m_current);
         !status)
         return status;
-    m_scene.node(m_current)->unknownType = std::string(wanted.type);
+    m_scene.changeFacts(m_current, [&](NodeFacts& facts) { facts.unknownType = wanted.type; });
     return Status::ok();
 }
 
@@ -331,15 +332,15 @@ Status SceneReader::createNode(std::string_view text) {
     }
     m_current = existing(wanted, parent);
     if (!m_current.isNull()) {
-        m_scene.node(m_current)->isShared |= wanted.shared;
+        m_scene.changeFacts(m_current, [&](NodeFacts& facts) { facts.isShared |= wanted.shared; });
         return Status::ok();
     }
     if (const Status status = make(wanted, parent); !status)
         return Status::failure("createNode: " + status.text());
-    Node* made = m_scene.node(m_current);
-    made->isShared = wanted.shared;
+    m_scene.changeFacts(m_current, [&](NodeFacts& facts) { facts.isShared = wanted.shared; });
+    const Node* made = m_scene.node(m_current);
     if (wanted.shared && wanted.type == "lightLinker")
-        made->isDefault = true;
+        m_scene.changeFacts(m_current, [](NodeFacts& facts) { facts.isDefault = true; });
     if (made->name != wanted.name && !wanted.name.empty()) {
         m_renamed[wanted.name] = m_current;
         skip("createNode: the name '" + wanted.name +
@@ -355,8 +356,7 @@ Status SceneReader::rename(std::string_view text) {
     std::string id;
     const bool isUid = isOneOf(flag, "uid", "uuid");
     if (isUid && cursor.text(id) && cursor.next().isEnd()) {
-        if (Node* node = m_scene.node(m_current))
-            node->uuid = id;
+        m_scene.changeFacts(m_current, [&](NodeFacts& facts) { facts.uuid = id; });
         return Status::ok();
     }
     return Status::failure("rename: only -uid with a text is read from files");
@@ -381,7 +381,7 @@ Status SceneReader::setAttr(std::string_view text) {
 NodeHandle SceneReader::defaultNode(std::string_view name) {
     NodeHandle made;
     if (m_scene.createNode("unknown", name, {}, made)) {
-        m_scene.node(made)->isDefault = true;
+        m_scene.changeFacts(made, [](NodeFacts& facts) { facts.isDefault = true; });
         if (m_scene.node(made)->name != name)
             m_renamed[":" + std::string(name)] = made;
     }
@@ -415,15 +415,15 @@ Status SceneReader::select(std::string_view text) {
 }
 
 Status SceneReader::lockNode(std::string_view text) {
-    Node* node = m_scene.node(m_current);
-    if (!node)
-        return Status::ok();
     TokenCursor cursor(text);
     cursor.next();
-    for (Token token = cursor.next(); !token.isEnd(); token = cursor.next())
-        if (isOneOf(token, "l", "lock"))
-            wordToFlag(cursor.next().text, node->locked);
-    return keep(node->keptHead, text);
+    m_scene.changeFacts(m_current, [&](NodeFacts& facts) {
+        for (Token token = cursor.next(); !token.isEnd(); token = cursor.next())
+            if (isOneOf(token, "l", "lock"))
+                wordToFlag(cursor.next().text, facts.locked);
+        facts.keptHead.push_back(withoutReturns(text) + ";");
+    });
+    return Status::ok();
 }
 
 Status SceneReader::parent(std::string_view text) {
@@ -464,11 +464,11 @@ Status SceneReader::fileReference(std::string_view text) {
             path = unescaped(token.text);
     if (m_report.references.empty() || m_report.references.back() != path)
         m_report.references.push_back(path);
-    return keep(m_scene.referenceText, text);
+    return keep(&Document::referenceText, text);
 }
 
 Status SceneReader::currentUnit(std::string_view text) {
-    m_scene.unitsText = onOneLine(text) + ";";
+    m_scene.changeDocument([&](Document& document) { document.unitsText = onOneLine(text) + ";"; });
     m_setter.units = FileUnits::of(text);
     return Status::ok();
 }
@@ -486,9 +486,7 @@ Plug SceneReader::opaque(NodeHandle handle, std::string_view path, bool nextAvai
         next = m_scene.nextAvailable(Plug(handle, known));
     const Plug plug =
         m_scene.opaquePlug(handle, std::string(path) + "[" + std::to_string(next) + "]");
-    Node* node = m_scene.node(handle);
-    if (!plug.isNull() && node->dynamic && plug.attr >= node->type->attrs.size())
-        node->dynamic->attrs[plug.attr - node->type->attrs.size()].flags |= kNextAvailable;
+    m_scene.changeAttribute(plug, [](AttrInfo& info) { info.flags |= kNextAvailable; });
     return plug;
 }
 

@@ -151,7 +151,9 @@ Status AttrSetter::read(std::string_view statement, NodeHandle current, std::str
     if (known)
         setFlags(target, flags);
     else
-        node->keptText.push_back(withoutReturns(statement) + ";");
+        m_scene.changeFacts(node->self, [&](NodeFacts& facts) {
+            facts.keptText.push_back(withoutReturns(statement) + ";");
+        });
     return Status::ok();
 }
 

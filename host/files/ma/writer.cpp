@@ -14,7 +14,7 @@ class SceneWriter {
     using Wanted = std::function<bool(const Node&)>;
 
     explicit SceneWriter(const Scene& scene, const Wanted* wanted = nullptr)
-        : m_scene(scene), m_wanted(wanted), m_units(FileUnits::of(scene.unitsText)) {}
+        : m_scene(scene), m_wanted(wanted), m_units(FileUnits::of(scene.document().unitsText)) {}
 
     std::string run();
 
@@ -49,14 +49,14 @@ void SceneWriter::lines(const std::vector<std::string>& texts) {
 
 void SceneWriter::head() {
     m_out += "//Maya ASCII 2024 scene\n//Codeset: UTF-8\n";
-    lines(m_scene.referenceText);
-    if (m_scene.requiresText.empty())
+    lines(m_scene.document().referenceText);
+    if (m_scene.document().requiresText.empty())
         m_out += "requires maya \"2024\";\n";
-    lines(m_scene.requiresText);
-    m_out += (m_scene.unitsText.empty() ? "currentUnit -l centimeter -a degree -t film;"
-                                        : m_scene.unitsText) +
+    lines(m_scene.document().requiresText);
+    m_out += (m_scene.document().unitsText.empty() ? "currentUnit -l centimeter -a degree -t film;"
+                                                   : m_scene.document().unitsText) +
              "\n";
-    lines(m_scene.fileInfoText);
+    lines(m_scene.document().fileInfoText);
 }
 
 // Default nodes that files select instead of making them.
@@ -170,7 +170,7 @@ std::string SceneWriter::run() {
     if (!m_wanted)
         defaultNodes();
     connections();
-    lines(m_scene.trailingText);
+    lines(m_scene.document().trailingText);
     m_out += "// End of scene\n";
     return std::move(m_out);
 }

@@ -134,12 +134,12 @@ double rateOfUnit(const std::string& unit) {
 }
 
 std::string timeUnit(const Scene& scene) {
-    const std::string word = timeWord(scene.unitsText);
+    const std::string word = timeWord(scene.document().unitsText);
     return word.empty() ? "film" : word;
 }
 
 double framesPerSecond(const Scene& scene) {
-    if (scene.unitsText.empty())
+    if (scene.document().unitsText.empty())
         return 24.0;
     const double rate = rateOfUnit(timeUnit(scene));
     return rate > 0.0 ? rate : 24.0;

@@ -125,15 +125,15 @@ TypeRows defaultTypes() {
 }
 
 void createDefaultNodes(Scene& scene) {
-    const bool modified = scene.modified;
+    const bool modified = scene.document().modified;
     for (const DefaultNode& row : kDefaultNodes) {
         if (!scene.types().find(row.type) || !scene.names().lookUp(row.name).isNull())
             continue;
         NodeHandle made;
         if (scene.createNode(row.type, row.name, {}, made))
-            scene.node(made)->isDefault = true;
+            scene.changeFacts(made, [](NodeFacts& facts) { facts.isDefault = true; });
     }
-    scene.modified = modified;
+    scene.setModified(modified);
 }
 
 }  // namespace torvel

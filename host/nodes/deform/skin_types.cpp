@@ -1,4 +1,5 @@
 // skinCluster as the graph sees it; the skinning itself is in skin_deform.cpp.
+#include "graph/payload.h"
 #include "graph/evaluation.h"
 #include "nodes/deform/types.h"
 #include "nodes/shape/mesh_blocks.h"
@@ -55,8 +56,8 @@ constexpr TypeAttrs kSkin("skinCluster", kGeometryFilter, kSkinAttrs);
 constexpr AttrIndex kWeightList = kSkin["weightList"], kBlendWeights = kSkin["blendWeights"];
 
 void createdSkin(Scene&, Node& node) {
-    node.slot(kWeightList).data = std::make_shared<WeightList>();
-    node.slot(kBlendWeights).data = std::make_shared<DoubleBlock>();
+    putBlock(node, kWeightList, std::make_shared<WeightList>());
+    putBlock(node, kBlendWeights, std::make_shared<DoubleBlock>());
 }
 
 // Influences by logical index. An element without a connection and without a matrix of its own

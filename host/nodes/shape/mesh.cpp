@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "graph/evaluation.h"
+#include "graph/payload.h"
 #include "nodes/core/base_attrs.h"
 #include "nodes/core/fn_numbers.h"
 #include "nodes/shape/mesh_blocks.h"
@@ -132,10 +133,10 @@ std::shared_ptr<const MeshData> outMesh(Evaluation& evaluation) {
 }
 
 void createdMesh(Scene&, Node& node) {
-    node.slot(kPoints).data = std::make_shared<PointBlock>();
-    node.slot(kEdges).data = std::make_shared<EdgeBlock>();
-    node.slot(kFaces).data = std::make_shared<FaceBlock>();
-    node.slot(kTweaks).data = std::make_shared<PointBlock>("float3");
+    putBlock(node, kPoints, std::make_shared<PointBlock>());
+    putBlock(node, kEdges, std::make_shared<EdgeBlock>());
+    putBlock(node, kFaces, std::make_shared<FaceBlock>());
+    putBlock(node, kTweaks, std::make_shared<PointBlock>("float3"));
 }
 
 void evaluateMesh(Evaluation& evaluation) {
@@ -225,7 +226,7 @@ void copyOwnMesh(Scene& scene, NodeHandle from, NodeHandle to) {
     for (const AttrIndex attr : {kPoints, kEdges, kFaces, kTweaks})
         if (const Plug source(from, attr); scene.bulk(source))
             scene.setData(Plug(to, attr), scene.storedData(source));
-    scene.node(to)->keptText = scene.node(from)->keptText;
+    scene.changeFacts(to, [&](NodeFacts& facts) { facts.keptText = scene.node(from)->keptText; });
 }
 
 void clearOwnMesh(Scene& scene, NodeHandle shape, bool tweaksToo) {

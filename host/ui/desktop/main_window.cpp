@@ -149,7 +149,7 @@ bool MainWindow::openScene(const QString& path) {
 }
 
 void MainWindow::refreshTitle() {
-    const QString file = QString::fromStdString(m_session.scene().fileName);
+    const QString file = QString::fromStdString(m_session.scene().document().fileName);
     setWindowTitle(
         tr("Torvel host - %1").arg(file.isEmpty() ? tr("untitled") : QFileInfo(file).fileName()));
 }
@@ -162,13 +162,13 @@ void MainWindow::open() {
 }
 
 void MainWindow::save() {
-    const QString file = QString::fromStdString(m_session.scene().fileName);
+    const QString file = QString::fromStdString(m_session.scene().document().fileName);
     file.isEmpty() ? saveAs() : static_cast<void>(saveTo(file));
 }
 
 void MainWindow::saveAs() {
     const QString path = QFileDialog::getSaveFileName(
-        this, tr("Save Scene As"), QString::fromStdString(m_session.scene().fileName),
+        this, tr("Save Scene As"), QString::fromStdString(m_session.scene().document().fileName),
         tr("Maya ASCII (*.ma)"));
     if (!path.isEmpty())
         saveTo(path);
@@ -187,7 +187,7 @@ bool MainWindow::saveTo(const QString& path) {
 }
 
 bool MainWindow::mayDiscard() {
-    if (!m_session.scene().modified)
+    if (!m_session.scene().document().modified)
         return true;
     return QMessageBox::question(
                this, tr("Torvel host"), tr("The scene has changes that are not saved. Drop them?"),

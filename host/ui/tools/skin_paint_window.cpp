@@ -16,6 +16,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include "graph/journal.h"
 #include "edit/components.h"
 #include "commands/skin/binding.h"
 #include "nodes/deform/skin_weights.h"
@@ -226,6 +227,7 @@ void SkinPaintWindow::paint() {
 void SkinPaintWindow::apply(PaintMode mode, double value, const std::vector<int>& points) {
     PaintResult result;
     const std::string name = scene().names().shortest(m_chosen);
+    const EditScope scope(scene(), "Paint weights");
     const Status done = paintWeights(scene(), skin(), logical(), mode, value, points, result);
     if (!done)
         session().log().write(Channel::Error, done.text());

@@ -15,8 +15,8 @@ TEST_F(SceneReader, ReadsNodesWithTheirPlacesAndIds) {
         "");
     EXPECT_EQ(scene().names().fullPath(node("b2")), "|a|b|b2");
     EXPECT_EQ(scene().node(node("a"))->uuid, "11111111-2222");
-    EXPECT_FALSE(scene().modified);
-    EXPECT_EQ(scene().fileName, path("in.ma"));
+    EXPECT_FALSE(scene().document().modified);
+    EXPECT_EQ(scene().document().fileName, path("in.ma"));
     EXPECT_EQ(told, "");
 }
 

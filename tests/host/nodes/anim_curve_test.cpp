@@ -57,7 +57,9 @@ TEST_F(Curves, FixedTangentsCountInSecondsOfTheScene) {
     setSceneTime(scene, 5);
     const double h10 = 0.5 * 0.25;  // of the slope at the start, half way
     EXPECT_NEAR(scene.number(plug(curve, "output")), h10 * 10 * 30 / 24.0, 1e-9);
-    scene.unitsText = "currentUnit -l centimeter -a degree -t ntsc;";
+    scene.changeDocument([](Document& document) {
+        document.unitsText = "currentUnit -l centimeter -a degree -t ntsc;";
+    });
     EXPECT_EQ(framesPerSecond(scene), 30);
     set(curve, "koy[0]", 60);
     EXPECT_NEAR(scene.number(plug(curve, "output")), h10 * 10 * 60 / 30.0, 1e-9);

@@ -113,7 +113,7 @@ TEST_F(Walker, DefaultNodesAreMadeOnce) {
     ASSERT_FALSE(group.isNull());
     EXPECT_TRUE(scene.node(group)->isDefault);
     EXPECT_FALSE(scene.names().lookUp("ikSystem").isNull());
-    EXPECT_FALSE(scene.modified);
+    EXPECT_FALSE(scene.document().modified);
 }
 
 TEST_F(Walker, ConversionsMultiply) {

@@ -23,7 +23,8 @@ TEST(MainWindow, IsTheSessionsMainWindowWhileItLives) {
 TEST(MainWindow, TitleNamesTheScene) {
     Desktop desktop;
     EXPECT_EQ(desktop.window->windowTitle(), "Torvel host - untitled");
-    desktop.host.scene().fileName = "/somewhere/rigs/leg.ma";
+    desktop.host.scene().changeDocument(
+        [](Document& document) { document.fileName = "/somewhere/rigs/leg.ma"; });
     desktop.window->refreshTitle();
     EXPECT_EQ(desktop.window->windowTitle(), "Torvel host - leg.ma");
 }
