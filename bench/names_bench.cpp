@@ -76,29 +76,40 @@ std::string nested(int count) {
 
 using Maker = std::string (*)(int);
 
+// The file that a maker's text stands in while it lives.
+class MadeFile {
+  public:
+    MadeFile(benchmark::State& state, Maker make)
+        : m_path((std::filesystem::temp_directory_path() / "torvel_names_bench.ma").string()) {
+        std::string loss;
+        const std::string text =
+            "//Maya ASCII 2024 scene\n" + make(static_cast<int>(state.range(0))) + "// End\n";
+        if (!torvel::replaceFile(m_path, text, loss))
+            state.SkipWithError("the scene cannot be written");
+    }
+    ~MadeFile() { std::filesystem::remove(m_path); }
+
+    const std::string& path() const { return m_path; }
+
+  private:
+    std::string m_path;
+};
+
 void open(benchmark::State& state, Maker make) {
     torvel::Session session;
-    const std::string file =
-        (std::filesystem::temp_directory_path() / "torvel_names_bench.ma").string();
-    const torvel::Status written = torvel::replaceFile(
-        file, "//Maya ASCII 2024 scene\n" + make(static_cast<int>(state.range(0))) + "// End\n");
+    const MadeFile file(state, make);
     for (auto _ : state)
-        if (!written || !torvel::openScene(session, file))
+        if (!torvel::openScene(session, file.path()))
             state.SkipWithError("the scene cannot be read");
-    std::filesystem::remove(file);
 }
 
 void save(benchmark::State& state, Maker make) {
     torvel::Session session;
-    const std::string file =
-        (std::filesystem::temp_directory_path() / "torvel_names_bench.ma").string();
-    const torvel::Status written = torvel::replaceFile(
-        file, "//Maya ASCII 2024 scene\n" + make(static_cast<int>(state.range(0))) + "// End\n");
-    if (!written || !torvel::openScene(session, file))
+    const MadeFile file(state, make);
+    if (!torvel::openScene(session, file.path()))
         state.SkipWithError("the scene cannot be read");
     for (auto _ : state)
         benchmark::DoNotOptimize(torvel::sceneToText(session.scene()));
-    std::filesystem::remove(file);
 }
 
 void sizes(benchmark::internal::Benchmark* bench) {

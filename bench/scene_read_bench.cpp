@@ -87,7 +87,8 @@ const std::string& sceneFile() {
         const auto file = std::filesystem::temp_directory_path() / "torvel_scene_read_bench.ma";
         const std::string text =
             madeScene(setting("SCENE_READ_VERTICES", 1000000), setting("SCENE_READ_JOINTS", 1000));
-        return torvel::replaceFile(file.string(), text) ? file.string() : std::string();
+        std::string loss;
+        return torvel::replaceFile(file.string(), text, loss) ? file.string() : std::string();
     }();
     return path;
 }
