@@ -227,8 +227,7 @@ Status SceneReader::skipped(std::string_view text) {
     return Status::ok();
 }
 
-// --- nodes
-// -------------------------------------------------------------------------------------------------------
+// --- nodes --------------------------------------------------------------------------------------
 
 Status SceneReader::readCreation(std::string_view text, Creation& wanted) {
     TokenCursor cursor(text);
@@ -453,8 +452,7 @@ Status SceneReader::parent(std::string_view text) {
     return Status::ok();
 }
 
-// --- what stands around the nodes
-// ----------------------------------------------------------------------------------
+// --- what stands around the nodes ---------------------------------------------------------------
 
 Status SceneReader::fileReference(std::string_view text) {
     TokenCursor cursor(text);
@@ -473,8 +471,7 @@ Status SceneReader::currentUnit(std::string_view text) {
     return Status::ok();
 }
 
-// --- connections
-// ---------------------------------------------------------------------------------------------------
+// --- connections --------------------------------------------------------------------------------
 
 // An attribute known to files only. Without an index each further connection of -na takes the next
 // element.

@@ -88,8 +88,7 @@ TEST_F(PlugTest, plugOfADeletedNodeIsNull) {
     EXPECT_FALSE(MDGModifier().connect(gone, plug("b", "translateX")));
 }
 
-// --- modifiers
-// -------------------------------------------------------------------------------------------------------
+// --- modifiers ----------------------------------------------------------------------------------
 
 TEST_F(PlugTest, nothingHappensBeforeDoIt) {
     MDGModifier modifier;
