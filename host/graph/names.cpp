@@ -277,7 +277,7 @@ void Names::descend(NodeHandle from, const Parts& parts, std::size_t next,
             out.push_back(found);
 }
 
-// The part that the fewest nodes bear; parts.size() when nobody bears one of them.
+// The path component that the fewest nodes bear; parts.size() when nobody bears one of them.
 std::size_t Names::rarest(const Parts& parts) const {
     std::size_t best = 0, fewest = ~std::size_t(0);
     for (std::size_t i = parts.size(); i-- > 0 && fewest > 1;) {

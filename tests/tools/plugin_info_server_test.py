@@ -8,7 +8,7 @@ import unittest
 import urllib.error
 import urllib.request
 
-PROGRAM = pathlib.Path(__file__).resolve().parents[2] / "tools/demo/plugin_info_server.py"
+PROGRAM = pathlib.Path(__file__).resolve().parents[2] / "tools/server/plugin_info_server.py"
 OPENER = urllib.request.build_opener(urllib.request.ProxyHandler({}))
 
 

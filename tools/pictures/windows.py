@@ -19,7 +19,7 @@ TOOLS = (
     ("rename.png", "Rename"),
 )
 ENVIRONMENT = dict(os.environ)
-SERVER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../demo/plugin_info_server.py")
+SERVER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../server/plugin_info_server.py")
 
 
 def top_widgets():

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The same job gives the same bytes, whatever builds and runs it.
 
-    tests/same_results.py REPORT.xml BUILD [BUILD ...]
+    tools/build/same_results.py REPORT.xml BUILD [BUILD ...]
 
 Runs Freeze Rotations over the sample leg with each build's program: on one core and on all, under
 other hash seeds and under locales with decimal commas and dotless i. The saved scene, the trace, the
@@ -15,7 +15,7 @@ import sys
 import tempfile
 from xml.sax.saxutils import escape
 
-ROOT = pathlib.Path(__file__).resolve().parents[1]
+ROOT = pathlib.Path(__file__).resolve().parents[2]
 JOB = ("import maya.cmds as cmds\ncmds.select('hip')\ncmds.torvel_skeleton()\n"
        "from PySide2 import QtWidgets\n"
        "window = [w for w in QtWidgets.QApplication.allWidgets() if w.objectName() == 'SkeletonWindow'][0]\n"

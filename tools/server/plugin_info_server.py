@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Answers the plug-in's update check.
 
-    tools/demo/plugin_info_server.py [VERSION [DOWNLOAD_URL [PORT]]]
+    tools/server/plugin_info_server.py [VERSION [DOWNLOAD_URL [PORT]]]
 
 Serves GET /plugin_info/ on the loopback interface until it is interrupted; anything else is a 404.
 """
