@@ -223,7 +223,7 @@ TEST_F(ConstraintNodes, InterpolationsOfTwoTurns) {
         set(con, "target[1].targetWeight", c.weight);
         set(con, "interpType", c.type);
         const V3d angles = degrees(con, "constraintRotate");
-        expectNear({angles.x, angles.y, std::remainder(angles.z - c.wanted, 360.0)}, {},
+        expectNear({angles.x, angles.y, std::remainder(angles.z - c.wanted, 360.0)}, V3d(0, 0, 0),
                    c.weight == 0.0 ? 1e-12 : 1e-9);
     }
 }
