@@ -75,13 +75,19 @@ struct TypeAttrs {
     std::size_t rowCount = 0;
     const AffectRow* affects = nullptr;
     std::size_t affectCount = 0;
-    AttrIndex first = 0;  ///< position of the first row: attributes of all bases
+    AttrIndex first = 0;     ///< position of the first row: attributes of all bases
+    bool isDerived = false;  ///< has a base; checked builds cannot compare `base` while compiling
 
     constexpr TypeAttrs(const char* name, const TypeAttrs& baseType)
-        : type(name), base(&baseType), first(baseType.count()) {}
+        : type(name), base(&baseType), first(baseType.count()), isDerived(true) {}
     template <std::size_t N>
     constexpr TypeAttrs(const char* name, const TypeAttrs& baseType, const AttrRow (&own)[N])
-        : type(name), base(&baseType), rows(own), rowCount(N), first(baseType.count()) {}
+        : type(name),
+          base(&baseType),
+          rows(own),
+          rowCount(N),
+          first(baseType.count()),
+          isDerived(true) {}
     template <std::size_t N, std::size_t M>
     constexpr TypeAttrs(const char* name, const TypeAttrs& baseType, const AttrRow (&own)[N],
                         const AffectRow (&ownAffects)[M])
@@ -91,7 +97,8 @@ struct TypeAttrs {
           rowCount(N),
           affects(ownAffects),
           affectCount(M),
-          first(baseType.count()) {}
+          first(baseType.count()),
+          isDerived(true) {}
     /// The root type.
     template <std::size_t N>
     constexpr TypeAttrs(const char* name, const AttrRow (&own)[N])
@@ -102,10 +109,12 @@ struct TypeAttrs {
     /// Position by long name, own and inherited attributes alike; kNoAttr when there is none.
     /// Children made by themselves have no name here: they follow their compound.
     constexpr AttrIndex find(const char* longName) const {
-        for (const TypeAttrs* at = this; at; at = at->base)
+        for (const TypeAttrs* at = this;; at = at->base) {
             if (const AttrIndex own = positionIn(at->rows, at->rowCount, longName); own != kNoAttr)
                 return at->first + own;
-        return kNoAttr;
+            if (!at->isDerived)
+                return kNoAttr;
+        }
     }
     /// The same of an attribute that must exist.
     constexpr AttrIndex operator[](const char* longName) const {
@@ -123,7 +132,7 @@ using CreatedFunction = void (*)(Scene&, Node&);
 constexpr NodeTypeRow typeRow(const TypeAttrs& attrs, int apiType, const char* apiTypeName,
                               std::uint32_t flags = 0, EvaluateFunction evaluate = nullptr,
                               CreatedFunction created = nullptr) {
-    return {attrs.type,    attrs.base ? attrs.base->type : "",
+    return {attrs.type,    attrs.isDerived ? attrs.base->type : "",
             apiType,       apiTypeName,
             attrs.rows,    attrs.rowCount,
             attrs.affects, attrs.affectCount,
